@@ -1,0 +1,31 @@
+# How every target of Vorrin is made: language level, warnings, sanitizers, and the layer rule.
+
+add_library(vorrin_options INTERFACE)
+target_compile_features(vorrin_options INTERFACE cxx_std_20)
+target_compile_options(vorrin_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Wold-style-cast
+  -Werror -fno-strict-aliasing)
+if(VORRIN_SANITIZE)
+  target_compile_options(vorrin_options INTERFACE
+    -fsanitize=${VORRIN_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(vorrin_options INTERFACE -fsanitize=${VORRIN_SANITIZE})
+endif()
+
+# vorrin_expose_folder(TARGET SCOPE FOLDER): makes FOLDER's headers reachable as "folder/name.h" for
+# whoever links TARGET, and for nobody else. An include path holding the whole source tree would let
+# every layer see every other; a link of its own in the build tree lets a wrong include fail.
+function(vorrin_expose_folder target scope folder)
+  set(root ${CMAKE_BINARY_DIR}/layers/${folder})
+  get_filename_component(parent ${root}/${folder} DIRECTORY)
+  file(MAKE_DIRECTORY ${parent})
+  file(CREATE_LINK ${CMAKE_SOURCE_DIR}/${folder} ${root}/${folder} SYMBOLIC)
+  target_include_directories(${target} ${scope} ${root})
+endfunction()
+
+# vorrin_layer(TARGET FOLDER SOURCES ... LINKS ...): the library of one folder.
+function(vorrin_layer target folder)
+  cmake_parse_arguments(PARSE_ARGV 2 layer "" "" "SOURCES;LINKS;PRIVATE_LINKS")
+  add_library(${target} STATIC ${layer_SOURCES})
+  vorrin_expose_folder(${target} PUBLIC ${folder})
+  target_link_libraries(${target} PUBLIC ${layer_LINKS} PRIVATE vorrin_options ${layer_PRIVATE_LINKS})
+endfunction()

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <compare>
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace vorrin {
+
+/// All texts are UTF-8. Bytes that are not UTF-8 are treated as replacement characters and never
+/// crash.
+
+/// `text` without leading and trailing Unicode white space and line breaks.
+std::string trimmed(std::string_view text);
+
+/// Number of characters as a user counts them (extended grapheme clusters).
+std::size_t characterCount(std::string_view text);
+
+/// Order of two names shown to the user: by the rules of the user's language, without regard to
+/// case, runs of digits by their number ("Preset 2" before "Preset 10").
+std::weak_ordering localizedStandardCompare(std::string_view left, std::string_view right);
+
+/// The C library's `strtod` in the C locale on exactly the whole of `text`, whatever the user's
+/// locale: nothing when text is empty, begins with white space, is not a number to its last byte,
+/// or lies outside the range of double (overflow and underflow). May give infinity or NaN for their
+/// names.
+std::optional<double> parseNumber(std::string_view text);
+
+}  // namespace vorrin
