@@ -1,0 +1,10 @@
+#pragma once
+
+#include "engine/engine.h"
+
+namespace vorrin {
+
+/// The one engine of the program.
+extern Engine engine;
+
+}  // namespace vorrin
