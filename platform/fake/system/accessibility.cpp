@@ -1,0 +1,17 @@
+#include "platform/accessibility.h"
+
+#include "platform/fake/system/fake_system.h"
+
+namespace vorrin {
+
+bool isProcessTrusted() {
+  ++fake::system().silentQueries;
+  return fake::system().trusted;
+}
+
+bool isProcessTrustedWithPrompt() {
+  ++fake::system().promptingQueries;
+  return fake::system().trusted;
+}
+
+}  // namespace vorrin

@@ -1,0 +1,44 @@
+#include "platform/event_tap.h"
+
+#include <utility>
+
+#include "platform/fake/system/fake_system.h"
+#include "platform/fake/system/tap_state.h"
+
+namespace vorrin {
+
+EventTap::EventTap(std::shared_ptr<Native> native) : native_(std::move(native)) {}
+
+std::optional<EventTap> EventTap::create(std::uint64_t mask,
+                                         std::span<const std::uint16_t> swallowable,
+                                         Callback callback, std::function<void()> invalidated) {
+  auto native = std::make_shared<Native>();
+  native->mask = mask;
+  native->swallowable = {swallowable.begin(), swallowable.end()};
+  native->callback = callback;
+  native->invalidated = std::move(invalidated);
+  fake::system().tapCreations.push_back({mask, native->swallowable});
+  if (fake::system().refusesTaps) return std::nullopt;
+  fake::registerTap(native);
+  return EventTap(std::move(native));
+}
+
+void EventTap::addToMainRunLoop() const {
+  ++fake::system().tapsAdded;
+  native_->added = true;
+}
+
+void EventTap::setEnabled(bool enabled) const {
+  fake::system().tapSwitches.push_back(enabled);
+  native_->enabled = enabled;
+}
+
+bool EventTap::setSwallowable(std::span<const std::uint16_t> keyCodes) const {
+  std::set<std::uint16_t> keys{keyCodes.begin(), keyCodes.end()};
+  fake::system().swallowableChanges.push_back(keys);
+  if (fake::system().refusesKeys) return false;
+  native_->swallowable = std::move(keys);
+  return true;
+}
+
+}  // namespace vorrin

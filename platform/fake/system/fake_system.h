@@ -1,0 +1,75 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <set>
+#include <vector>
+
+#include "platform/event_post.h"
+#include "platform/event_tap.h"
+
+/// The input and session services of a system that tests play: what the program asks of it is
+/// recorded, what it answers is set beforehand, and what the user or the system does is called.
+namespace vorrin::fake {
+
+/// A call of `EventTap::create`.
+struct TapCreation {
+  std::uint64_t mask = 0;
+  std::set<std::uint16_t> swallowable;
+};
+
+struct System {
+  // Answers
+  bool trusted = true;       ///< of both queries for the permission
+  bool refusesTaps = false;  ///< `EventTap::create` gives nothing
+  bool refusesKeys = false;  ///< `EventTap::setSwallowable` gives false
+  std::optional<PointerLocation> pointer =
+      PointerLocation{};  ///< nothing: the pointer cannot be found
+
+  // Records, in the order of the calls
+  std::size_t silentQueries = 0;          ///< for the permission, without a prompt
+  std::size_t promptingQueries = 0;       ///< for the permission, with a prompt
+  std::vector<TapCreation> tapCreations;  ///< also those refused
+  std::size_t tapsAdded = 0;              ///< to the main run loop
+  std::vector<bool> tapSwitches;          ///< arguments of `EventTap::setEnabled`
+  std::vector<std::set<std::uint16_t>> swallowableChanges;  ///< of `EventTap::setSwallowable`
+  std::vector<SyntheticEvent> posted;
+  std::vector<std::size_t> batches;  ///< how many events each call of `postEvents` had
+  std::size_t settingsOpenings = 0;  ///< of the place where the permission is given
+};
+
+/// The system as it is now.
+System& system();
+
+/// Back to a fresh system with nothing recorded; the taps, observers and activity of before are
+/// forgotten without being told.
+void resetSystem();
+
+/// Plays an event. Gives the verdict as other programs feel it: `swallow` only when a tap that is
+/// attached, enabled and has the type in its mask says so for a key that it may swallow.
+TapVerdict feed(const TapEvent& event);
+
+/// The system disables the tap and tells its callback by an event of `type`, one of the two
+/// `tapDisabled` types. Gives the callback's verdict.
+TapVerdict disableTap(EventType type);
+
+/// The system takes the tap away for good.
+void invalidateTap();
+
+/// Whether there is a tap that is attached and enabled.
+bool tapIsListening();
+
+/// Number of taps that are still referred to and not invalidated.
+std::size_t livingTaps();
+
+/// Makes the program's window gain or lose the keyboard, and tells the observer when that changes
+/// anything.
+void setApplicationActive(bool active);
+
+/// Workspace notifications, told to everyone who observes.
+void sendWillSleep();
+void sendSessionDidResignActive();
+
+}  // namespace vorrin::fake
