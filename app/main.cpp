@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
@@ -32,7 +31,7 @@ int runApplication(int argumentCount, char** argumentValues,
 
 int main(int argumentCount, char** argumentValues) {
   const std::vector<std::string> arguments(argumentValues, argumentValues + argumentCount);
-  vorrin::dryRun = std::find(arguments.begin(), arguments.end(), "--self-test") != arguments.end();
+  vorrin::readArguments(argumentCount, argumentValues);
   if (vorrin::dryRun) {
     vorrin::runLogicSelfCheck();
     return 0;
