@@ -1,0 +1,111 @@
+#include "platform/text_file.h"
+
+#include <fcntl.h>
+#include <pwd.h>
+#include <stdlib.h>
+#include <sys/stat.h>
+#include <unicode/ustring.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstdint>
+#include <cstdio>
+
+#include "platform/linux/foundation/file_descriptor.h"
+#include "platform/uuid.h"
+
+namespace vorrin {
+
+namespace {
+
+bool isUtf8(std::string_view text) {
+  // Asked only for the length in UTF-16, ICU still checks every byte.
+  std::int32_t length = 0;
+  UErrorCode status = U_ZERO_ERROR;
+  u_strFromUTF8(nullptr, 0, &length, text.data(), static_cast<std::int32_t>(text.size()), &status);
+  return status == U_BUFFER_OVERFLOW_ERROR || U_SUCCESS(status);
+}
+
+std::optional<std::string> readAll(const FileDescriptor& file) {
+  std::string text;
+  std::array<char, 4096> buffer{};
+  for (;;) {
+    const ssize_t count = ::read(file.get(), buffer.data(), buffer.size());
+    if (count == 0) return text;
+    if (count > 0) {
+      text.append(buffer.data(), static_cast<std::size_t>(count));
+    } else if (errno != EINTR) {
+      return {};
+    }
+  }
+}
+
+bool writeAll(const FileDescriptor& file, std::string_view text) {
+  while (!text.empty()) {
+    const ssize_t count = ::write(file.get(), text.data(), text.size());
+    if (count >= 0) {
+      text.remove_prefix(static_cast<std::size_t>(count));
+    } else if (errno != EINTR) {
+      return false;
+    }
+  }
+  return true;
+}
+
+/// Where the symbolic links at `path` lead, so that a file which the user keeps elsewhere stays
+/// there; nothing when they lead in a circle.
+std::optional<std::filesystem::path> linkTarget(std::filesystem::path path) {
+  constexpr int mostLinks = 40;
+  for (int i = 0; i < mostLinks; ++i) {
+    std::error_code error;
+    const auto target = std::filesystem::read_symlink(path, error);
+    if (error) return path;
+    path = path.parent_path() / target;
+  }
+  return {};
+}
+
+}  // namespace
+
+std::filesystem::path homeDirectory() {
+  const char* const home = ::getenv("HOME");
+  if (home != nullptr && *home == '/') return home;
+  std::array<char, 16384> buffer{};
+  passwd entry{};
+  passwd* found = nullptr;
+  ::getpwuid_r(::getuid(), &entry, buffer.data(), buffer.size(), &found);
+  return found != nullptr ? found->pw_dir : "/";
+}
+
+std::optional<std::string> readTextFile(const std::filesystem::path& path) {
+  // A pipe at the path must not hold the caller up.
+  const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  struct stat status {};
+  if (!file.isOpen() || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) return {};
+  auto text = readAll(file);
+  if (text && !isUtf8(*text)) return {};
+  return text;
+}
+
+bool writeTextFileAtomically(const std::filesystem::path& path, std::string_view text) {
+  const auto target = linkTarget(path);
+  if (!target) return false;
+  struct stat old {};
+  const bool replaces = ::lstat(target->c_str(), &old) == 0;
+  if (replaces && !S_ISREG(old.st_mode)) return false;
+
+  const auto temporary =
+      target->parent_path() / ("." + target->filename().string() + "." + newUuidString());
+  const FileDescriptor file(
+      ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+  if (!file.isOpen()) return false;
+  // Not flushed to the disk: that can hold up the main thread for long, and a text lost with the
+  // power is written again when it is next compared.
+  const bool written = (!replaces || ::fchmod(file.get(), old.st_mode & 07777) == 0) &&
+                       writeAll(file, text) && ::rename(temporary.c_str(), target->c_str()) == 0;
+  if (!written) ::unlink(temporary.c_str());
+  return written;
+}
+
+}  // namespace vorrin
