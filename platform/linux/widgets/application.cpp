@@ -1,0 +1,122 @@
+#include "platform/application.h"
+
+#include <QApplication>
+#include <QIcon>
+#include <QTimer>
+#include <QWidget>
+#include <algorithm>
+#include <span>
+#include <string_view>
+
+#include "platform/linux/widgets/dark_style.h"
+#include "platform/linux/widgets/launch_environment.h"
+#include "platform/linux/widgets/main_menu.h"
+#include "platform/linux/widgets/palette.h"
+#include "platform/linux/widgets/termination_signals.h"
+
+namespace vorrin {
+
+namespace {
+
+constexpr auto identifier = "org.vorrin.Vorrin";
+
+bool isInterfaceTest(int argumentCount, char** arguments) {
+  const std::span all(arguments, static_cast<std::size_t>(argumentCount));
+  return std::any_of(all.begin(), all.end(),
+                     [](std::string_view argument) { return argument == "--ui-test"; });
+}
+
+}  // namespace
+
+struct Application::Native {
+  Native(int argumentCount, char** arguments);
+  ~Native();
+  Native(const Native&) = delete;
+  Native& operator=(const Native&) = delete;
+
+  void lastWindowClosed() const;
+  void terminate();
+  void tellTermination();
+
+  static Native* shared;
+
+  /// Only the program's name: all other arguments are Vorrin's own, and the widget library ends
+  /// the process on some that it knows.
+  int argumentCount = 1;
+  LaunchEnvironment launch;
+  QApplication application;
+  TerminationSignals terminationSignals;
+  ApplicationDelegate delegate;
+  bool isTerminated = false;
+};
+
+Application::Native* Application::Native::shared = nullptr;
+
+Application::Native::Native(int count, char** arguments)
+    : launch(!isInterfaceTest(count, arguments)),
+      application(argumentCount, arguments),
+      terminationSignals([this] { terminate(); }) {
+  shared = this;
+  QApplication::setApplicationName(identifier);
+  QApplication::setApplicationDisplayName("Vorrin");
+  QApplication::setDesktopFileName(identifier);
+  QApplication::setQuitOnLastWindowClosed(false);
+  QApplication::setStyle(new DarkStyle);
+  QApplication::setPalette(darkPalette());
+  QObject::connect(&application, &QApplication::lastWindowClosed, [this] { lastWindowClosed(); });
+  QObject::connect(&application, &QApplication::aboutToQuit, [this] { tellTermination(); });
+}
+
+Application::Native::~Native() {
+  // Values of views may outlive the application, but no widget can.
+  for (QWidget* widget : QApplication::topLevelWidgets()) delete widget;
+  shared = nullptr;
+}
+
+void Application::Native::lastWindowClosed() const {
+  const auto shouldTerminate = delegate.shouldTerminateAfterLastWindowClosed;
+  if (shouldTerminate && shouldTerminate()) Application::terminate();
+}
+
+void Application::Native::terminate() {
+  tellTermination();
+  QApplication::exit();
+}
+
+void Application::Native::tellTermination() {
+  if (std::exchange(isTerminated, true)) return;
+  if (delegate.willTerminate) delegate.willTerminate();
+}
+
+Application::Application(int& argumentCount, char** arguments)
+    : native_(std::make_unique<Native>(argumentCount, arguments)) {}
+
+Application::~Application() = default;
+
+void Application::setDelegate(ApplicationDelegate delegate) {
+  native_->delegate = std::move(delegate);
+}
+
+int Application::run() {
+  QTimer::singleShot(0, &native_->application, [this] {
+    if (native_->delegate.didFinishLaunching) native_->delegate.didFinishLaunching();
+  });
+  return native_->isTerminated ? 0 : QApplication::exec();
+}
+
+void Application::terminate() {
+  if (Native::shared != nullptr) Native::shared->terminate();
+}
+
+void Application::setMainMenu(const std::vector<Menu>& menus) { rememberMainMenu(menus); }
+
+void Application::loadIcon() {
+  QIcon icon = QIcon::fromTheme(identifier);
+  if (icon.isNull()) {
+    icon = QIcon(QApplication::applicationDirPath() + "/../share/icons/hicolor/scalable/apps/" +
+                 identifier + ".svg");
+  }
+  if (!icon.isNull()) QApplication::setWindowIcon(icon);
+}
+
+}  // namespace vorrin

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QLineEdit>
+
+#include "platform/linux/widgets/native_view.h"
+#include "platform/text_field.h"
+
+namespace vorrin {
+
+/// A line of text that the user can edit.
+class FieldWidget : public QLineEdit, public NativeView {
+ public:
+  explicit FieldWidget(const QString& text);
+
+  Color textColor;
+  TextFieldDelegate delegate;
+
+  [[nodiscard]] std::string_view kindName() const override { return "Field"; }
+  [[nodiscard]] QString shownText() const override { return text(); }
+
+ private:
+  void tellDelegate();
+};
+
+}  // namespace vorrin

@@ -1,0 +1,105 @@
+#include "platform/linux/widgets/label_widget.h"
+
+#include <QPainter>
+#include <algorithm>
+#include <cmath>
+
+namespace vorrin {
+
+namespace {
+
+constexpr double unlimitedWidth = 1e6;
+
+/// The text as it is drawn: line breaks as the text layout knows them, other control characters as
+/// blanks.
+QString drawnText(QString text) {
+  for (QChar& character : text) {
+    if (character == QLatin1Char('\n') || character.category() == QChar::Separator_Paragraph) {
+      character = QChar::LineSeparator;
+    } else if (character.category() == QChar::Other_Control) {
+      character = QLatin1Char(' ');
+    }
+  }
+  return text;
+}
+
+}  // namespace
+
+LabelWidget::LabelWidget(const QString& text) {
+  setTextFormat(Qt::PlainText);
+  setText(text);
+}
+
+void LabelWidget::showText(const QString& newText) {
+  if (newText != text()) setText(newText);
+}
+
+void LabelWidget::setWraps(bool wraps) {
+  wraps_ = wraps;
+  const auto horizontal = wraps ? QSizePolicy::Preferred : QSizePolicy::Fixed;
+  setSizePolicy(horizontal, QSizePolicy::Fixed);
+}
+
+void LabelWidget::setMaximumNumberOfLines(int lines) {
+  maximumLines_ = lines;
+  updateGeometry();
+  update();
+}
+
+QSize LabelWidget::sizeHint() const {
+  ensurePolished();
+  QTextLayout layout(drawnText(text()), font());
+  const int lines = breakLines(layout, unlimitedWidth);
+  double width = 0;
+  for (int i = 0; i < lines; ++i) width = std::max(width, layout.lineAt(i).naturalTextWidth());
+  return {static_cast<int>(std::ceil(width)), shownLines(lines) * fontMetrics().height()};
+}
+
+QSize LabelWidget::minimumSizeHint() const {
+  return wraps_ ? QSize(0, fontMetrics().height()) : sizeHint();
+}
+
+int LabelWidget::heightForWidth(int width) const {
+  ensurePolished();
+  QTextLayout layout(drawnText(text()), font());
+  return shownLines(breakLines(layout, width)) * fontMetrics().height();
+}
+
+void LabelWidget::paintEvent(QPaintEvent*) {
+  QTextLayout layout(drawnText(text()), font());
+  const int lines = breakLines(layout, width());
+  const int shown = shownLines(lines);
+  QPainter painter(this);
+  painter.setPen(palette().color(foregroundRole()));
+  for (int i = 0; i < shown; ++i) {
+    // Lines that borrow letters from a taller font keep the label's own line height.
+    const QTextLine line = layout.lineAt(i);
+    const int baseline = i * fontMetrics().height() + fontMetrics().ascent();
+    if (i == shown - 1 && lines > shown) {
+      const QString rest = layout.text().mid(line.textStart());
+      painter.drawText(0, baseline, fontMetrics().elidedText(rest, Qt::ElideRight, width()));
+    } else {
+      line.draw(&painter, QPointF(0, baseline - line.ascent() - line.y()));
+    }
+  }
+}
+
+int LabelWidget::breakLines(QTextLayout& layout, double width) const {
+  QTextOption option;
+  option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+  layout.setTextOption(option);
+  layout.beginLayout();
+  int lines = 0;
+  for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+    line.setLineWidth(width);
+    ++lines;
+  }
+  layout.endLayout();
+  return std::max(lines, 1);
+}
+
+int LabelWidget::shownLines(int lines) const {
+  return maximumLines_ > 0 ? std::min(lines, maximumLines_) : lines;
+}
+
+}  // namespace vorrin

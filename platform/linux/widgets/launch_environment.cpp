@@ -1,0 +1,74 @@
+#include "platform/linux/widgets/launch_environment.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QtGlobal>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+namespace vorrin {
+
+namespace {
+
+QtMessageHandler nextHandler = nullptr;
+
+/// The first complaint of the part that reaches for the display.
+QString& displayComplaint() {
+  static QString complaint;
+  return complaint;
+}
+
+void preset(const char* variable, const QByteArray& value) {
+  if (!qEnvironmentVariableIsSet(variable)) qputenv(variable, value);
+}
+
+bool isAnyDisplayNamed() {
+  return !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+}
+
+[[noreturn]] void endWithoutDisplay(const QString& message) {
+  if (!isAnyDisplayNamed()) {
+    std::fputs("vorrin: no display · start Vorrin from within a graphical session\n", stderr);
+  } else {
+    const QString& reason = displayComplaint().isEmpty() ? message : displayComplaint();
+    std::fprintf(stderr, "vorrin: no display · %s\n", qPrintable(reason.section('\n', 0, 0)));
+  }
+  // Nothing was started that would have to be cleaned up, and much is only half made.
+  std::_Exit(EXIT_FAILURE);
+}
+
+/// The library ends the process by abort() when it finds no display; its user made no mistake that
+/// would be worth a core dump.
+void watchStart(QtMsgType type, const QMessageLogContext& context, const QString& message) {
+  if (type == QtFatalMsg) endWithoutDisplay(message);
+  const bool isAboutDisplay =
+      context.category != nullptr && std::strncmp(context.category, "qt.qpa", 6) == 0;
+  if (type == QtWarningMsg && isAboutDisplay) {
+    if (displayComplaint().isEmpty()) displayComplaint() = message;
+    return;
+  }
+  nextHandler(type, context, message);
+}
+
+}  // namespace
+
+LaunchEnvironment::LaunchEnvironment(bool needsDisplay) {
+  // Vorrin draws nothing by OpenGL; its libraries would be the larger part of the memory in use.
+  preset("QT_XCB_GL_INTEGRATION", "none");
+  // The library's own event loop wakes up with less work than the one built on GLib.
+  preset("QT_NO_GLIB", "1");
+  // Desktop themes load a second toolkit. Colours and shapes are Vorrin's own here anyway.
+  preset("QT_QPA_PLATFORMTHEME", "generic");
+  if (!needsDisplay) {
+    preset("QT_QPA_PLATFORM", isAnyDisplayNamed() ? "xcb;wayland;offscreen" : "offscreen");
+  }
+  nextHandler = qInstallMessageHandler(watchStart);
+}
+
+LaunchEnvironment::~LaunchEnvironment() {
+  qInstallMessageHandler(nextHandler);
+  displayComplaint().clear();
+}
+
+}  // namespace vorrin

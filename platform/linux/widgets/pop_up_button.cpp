@@ -1,0 +1,46 @@
+#include "platform/pop_up_button.h"
+
+#include "platform/linux/widgets/native_text.h"
+#include "platform/linux/widgets/pop_up_widget.h"
+
+namespace vorrin {
+
+PopUpButton PopUpButton::make(Action action) {
+  return PopUpButton(nativeOf(*new PopUpWidget(std::move(action))));
+}
+
+void PopUpButton::removeAllItems() const { widgetOf<PopUpWidget>(*this).clear(); }
+
+void PopUpButton::addItems(std::span<const std::string> titles) const {
+  auto& popUp = widgetOf<PopUpWidget>(*this);
+  for (const std::string& title : titles) popUp.addItem(nativeText(title));
+  popUp.updateGeometry();
+}
+
+int PopUpButton::numberOfItems() const { return widgetOf<PopUpWidget>(*this).count(); }
+
+int PopUpButton::indexOfSelectedItem() const {
+  return widgetOf<PopUpWidget>(*this).currentIndex();
+}
+
+std::string PopUpButton::titleOfSelectedItem() const {
+  return widgetOf<PopUpWidget>(*this).currentText().toStdString();
+}
+
+void PopUpButton::selectItem(int index) const {
+  precondition(index >= 0 && index < numberOfItems(), "the item to select is one of the pop-up's");
+  widgetOf<PopUpWidget>(*this).setCurrentIndex(index);
+}
+
+void PopUpButton::selectItem(const std::string& title) const {
+  auto& popUp = widgetOf<PopUpWidget>(*this);
+  const QString wanted = nativeText(title);
+  for (int i = 0; i < popUp.count(); ++i) {
+    if (popUp.itemText(i) == wanted) {
+      popUp.setCurrentIndex(i);
+      return;
+    }
+  }
+}
+
+}  // namespace vorrin

@@ -1,0 +1,110 @@
+#include "platform/view.h"
+
+#include <QBuffer>
+#include <QLayout>
+#include <QPixmap>
+#include <cmath>
+
+#include "platform/linux/widgets/native_view.h"
+#include "platform/linux/widgets/palette.h"
+#include "platform/linux/widgets/plane_widget.h"
+#include "platform/linux/widgets/top_centered_layout.h"
+
+namespace vorrin {
+
+namespace {
+
+int pixels(double points) { return static_cast<int>(std::lround(points)); }
+
+/// Layouts of a window that was never shown do not hear of their sizes; from the outside in, each
+/// is told.
+void layOut(QWidget& widget) {
+  if (QLayout* layout = widget.layout()) {
+    layout->invalidate();
+    layout->activate();
+  }
+  for (QObject* child : widget.children()) {
+    auto* inner = qobject_cast<QWidget*>(child);
+    if (inner != nullptr && !inner->isWindow()) layOut(*inner);
+  }
+}
+
+}  // namespace
+
+View View::spacer() {
+  auto* widget = new PlaneWidget("Spacer");
+  widget->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+  return viewOf(*widget);
+}
+
+std::vector<View> View::subviews() const {
+  std::vector<View> views;
+  for (QObject* child : widgetOf(*this).children()) {
+    if (dynamic_cast<NativeView*>(child) != nullptr) {
+      views.push_back(viewOf(*static_cast<QWidget*>(child)));
+    }
+  }
+  return views;
+}
+
+bool View::isControl() const { return widgetOf<NativeView>(*this).isControl(); }
+
+Rect View::bounds() const {
+  const QSize size = widgetOf(*this).size();
+  return {0, 0, static_cast<double>(size.width()), static_cast<double>(size.height())};
+}
+
+Rect View::boundsIn(const View& root) const {
+  const QPoint origin = widgetOf(*this).mapTo(&widgetOf(root), QPoint(0, 0));
+  Rect rect = bounds();
+  rect.x = origin.x();
+  rect.y = origin.y();
+  return rect;
+}
+
+void View::setWidth(double points) const { widgetOf(*this).setFixedWidth(pixels(points)); }
+
+void View::setHeight(double points) const { widgetOf(*this).setFixedHeight(pixels(points)); }
+
+void View::setBackgroundColor(const Color& color) const {
+  PlaneWidget::Layer layer;
+  layer.background = nativeColor(color);
+  widgetOf<PlaneWidget>(*this).setLayer(layer);
+}
+
+void View::addTopCentered(const View& child, double top, double width) const {
+  QWidget& parent = widgetOf(*this);
+  auto* layout = dynamic_cast<TopCenteredLayout*>(parent.layout());
+  if (layout == nullptr) {
+    layout = new TopCenteredLayout;
+    layout->setContentsMargins(0, 0, 0, 0);
+    parent.setLayout(layout);
+  }
+  layout->add(widgetOf(child), pixels(top), pixels(width));
+}
+
+void View::layoutSubtreeIfNeeded() const { layOut(*widgetOf(*this).window()); }
+
+std::string View::pngSnapshot() const {
+  QByteArray bytes;
+  QBuffer buffer(&bytes);
+  if (!buffer.open(QIODevice::WriteOnly)) return {};
+  if (!widgetOf(*this).grab().save(&buffer, "PNG")) return {};
+  return bytes.toStdString();
+}
+
+std::string View::description() const {
+  const auto& native = widgetOf<NativeView>(*this);
+  std::string text(native.kindName());
+  const QWidget& widget = widgetOf(*this);
+  const QString name = widget.accessibleName().isEmpty() ? native.shownText() : widget.accessibleName();
+  if (!name.isEmpty()) text += " \"" + name.toStdString() + "\"";
+  return text;
+}
+
+bool View::operator==(const View& other) const {
+  if (native_ == other.native_) return true;
+  return native_ && other.native_ && native_->widget && native_->widget == other.native_->widget;
+}
+
+}  // namespace vorrin

@@ -1,0 +1,80 @@
+#include "platform/window.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+#include <algorithm>
+#include <cmath>
+
+#include "platform/linux/widgets/native_text.h"
+#include "platform/linux/widgets/palette.h"
+#include "platform/linux/widgets/window_widget.h"
+
+namespace vorrin {
+
+namespace {
+
+QSize pixels(Size size) {
+  return {static_cast<int>(std::lround(size.width)), static_cast<int>(std::lround(size.height))};
+}
+
+}  // namespace
+
+Window Window::make(Size contentSize, std::uint32_t styleMask) {
+  return Window(std::make_shared<Native>(*new WindowWidget(pixels(contentSize), styleMask)));
+}
+
+void Window::setTitle(const std::string& title) const {
+  widgetOf(*this).setWindowTitle(nativeText(title));
+}
+
+void Window::center() const {
+  WindowWidget& window = widgetOf(*this);
+  const QRect screen = window.screen()->availableGeometry();
+  const int left = screen.x() + (screen.width() - window.width()) / 2;
+  const int top = screen.y() + (screen.height() - window.height()) / 2;
+  // A window taller than its screen shows its upper part.
+  window.move(std::max(left, screen.x()), std::max(top, screen.y()));
+}
+
+std::uint32_t Window::styleMask() const { return widgetOf(*this).styleMask; }
+
+std::uint32_t Window::collectionBehavior() const { return widgetOf(*this).collectionBehavior; }
+
+void Window::setCollectionBehavior(std::uint32_t behavior) const {
+  widgetOf(*this).collectionBehavior = behavior;
+}
+
+void Window::setContentMinSize(Size size) const { widgetOf(*this).setContentMinSize(pixels(size)); }
+
+void Window::setContentSize(Size size) const { widgetOf(*this).setContentSize(pixels(size)); }
+
+void Window::setBackgroundColor(const Color& color) const {
+  WindowWidget& window = widgetOf(*this);
+  window.backgroundColor = color;
+  setPaletteColor(window, QPalette::Window, color);
+}
+
+Color Window::backgroundColor() const { return widgetOf(*this).backgroundColor; }
+
+void Window::setDarkAppearance() const { widgetOf(*this).setPalette(darkPalette()); }
+
+View Window::contentView() const { return viewOf(*widgetOf(*this).contentView); }
+
+void Window::toggleFullScreen() const {
+  WindowWidget& window = widgetOf(*this);
+  if ((window.collectionBehavior & window_collection_behavior::fullScreenPrimary) == 0) return;
+  // The other state bits stay, so that leaving gives a maximised window its state back.
+  window.setWindowState(window.windowState() ^ Qt::WindowFullScreen);
+}
+
+void Window::orderFront() const { widgetOf(*this).show(); }
+
+void Window::makeKeyAndOrderFront() const {
+  WindowWidget& window = widgetOf(*this);
+  window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
+  window.show();
+  window.raise();
+  window.activateWindow();
+}
+
+}  // namespace vorrin

@@ -1,0 +1,90 @@
+#include "platform/linux/widgets/window_widget.h"
+
+#include <QDialog>
+#include <QEvent>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "platform/linux/widgets/main_menu.h"
+
+namespace vorrin {
+
+namespace {
+
+std::vector<WindowWidget*>& livingWindows() {
+  static std::vector<WindowWidget*> living;
+  return living;
+}
+
+Qt::WindowFlags flags(std::uint32_t style) {
+  Qt::WindowFlags flags = Qt::Window | Qt::CustomizeWindowHint | Qt::WindowSystemMenuHint;
+  if ((style & window_style::titled) != 0) flags |= Qt::WindowTitleHint;
+  if ((style & window_style::closable) != 0) flags |= Qt::WindowCloseButtonHint;
+  if ((style & window_style::miniaturizable) != 0) flags |= Qt::WindowMinimizeButtonHint;
+  if ((style & window_style::resizable) != 0) {
+    flags |= Qt::WindowMaximizeButtonHint | Qt::WindowFullscreenButtonHint;
+  }
+  return flags;
+}
+
+}  // namespace
+
+WindowWidget::WindowWidget(QSize contentSize, std::uint32_t style)
+    : QWidget(nullptr, flags(style)),
+      styleMask(style),
+      contentView(new PlaneWidget("Content view")),
+      menuBar_(new QMenuBar(this)) {
+  // A menu bar of the desktop's own would have to be asked for over the session bus.
+  menuBar_->setNativeMenuBar(false);
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  layout->setSizeConstraint(QLayout::SetNoConstraint);
+  layout->setMenuBar(menuBar_);
+  layout->addWidget(contentView);
+  livingWindows().push_back(this);
+  showMainMenu();
+  setContentSize(contentSize);
+}
+
+WindowWidget::~WindowWidget() { std::erase(livingWindows(), this); }
+
+void WindowWidget::showMainMenu() {
+  menuBar_->clear();
+  addMainMenu(*menuBar_);
+  menuBar_->setVisible(!menuBar_->actions().isEmpty());
+  setContentMinSize(contentMinSize_);
+}
+
+void WindowWidget::setContentSize(QSize size) { resize(withMenuBar(size)); }
+
+void WindowWidget::setContentMinSize(QSize size) {
+  contentMinSize_ = size;
+  setMinimumSize(withMenuBar(size.expandedTo({0, 0})));
+}
+
+bool WindowWidget::event(QEvent* event) {
+  // Another font or style makes another menu bar.
+  if (event->type() == QEvent::ApplicationFontChange || event->type() == QEvent::StyleChange) {
+    setContentMinSize(contentMinSize_);
+  }
+  return QWidget::event(event);
+}
+
+QSize WindowWidget::withMenuBar(QSize contentSize) const {
+  const int bar = menuBar_->isHidden() ? 0 : menuBar_->heightForWidth(contentSize.width());
+  return {contentSize.width(), contentSize.height() + std::max(bar, 0)};
+}
+
+const std::vector<WindowWidget*>& windows() { return livingWindows(); }
+
+Window::Native::~Native() {
+  if (widget) widget->deleteLater();
+}
+
+WindowWidget& widgetOf(const Window& window) {
+  precondition(window && window.native()->widget, "the window refers to a native window");
+  return *window.native()->widget;
+}
+
+}  // namespace vorrin
