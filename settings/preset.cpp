@@ -1,9 +1,10 @@
 #include "settings/preset.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <cmath>
+#include <iomanip>
+#include <locale>
+#include <sstream>
 
 #include "platform/text.h"
 #include "settings/choices.h"
@@ -16,6 +17,14 @@ constexpr double longestInterval = 3600;
 
 bool isValidInterval(double interval) {
   return validInterval(decimalText(interval)).has_value();
+}
+
+/// By a stream, since `std::to_chars` for numbers with a fraction needs macOS 13.3.
+std::string writtenNumber(double number, bool plain, int decimals) {
+  std::ostringstream text;
+  text.imbue(std::locale::classic());
+  text << (plain ? std::fixed : std::scientific) << std::setprecision(decimals) << number;
+  return text.str();
 }
 
 }  // namespace
@@ -35,15 +44,16 @@ std::optional<double> validInterval(std::string_view text) {
 }
 
 std::string decimalText(double number) {
-  // Without a format to_chars turns to exponents as soon as they are shorter (100000 -> "1e+05");
-  // a user expects them only where plain decimals become hard to read.
+  // Exponents only where plain decimals become hard to read.
   const double magnitude = std::abs(number);
   const bool plain = magnitude == 0 || (magnitude >= 1e-4 && magnitude < 1e16);
-  std::array<char, 32> buffer{};
-  const auto result =
-      std::to_chars(buffer.data(), buffer.data() + buffer.size(), number,
-                    plain ? std::chars_format::fixed : std::chars_format::scientific);
-  std::string text(buffer.data(), result.ptr);
+  // 17 digits tell every number apart; 4 more places stand before them in the smallest plain one.
+  constexpr int mostDecimals = 21;
+  std::string text;
+  for (int decimals = 0; decimals <= mostDecimals; ++decimals) {
+    text = writtenNumber(number, plain, decimals);
+    if (parseNumber(text) == number) break;
+  }
   if (plain && text.find('.') == std::string::npos) text += ".0";
   return text;
 }
