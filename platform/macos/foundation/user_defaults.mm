@@ -1,0 +1,82 @@
+#include "platform/user_defaults.h"
+
+#include <cstdio>
+
+#include "platform/macos/foundation/defaults_object.h"
+#include "platform/macos/foundation/ns_string.h"
+
+namespace vorrin {
+
+struct UserDefaults::Native {
+  NSUserDefaults* defaults = nil;
+  /// The name that Core Foundation has for the same domain.
+  NSString* applicationId = nil;
+};
+
+namespace {
+
+CFStringRef asCoreFoundation(NSString* text) {
+  return (__bridge CFStringRef)text;
+}
+
+// Waits until the preferences daemon has everything written so far.
+void handOver(NSString* applicationId) {
+  static bool told = false;
+  if (CFPreferencesSynchronize(asCoreFoundation(applicationId), kCFPreferencesCurrentUser,
+                               kCFPreferencesAnyHost) ||
+      told) {
+    return;
+  }
+  told = true;
+  std::fprintf(stderr, "Vorrin could not store its settings in %s.\n", applicationId.UTF8String);
+}
+
+}  // namespace
+
+UserDefaults::UserDefaults(std::shared_ptr<Native> native) : native_(std::move(native)) {}
+
+UserDefaults UserDefaults::standard() {
+  auto native = std::make_shared<Native>();
+  native->defaults = NSUserDefaults.standardUserDefaults;
+  native->applicationId = (__bridge NSString*)kCFPreferencesCurrentApplication;
+  return UserDefaults(std::move(native));
+}
+
+std::optional<UserDefaults> UserDefaults::suite(const std::string& name) {
+  NSString* applicationId = nsString(name);
+  NSUserDefaults* defaults = [[NSUserDefaults alloc] initWithSuiteName:applicationId];
+  if (defaults == nil) return std::nullopt;
+  auto native = std::make_shared<Native>();
+  native->defaults = defaults;
+  native->applicationId = applicationId;
+  return UserDefaults(std::move(native));
+}
+
+void UserDefaults::removePersistentDomain(const std::string& name) {
+  NSString* applicationId = nsString(name);
+  [NSUserDefaults.standardUserDefaults removePersistentDomainForName:applicationId];
+  handOver(applicationId);
+  // What stays is an empty file, which would still be listed as a domain.
+  NSURL* preferences = [[NSFileManager.defaultManager URLsForDirectory:NSLibraryDirectory
+                                                             inDomains:NSUserDomainMask]
+                            .firstObject URLByAppendingPathComponent:@"Preferences"];
+  NSURL* file = [preferences
+      URLByAppendingPathComponent:[applicationId stringByAppendingPathExtension:@"plist"]];
+  [NSFileManager.defaultManager removeItemAtURL:file error:nil];
+}
+
+std::optional<DefaultsObject> UserDefaults::object(const std::string& key) const {
+  return defaultsObject([native_->defaults objectForKey:nsString(key)]);
+}
+
+void UserDefaults::set(std::span<const std::pair<std::string, DefaultsObject>> values) const {
+  NSMutableDictionary* objects = [NSMutableDictionary dictionary];
+  for (const auto& [key, value] : values) objects[nsString(key)] = propertyListObject(value);
+  // NSUserDefaults has no call for several values at once; this one writes to the same domain.
+  CFPreferencesSetMultiple((__bridge CFDictionaryRef)objects, nullptr,
+                           asCoreFoundation(native_->applicationId), kCFPreferencesCurrentUser,
+                           kCFPreferencesAnyHost);
+  handOver(native_->applicationId);
+}
+
+}  // namespace vorrin

@@ -1,0 +1,49 @@
+#include "platform/run_loop.h"
+
+#include "platform/macos/time/timer_native.h"
+
+namespace vorrin {
+
+namespace {
+
+// App Nap slows the timers of a program whose windows nobody sees, and timers are put off to save
+// power. Neither may happen to a timer that even menus must not hold up; the machine may still fall
+// asleep when its user is away.
+id<NSObject> beginTimelyActivity() {
+  return [NSProcessInfo.processInfo
+      beginActivityWithOptions:NSActivityUserInitiatedAllowingIdleSystemSleep |
+                               NSActivityLatencyCritical
+                        reason:@"Repeating an input macro"];
+}
+
+}  // namespace
+
+RunLoop RunLoop::main() {
+  return {};
+}
+
+void RunLoop::add(const Timer& timer, RunLoopMode mode) const {
+  const std::shared_ptr<Timer::Native> native = timer.native_;
+  if (native->block == nullptr || native->timer != nil) return;
+  native->timer = [NSTimer timerWithTimeInterval:native->interval
+                                         repeats:YES
+                                           block:^(NSTimer*) {
+                                             // The block run may invalidate the timer.
+                                             const auto block = native->block;
+                                             if (block) (*block)();
+                                           }];
+  native->timer.tolerance = 0;
+  if (mode == RunLoopMode::common) native->activity = beginTimelyActivity();
+  [NSRunLoop.mainRunLoop
+      addTimer:native->timer
+       forMode:mode == RunLoopMode::common ? NSRunLoopCommonModes : NSDefaultRunLoopMode];
+}
+
+void RunLoop::runFor(double seconds) const {
+  NSDate* end = [NSDate dateWithTimeIntervalSinceNow:seconds];
+  [NSRunLoop.mainRunLoop runUntilDate:end];
+  // A run loop with nothing attached returns at once.
+  [NSThread sleepUntilDate:end];
+}
+
+}  // namespace vorrin

@@ -1,0 +1,79 @@
+#include "platform/application.h"
+
+#import <AppKit/AppKit.h>
+
+#include <utility>
+
+/// Passes what AppKit tells its delegate on to an `ApplicationDelegate`.
+@interface VorrinApplicationDelegate : NSObject <NSApplicationDelegate>
+- (instancetype)initWithDelegate:(vorrin::ApplicationDelegate)delegate;
+@end
+
+@implementation VorrinApplicationDelegate {
+  vorrin::ApplicationDelegate _delegate;
+}
+
+- (instancetype)initWithDelegate:(vorrin::ApplicationDelegate)delegate {
+  self = [super init];
+  if (self != nil) _delegate = std::move(delegate);
+  return self;
+}
+
+- (void)applicationDidFinishLaunching:(NSNotification*)notification {
+  _delegate.didFinishLaunching();
+}
+
+- (BOOL)applicationShouldHandleReopen:(NSApplication*)application hasVisibleWindows:(BOOL)visible {
+  return _delegate.shouldHandleReopen(visible);
+}
+
+- (BOOL)applicationShouldTerminateAfterLastWindowClosed:(NSApplication*)application {
+  return _delegate.shouldTerminateAfterLastWindowClosed();
+}
+
+- (void)applicationWillTerminate:(NSNotification*)notification {
+  _delegate.willTerminate();
+}
+
+- (BOOL)applicationSupportsSecureRestorableState:(NSApplication*)application {
+  return YES;
+}
+
+@end
+
+namespace vorrin {
+
+struct Application::Native {
+  VorrinApplicationDelegate* delegate = nil;
+};
+
+Application::Application(int& /*argumentCount*/, char** /*arguments*/)
+    : native_(std::make_unique<Native>()) {
+  [NSApplication sharedApplication];
+  [NSApp setActivationPolicy:NSApplicationActivationPolicyRegular];
+}
+
+Application::~Application() = default;
+
+void Application::setDelegate(ApplicationDelegate delegate) {
+  native_->delegate = [[VorrinApplicationDelegate alloc] initWithDelegate:std::move(delegate)];
+  NSApp.delegate = native_->delegate;
+}
+
+int Application::run() {
+  [NSApp run];
+  return 0;
+}
+
+void Application::terminate() {
+  [NSApp terminate:nil];
+}
+
+void Application::loadIcon() {
+  NSURL* icon = [NSBundle.mainBundle URLForResource:@"Vorrin" withExtension:@"icns"];
+  if (icon == nil) return;
+  NSImage* image = [[NSImage alloc] initWithContentsOfURL:icon];
+  if (image != nil) NSApp.applicationIconImage = image;
+}
+
+}  // namespace vorrin
