@@ -6,8 +6,13 @@
 #include "bridge/event_synthesis.h"
 #include "bridge/program_engine.h"
 #include "settings/choices.h"
+#include "ui/theme.h"
 
 namespace vorrin {
+
+const Color hackerGreen = Color::sRgb(0.25, 0.9, 0.48);
+
+const Color dimGreen = Color::sRgb(0.35, 0.58, 0.42);
 
 bool dryRun = false;
 
