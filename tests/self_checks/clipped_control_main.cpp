@@ -1,0 +1,28 @@
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "app/interface_self_check.h"
+#include "platform/application.h"
+
+namespace {
+
+// The real program, but for a label put where it hangs out of the window.
+void checkWithClippedControl(vorrin::App& app) {
+  const auto label = vorrin::TextField::wrappingLabel("half outside");
+  app.window.contentView().addTopCentered(label, 695, 100);
+  vorrin::runInterfaceSelfCheck(app);
+}
+
+}  // namespace
+
+int main(int argumentCount, char** argumentValues) {
+  const std::vector<std::string> arguments(argumentValues, argumentValues + argumentCount);
+  vorrin::Application application(argumentCount, argumentValues);
+  const auto app = std::make_shared<vorrin::App>(arguments, checkWithClippedControl);
+  application.setDelegate({.didFinishLaunching = [&app] { app->applicationDidFinishLaunching(); },
+                           .shouldHandleReopen = {},
+                           .shouldTerminateAfterLastWindowClosed = {},
+                           .willTerminate = {}});
+  return application.run();
+}
