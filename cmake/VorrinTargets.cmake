@@ -1,10 +1,19 @@
 # How every target of Vorrin is made: language level, warnings, sanitizers, and the layer rule.
 
+include(CheckPIESupported)
+check_pie_supported()
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+
 add_library(vorrin_options INTERFACE)
 target_compile_features(vorrin_options INTERFACE cxx_std_20)
 target_compile_options(vorrin_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Wold-style-cast
   -Werror -fno-strict-aliasing)
+if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
+  # Qt's build files name the OpenGL libraries, which Vorrin never calls: without this they would be
+  # loaded at every start.
+  target_link_options(vorrin_options INTERFACE -Wl,--as-needed)
+endif()
 if(VORRIN_SANITIZE)
   target_compile_options(vorrin_options INTERFACE
     -fsanitize=${VORRIN_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)

@@ -38,7 +38,8 @@ const std::string layoutLine =
     "PASS: fullscreen capability, black/green theme, compact and expanded layout.\n";
 
 struct Outcome {
-  std::string output;  ///< standard output and standard error as they came
+  std::string output;  ///< standard output
+  std::string errors;  ///< standard error
   int status = -1;     ///< as `wait` gives it
 
   [[nodiscard]] bool exitedWith(int code) const {
@@ -46,19 +47,40 @@ struct Outcome {
   }
 };
 
-Outcome finish(FILE* pipe) {
-  Outcome outcome;
-  std::array<char, 4096> buffer{};
-  while (const std::size_t count = std::fread(buffer.data(), 1, buffer.size(), pipe)) {
-    outcome.output.append(buffer.data(), count);
-  }
-  outcome.status = pclose(pipe);
-  return outcome;
-}
+/// A program started, its standard error going to a file of its own.
+class StartedProgram {
+ public:
+  explicit StartedProgram(const std::string& command)
+      // `exec` so that the status is the program's own, its signal included.
+      : pipe_(popen(("exec 2>" + errors_.string() + "; exec " + command).c_str(), "r")) {}
 
-FILE* start(const std::string& command) {
-  // `exec` so that the status is the program's own, its signal included.
-  return popen(("exec 2>&1; exec " + command).c_str(), "r");
+  Outcome finish() {
+    Outcome outcome;
+    std::array<char, 4096> buffer{};
+    while (const std::size_t count = std::fread(buffer.data(), 1, buffer.size(), pipe_)) {
+      outcome.output.append(buffer.data(), count);
+    }
+    outcome.status = pclose(pipe_);
+    std::ostringstream errors;
+    errors << std::ifstream(errors_).rdbuf();
+    outcome.errors = errors.str();
+    fs::remove(errors_);
+    return outcome;
+  }
+
+ private:
+  static fs::path newFile() {
+    std::string pattern = (fs::temp_directory_path() / "vorrin-errors-XXXXXX").string();
+    close(mkstemp(pattern.data()));
+    return pattern;
+  }
+
+  fs::path errors_ = newFile();
+  FILE* pipe_;
+};
+
+Outcome run(const std::string& command) {
+  return StartedProgram(command).finish();
 }
 
 /// Runs programs in a private directory that is home, configuration and working directory at once.
@@ -74,7 +96,7 @@ class SelfChecks : public testing::Test {
   /// `program` with nothing in its environment but what is named.
   [[nodiscard]] std::string bare(const std::string& program, const std::string& environment) const {
     return "env -i -C " + directory_.string() + " TMPDIR=" + directory_.string() + " " +
-           environment + " timeout 50 " + program;
+           environment + " LSAN_OPTIONS=$LSAN_OPTIONS timeout 50 " + program;
   }
   [[nodiscard]] std::string inHome(const std::string& program) const {
     return bare(program, "HOME=" + directory_.string());
@@ -91,7 +113,7 @@ class SelfChecks : public testing::Test {
 };
 
 void expectLogicPassed(const Outcome& outcome) {
-  EXPECT_TRUE(outcome.exitedWith(0)) << outcome.output;
+  EXPECT_TRUE(outcome.exitedWith(0)) << outcome.errors;
   const std::string start = renameLine + persistenceLine + engineLineStart;
   ASSERT_EQ(outcome.output.substr(0, start.size()), start);
   EXPECT_THAT(outcome.output.substr(start.size()),
@@ -99,15 +121,15 @@ void expectLogicPassed(const Outcome& outcome) {
 }
 
 TEST_F(SelfChecks, logic_check_prints_its_three_lines_without_display_or_session_bus) {
-  expectLogicPassed(finish(start(inHome(VORRIN_PROGRAM " --self-test"))));
+  expectLogicPassed(run(inHome(VORRIN_PROGRAM " --self-test")));
 }
 
 TEST_F(SelfChecks, logic_check_finds_its_argument_at_any_place) {
-  expectLogicPassed(finish(start(inHome(VORRIN_PROGRAM " other --self-test --ui-test"))));
+  expectLogicPassed(run(inHome(VORRIN_PROGRAM " other --self-test --ui-test")));
 }
 
 TEST_F(SelfChecks, logic_check_leaves_nothing_behind) {
-  ASSERT_TRUE(finish(start(inHome(VORRIN_PROGRAM " --self-test"))).exitedWith(0));
+  ASSERT_TRUE(run(inHome(VORRIN_PROGRAM " --self-test")).exitedWith(0));
   EXPECT_THAT(filesLeft(), IsEmpty());
 }
 
@@ -116,28 +138,28 @@ TEST_F(SelfChecks, logic_check_needs_no_home_that_exists) {
   const std::string asOrdinaryUser =
       geteuid() == 0 ? "setpriv --reuid 65534 --regid 65534 --clear-groups " : "";
   const std::string program = asOrdinaryUser + VORRIN_PROGRAM " --self-test";
-  expectLogicPassed(finish(start(bare(program, "HOME=/nonexistent"))));
+  expectLogicPassed(run(bare(program, "HOME=/nonexistent")));
   EXPECT_THAT(filesLeft(), IsEmpty());
 }
 
 TEST_F(SelfChecks, two_logic_checks_at_once_do_not_disturb_each_other) {
-  FILE* first = start(inHome(VORRIN_PROGRAM " --self-test"));
-  FILE* second = start(inHome(VORRIN_PROGRAM " --self-test"));
-  expectLogicPassed(finish(first));
-  expectLogicPassed(finish(second));
+  StartedProgram first(inHome(VORRIN_PROGRAM " --self-test"));
+  StartedProgram second(inHome(VORRIN_PROGRAM " --self-test"));
+  expectLogicPassed(first.finish());
+  expectLogicPassed(second.finish());
 }
 
 TEST_F(SelfChecks, a_storage_that_forgets_fails_the_logic_check_by_name_and_place) {
-  const Outcome outcome = finish(start(inHome(VORRIN_WITH_FORGETFUL_DEFAULTS " --self-test")));
+  const Outcome outcome = run(inHome(VORRIN_WITH_FORGETFUL_DEFAULTS " --self-test"));
   EXPECT_FALSE(WIFEXITED(outcome.status));
-  EXPECT_THAT(outcome.output, HasSubstr("Assertion failed: a preset is saved: file "));
-  EXPECT_THAT(outcome.output, HasSubstr("logic_self_check.cpp, line "));
+  EXPECT_THAT(outcome.errors, HasSubstr("Assertion failed: a preset is saved: file "));
+  EXPECT_THAT(outcome.errors, HasSubstr("logic_self_check.cpp, line "));
   EXPECT_THAT(outcome.output, Not(HasSubstr("PASS")));
 }
 
 TEST_F(SelfChecks, interface_check_passes_without_a_display_and_writes_its_picture) {
-  const Outcome outcome = finish(start(inHome(VORRIN_PROGRAM " --ui-test")));
-  EXPECT_TRUE(outcome.exitedWith(0)) << outcome.output;
+  const Outcome outcome = run(inHome(VORRIN_PROGRAM " --ui-test"));
+  EXPECT_TRUE(outcome.exitedWith(0)) << outcome.errors;
   const std::string start = autoSaveLine + layoutLine + "PASS: native UI contains ";
   ASSERT_EQ(outcome.output.substr(0, start.size()), start);
   EXPECT_THAT(outcome.output.substr(start.size()),
@@ -150,47 +172,48 @@ TEST_F(SelfChecks, interface_check_passes_without_a_display_and_writes_its_pictu
 
 TEST_F(SelfChecks, interface_check_passes_with_a_display_variable_that_leads_nowhere) {
   const Outcome outcome =
-      finish(start(bare(VORRIN_PROGRAM " --ui-test", "DISPLAY=:9999 HOME=" + directory_.string())));
-  EXPECT_TRUE(outcome.exitedWith(0)) << outcome.output;
+      run(bare(VORRIN_PROGRAM " --ui-test", "DISPLAY=:9999 HOME=" + directory_.string()));
+  EXPECT_TRUE(outcome.exitedWith(0)) << outcome.errors;
 }
 
 TEST_F(SelfChecks, interface_check_passes_twice_and_leaves_no_settings) {
   for (int round = 0; round < 2; ++round) {
-    ASSERT_TRUE(finish(start(inHome(VORRIN_PROGRAM " --ui-test"))).exitedWith(0));
+    ASSERT_TRUE(run(inHome(VORRIN_PROGRAM " --ui-test")).exitedWith(0));
   }
   for (const std::string& name : filesLeft()) EXPECT_THAT(name, Not(HasSubstr("vorrin-ui-")));
 }
 
 TEST_F(SelfChecks, interface_check_writes_no_status_as_it_makes_no_directory) {
-  ASSERT_TRUE(finish(start(inHome(VORRIN_PROGRAM " --ui-test"))).exitedWith(0));
+  ASSERT_TRUE(run(inHome(VORRIN_PROGRAM " --ui-test")).exitedWith(0));
   EXPECT_FALSE(fs::exists(directory_ / "Library"));
 }
 
 TEST_F(SelfChecks, a_storage_that_forgets_fails_the_interface_check_by_name_and_place) {
-  const Outcome outcome = finish(start(inHome(VORRIN_WITH_FORGETFUL_DEFAULTS " --ui-test")));
+  const Outcome outcome = run(inHome(VORRIN_WITH_FORGETFUL_DEFAULTS " --ui-test"));
   EXPECT_FALSE(outcome.exitedWith(0));
-  EXPECT_THAT(outcome.output, HasSubstr("Precondition failed: a preset is saved: file "));
+  EXPECT_THAT(outcome.errors, HasSubstr("Precondition failed: a preset is saved: file "));
   EXPECT_THAT(outcome.output, Not(HasSubstr("PASS")));
 }
 
 TEST_F(SelfChecks, a_control_outside_the_window_fails_the_interface_check) {
-  const Outcome outcome = finish(start(inHome(VORRIN_WITH_CLIPPED_CONTROL " --ui-test")));
+  const Outcome outcome = run(inHome(VORRIN_WITH_CLIPPED_CONTROL " --ui-test"));
   EXPECT_FALSE(outcome.exitedWith(0));
-  EXPECT_THAT(outcome.output, HasSubstr("Precondition failed: Clipped control: "));
+  EXPECT_THAT(outcome.errors, HasSubstr("Precondition failed: Clipped control: "));
   EXPECT_FALSE(fs::exists(directory_ / "ui-preview.png"));
 }
 
 TEST_F(SelfChecks, a_working_directory_that_cannot_be_written_fails_the_interface_check) {
-  const Outcome outcome = finish(start("env -i -C /proc HOME=" + directory_.string() +
-                                       " timeout 50 " VORRIN_PROGRAM " --ui-test"));
+  const Outcome outcome =
+      run("env -i -C /proc HOME=" + directory_.string() +
+          " LSAN_OPTIONS=$LSAN_OPTIONS timeout 50 " VORRIN_PROGRAM " --ui-test");
   EXPECT_FALSE(outcome.exitedWith(0));
-  EXPECT_THAT(outcome.output, HasSubstr("ui-preview.png can be written"));
+  EXPECT_THAT(outcome.errors, HasSubstr("ui-preview.png can be written"));
 }
 
 TEST_F(SelfChecks, a_normal_start_without_a_display_says_so_and_ends_with_status_1) {
-  const Outcome outcome = finish(start(inHome(VORRIN_PROGRAM)));
-  EXPECT_TRUE(outcome.exitedWith(1)) << outcome.output;
-  EXPECT_THAT(outcome.output, HasSubstr("no display"));
+  const Outcome outcome = run(inHome(VORRIN_PROGRAM));
+  EXPECT_TRUE(outcome.exitedWith(1)) << outcome.errors;
+  EXPECT_THAT(outcome.errors, HasSubstr("no display"));
 }
 
 }  // namespace

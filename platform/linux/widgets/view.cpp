@@ -4,6 +4,7 @@
 #include <QLayout>
 #include <QPixmap>
 #include <cmath>
+#include <functional>
 
 #include "platform/linux/widgets/native_view.h"
 #include "platform/linux/widgets/palette.h"
@@ -16,17 +17,19 @@ namespace {
 
 int pixels(double points) { return static_cast<int>(std::lround(points)); }
 
-/// Layouts of a window that was never shown do not hear of their sizes; from the outside in, each
-/// is told.
-void layOut(QWidget& widget) {
-  if (QLayout* layout = widget.layout()) {
-    layout->invalidate();
-    layout->activate();
-  }
+void forEachLayout(QWidget& widget, const std::function<void(QLayout&)>& action) {
+  if (QLayout* layout = widget.layout()) action(*layout);
   for (QObject* child : widget.children()) {
     auto* inner = qobject_cast<QWidget*>(child);
-    if (inner != nullptr && !inner->isWindow()) layOut(*inner);
+    if (inner != nullptr && !inner->isWindow()) forEachLayout(*inner, action);
   }
+}
+
+/// Layouts of a window that was never shown do not hear of their sizes. All forget what they know
+/// before the first one asks those inside it.
+void layOut(QWidget& window) {
+  forEachLayout(window, [](QLayout& layout) { layout.invalidate(); });
+  forEachLayout(window, [](QLayout& layout) { layout.activate(); });
 }
 
 }  // namespace
