@@ -1,0 +1,34 @@
+#pragma once
+
+#include <bitset>
+#include <cstdint>
+
+#include "platform/linux/x11/connection.h"
+#include "platform/linux/x11/post_ledger.h"
+
+namespace vorrin::x11 {
+
+/// Makes key and button events through XTEST, knows its own key events again when they come back,
+/// and leaves nothing down when it goes.
+class Poster {
+ public:
+  explicit Poster(Connection& connection) : connection_(connection) {}
+  ~Poster();
+  Poster(const Poster&) = delete;
+  Poster& operator=(const Poster&) = delete;
+
+  /// Queue one event each; `flush` hands them to the server. No round trip, no allocation.
+  void key(KeyCode keycode, bool down, Post post);
+  void leftButton(bool down);
+  void flush();
+
+  [[nodiscard]] PostLedger& ledger() { return ledger_; }
+
+ private:
+  Connection& connection_;
+  PostLedger ledger_;
+  std::bitset<256> keysDown_;
+  bool buttonDown_ = false;
+};
+
+}  // namespace vorrin::x11

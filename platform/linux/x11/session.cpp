@@ -1,0 +1,94 @@
+#include "platform/linux/x11/session.h"
+
+#include <utility>
+
+namespace vorrin::x11 {
+
+Session::Session(std::unique_ptr<Connection> connection)
+    : connection_(std::move(connection)), poster_(*connection_) {
+  map_.read(connection_->display());
+  connection_->onLoss([this] {
+    if (watch_) watch_->closeDescriptor();
+    checkLater();
+  });
+}
+
+Session::~Session() {
+  connection_->onLoss({});
+}
+
+std::shared_ptr<Listener> Session::listen(std::uint64_t mask, std::span<const std::uint16_t> keys,
+                                          EventTap::Callback callback,
+                                          std::function<void()> invalidated) {
+  if (lost() || listener_) return nullptr;
+  const auto listener = std::make_shared<Listener>(*connection_, poster_, map_, mask, callback);
+  if (!listener->setSwallowable(keys)) return nullptr;
+  listener_ = listener;
+  invalidated_ = std::move(invalidated);
+  return listener;
+}
+
+void Session::endListening(const Listener& listener) {
+  if (listener_.get() != &listener) return;
+  listener_->end();
+  listener_ = nullptr;
+  invalidated_ = nullptr;
+}
+
+void Session::watch() {
+  if (lost() || watch_) return;
+  watch_.emplace(ConnectionNumber(connection_->display()), [this] { serve(); });
+  checkLater();
+}
+
+void Session::checkLater() {
+  if (watch_) watch_->wake();
+}
+
+void Session::post(std::span<const SyntheticEvent> events) {
+  for (const SyntheticEvent& event : events) {
+    switch (event.type) {
+      case EventType::keyDown:
+      case EventType::keyUp: {
+        const KeyCode keycode = map_.keycode(event.keyCode);
+        if (keycode == 0) break;
+        poster_.key(keycode, event.type == EventType::keyDown,
+                    {Post::Reason::posted, event.userData});
+        break;
+      }
+      case EventType::leftMouseDown:
+      case EventType::leftMouseUp:
+        poster_.leftButton(event.type == EventType::leftMouseDown);
+        break;
+      case EventType::tapDisabledByTimeout:
+      case EventType::tapDisabledByUserInput:
+        break;
+    }
+  }
+  poster_.flush();
+}
+
+void Session::serve() {
+  // The callback may run the main loop itself. Its events must wait, or they would overtake this.
+  if (serving_) return;
+  serving_ = true;
+  handleEvents();
+  serving_ = false;
+  if (!listener_ || !(lost() || listener_->failed())) return;
+  const std::function<void()> invalidated = std::move(invalidated_);
+  endListening(*listener_);
+  if (invalidated) invalidated();
+}
+
+void Session::handleEvents() {
+  Display* const display = connection_->display();
+  while (!lost() && XPending(display) > 0) {
+    XEvent event;
+    XNextEvent(display, &event);
+    // Kept here because the callback may drop the tap.
+    const std::shared_ptr<Listener> listener = listener_;
+    if (!lost() && listener && !listener->failed()) listener->handle(event);
+  }
+}
+
+}  // namespace vorrin::x11
