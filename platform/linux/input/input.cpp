@@ -28,7 +28,7 @@ std::optional<EventTap> EventTap::create(std::uint64_t mask,
   std::unique_ptr<x11::Tap> tap =
       backend().createTap(mask, swallowable, callback, std::move(invalidated));
   if (!tap) return std::nullopt;
-  return EventTap(std::make_shared<Native>(std::move(tap)));
+  return EventTap(std::shared_ptr<Native>(new Native{std::move(tap)}));
 }
 
 void EventTap::addToMainRunLoop() const {

@@ -20,7 +20,7 @@ bool KeyHolder::rescan(std::vector<WatchedKeyboard>& gone) {
     if (known == former.end()) {
       keyboards_.push_back({slave, {}, {}, {}, {}});
     } else {
-      keyboards_.push_back(std::move(*known));
+      keyboards_.push_back(*known);
       former.erase(known);
     }
   }

@@ -21,7 +21,7 @@ std::shared_ptr<Listener> Session::listen(std::uint64_t mask, std::span<const st
                                           EventTap::Callback callback,
                                           std::function<void()> invalidated) {
   if (lost() || listener_) return nullptr;
-  const auto listener = std::make_shared<Listener>(*connection_, poster_, map_, mask, callback);
+  auto listener = std::make_shared<Listener>(*connection_, poster_, map_, mask, callback);
   if (!listener->setSwallowable(keys)) return nullptr;
   listener_ = listener;
   invalidated_ = std::move(invalidated);
