@@ -1,0 +1,251 @@
+#include "platform/event_tap.h"
+
+#include <gmock/gmock.h>
+
+#include <vector>
+
+#include "quartz_stand_in.h"
+
+namespace vorrin {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr std::uint64_t keyMask = 0xC00;
+
+class MacosEventTap : public testing::Test {
+ protected:
+  MacosEventTap() {
+    seen.clear();
+    verdict = TapVerdict::pass;
+    enabledWhenSeen.clear();
+    current = this;
+  }
+  ~MacosEventTap() override { current = nullptr; }
+
+  static TapVerdict callback(const TapEvent& event) {
+    seen.push_back(event);
+    enabledWhenSeen.push_back(current->quartz.tapEnabled().value_or(false));
+    return verdict;
+  }
+
+  std::optional<EventTap> created() {
+    return EventTap::create(keyMask, {}, &callback, [this] { ++invalidations; });
+  }
+
+  /// A tap as the program uses it, with the calls made so far forgotten.
+  EventTap connected() {
+    EventTap tap = created().value();
+    tap.addToMainRunLoop();
+    tap.setEnabled(true);
+    quartz.takeCalls();
+    return tap;
+  }
+
+  static inline MacosEventTap* current = nullptr;
+  static inline std::vector<TapEvent> seen;
+  static inline std::vector<bool> enabledWhenSeen;
+  static inline TapVerdict verdict = TapVerdict::pass;
+  QuartzStandIn quartz;
+  int invalidations = 0;
+};
+
+TEST_F(MacosEventTap, is_an_active_filter_at_the_head_of_the_session_with_no_user_info) {
+  const auto tap = created();
+  EXPECT_TRUE(tap);
+  EXPECT_THAT(quartz.calls, ElementsAre("AXIsProcessTrusted()",
+                                        "CGEventTapCreate(1, 0, 0, 3072, callback, null)"));
+}
+
+TEST_F(MacosEventTap, is_never_made_while_the_process_is_not_trusted) {
+  quartz.trusted = false;
+  EXPECT_FALSE(created());
+  EXPECT_THAT(quartz.calls, ElementsAre("AXIsProcessTrusted()"));
+}
+
+TEST_F(MacosEventTap, is_absent_when_the_system_refuses_it) {
+  quartz.refusesTaps = true;
+  EXPECT_FALSE(created());
+  EXPECT_EQ(quartz.liveObjects(), 0U);
+}
+
+TEST_F(MacosEventTap, is_served_by_the_main_run_loop_in_the_common_modes) {
+  const auto tap = created();
+  quartz.takeCalls();
+  tap->addToMainRunLoop();
+  const auto calls = quartz.takeCalls();
+  ASSERT_GE(calls.size(), 2U);
+  EXPECT_EQ(calls[0], "CFMachPortCreateRunLoopSource(kCFAllocatorDefault, tap, 0)");
+  EXPECT_EQ(calls[1], "CFRunLoopAddSource(main, source of tap, kCFRunLoopCommonModes)");
+}
+
+TEST_F(MacosEventTap, is_enabled_and_disabled_on_demand) {
+  const auto tap = created();
+  tap->setEnabled(true);
+  EXPECT_EQ(quartz.calls.back(), "CGEventTapEnable(tap, true)");
+  tap->setEnabled(false);
+  EXPECT_EQ(quartz.calls.back(), "CGEventTapEnable(tap, false)");
+}
+
+TEST_F(MacosEventTap, returns_the_very_event_that_passes) {
+  const EventTap tap = connected();
+  EXPECT_TRUE(quartz.deliver({.type = 10, .keyCode = 50}));
+}
+
+TEST_F(MacosEventTap, returns_null_for_an_event_that_is_swallowed) {
+  const EventTap tap = connected();
+  verdict = TapVerdict::swallow;
+  EXPECT_FALSE(quartz.deliver({.type = 10, .keyCode = 50}));
+}
+
+TEST_F(MacosEventTap, gives_the_callback_what_the_event_holds) {
+  const EventTap tap = connected();
+  quartz.deliver({.type = 11, .keyCode = 97, .autorepeat = 1, .flags = 0x20000, .userData = 5});
+  ASSERT_EQ(seen.size(), 1U);
+  EXPECT_EQ(seen[0].type, EventType::keyUp);
+  EXPECT_EQ(seen[0].keyCode, 97);
+  EXPECT_EQ(seen[0].autorepeat, 1);
+  EXPECT_EQ(seen[0].flags, event_flags::maskShift);
+  EXPECT_EQ(seen[0].userData, 5);
+}
+
+TEST_F(MacosEventTap, does_nothing_but_read_fields_on_its_way_to_the_callback) {
+  const EventTap tap = connected();
+  quartz.deliver({.type = 10, .keyCode = 50});
+  for (const std::string& call : quartz.takeCalls()) {
+    EXPECT_TRUE(call.starts_with("CGEventGet")) << call;
+  }
+}
+
+TEST_F(MacosEventTap, never_swallows_a_notice) {
+  const EventTap tap = connected();
+  verdict = TapVerdict::swallow;
+  EXPECT_TRUE(quartz.deliverNotice(0xFFFFFFFE));
+  EXPECT_TRUE(quartz.deliverNotice(0xFFFFFFFF));
+  ASSERT_EQ(seen.size(), 2U);
+  EXPECT_EQ(seen[0].type, EventType::tapDisabledByTimeout);
+  EXPECT_EQ(seen[1].type, EventType::tapDisabledByUserInput);
+}
+
+TEST_F(MacosEventTap, takes_any_keys_as_swallowable) {
+  const EventTap tap = connected();
+  const std::vector<std::uint16_t> keys{50, 48};
+  EXPECT_TRUE(tap.setSwallowable(keys));
+  EXPECT_THAT(quartz.takeCalls(), IsEmpty());
+}
+
+TEST_F(MacosEventTap, watches_the_grant_ten_times_a_second_even_while_menus_are_open) {
+  const auto tap = created();
+  tap->addToMainRunLoop();
+  EXPECT_THAT(quartz.calls, testing::Contains("CFRunLoopTimerCreate(1000.1, 0.1)"));
+  EXPECT_EQ(quartz.calls.back(), "CFRunLoopAddTimer(main, timer, kCFRunLoopCommonModes)");
+}
+
+TEST_F(MacosEventTap, is_disabled_before_anything_else_when_the_grant_is_lost) {
+  const EventTap tap = connected();
+  quartz.trusted = false;
+  quartz.fireTimers();
+  EXPECT_THAT(quartz.takeCalls(),
+              ElementsAre("AXIsProcessTrusted()", "CGEventTapEnable(tap, false)"));
+  ASSERT_EQ(seen.size(), 1U);
+  EXPECT_EQ(seen[0].type, EventType::tapDisabledByUserInput);
+  EXPECT_THAT(enabledWhenSeen, ElementsAre(false));
+}
+
+TEST_F(MacosEventTap, tells_of_a_lost_grant_once) {
+  const EventTap tap = connected();
+  quartz.trusted = false;
+  quartz.fireTimers();
+  quartz.fireTimers();
+  EXPECT_EQ(seen.size(), 1U);
+}
+
+TEST_F(MacosEventTap, sees_a_lost_grant_at_once_when_the_list_of_grants_is_edited) {
+  const EventTap tap = connected();
+  quartz.trusted = false;
+  quartz.notify("com.apple.accessibility.api");
+  EXPECT_EQ(quartz.tapEnabled(), false);
+}
+
+TEST_F(MacosEventTap, stays_disabled_without_the_grant_however_often_it_is_enabled) {
+  const EventTap tap = connected();
+  quartz.trusted = false;
+  quartz.fireTimers();
+  tap.setEnabled(true);
+  EXPECT_EQ(quartz.tapEnabled(), false);
+}
+
+TEST_F(MacosEventTap, is_enabled_again_when_the_grant_is_back) {
+  const EventTap tap = connected();
+  quartz.trusted = false;
+  quartz.fireTimers();
+  quartz.trusted = true;
+  quartz.fireTimers();
+  EXPECT_EQ(quartz.tapEnabled(), true);
+}
+
+TEST_F(MacosEventTap, is_enabled_again_also_when_the_grant_was_missing_only_between_two_looks) {
+  const EventTap tap = connected();
+  quartz.trusted = false;
+  tap.setEnabled(true);
+  quartz.trusted = true;
+  quartz.fireTimers();
+  EXPECT_EQ(quartz.tapEnabled(), true);
+}
+
+TEST_F(MacosEventTap, that_is_not_wanted_stays_disabled_when_the_grant_is_back) {
+  const EventTap tap = connected();
+  quartz.trusted = false;
+  quartz.fireTimers();
+  tap.setEnabled(false);
+  quartz.trusted = true;
+  quartz.fireTimers();
+  EXPECT_EQ(quartz.tapEnabled(), false);
+}
+
+TEST_F(MacosEventTap, is_left_alone_while_the_grant_lasts) {
+  const EventTap tap = connected();
+  quartz.fireTimers();
+  EXPECT_THAT(quartz.takeCalls(), ElementsAre("AXIsProcessTrusted()"));
+  EXPECT_THAT(seen, IsEmpty());
+}
+
+TEST_F(MacosEventTap, tells_when_its_port_is_taken_away) {
+  const EventTap tap = connected();
+  quartz.invalidatePort();
+  EXPECT_EQ(invalidations, 1);
+  EXPECT_EQ(quartz.scheduledTimers(), 0U);
+}
+
+TEST_F(MacosEventTap, may_be_dropped_by_whoever_is_told_that_it_ended) {
+  std::optional<EventTap> tap;
+  tap = EventTap::create(keyMask, {}, &callback, [&tap] { tap.reset(); });
+  tap->addToMainRunLoop();
+  quartz.invalidatePort();
+  EXPECT_FALSE(tap);
+  EXPECT_EQ(quartz.scheduledTimers(), 0U);
+}
+
+TEST_F(MacosEventTap, is_disabled_and_taken_out_of_the_event_path_with_its_last_copy) {
+  {
+    const EventTap tap = connected();
+    const EventTap copy = tap;
+    quartz.takeCalls();
+  }
+  EXPECT_THAT(quartz.takeCalls(),
+              ElementsAre("CGEventTapEnable(tap, false)", "CFMachPortInvalidate(tap)"));
+  EXPECT_EQ(quartz.liveObjects(), 0U);
+  EXPECT_EQ(quartz.scheduledTimers(), 0U);
+  EXPECT_EQ(invalidations, 0);
+}
+
+TEST_F(MacosEventTap, hears_of_no_edited_grants_once_it_is_gone) {
+  { const EventTap tap = connected(); }
+  quartz.takeCalls();
+  quartz.notify("com.apple.accessibility.api");
+  EXPECT_THAT(quartz.takeCalls(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace vorrin

@@ -1,0 +1,4 @@
+#pragma once
+
+/// What `applicationIsActive` answers in these tests.
+void setProgramActive(bool active);

@@ -1,0 +1,100 @@
+#include <gmock/gmock.h>
+
+#include "bridge/event_synthesis.h"
+#include "bridge/program_engine.h"
+#include "program_activity.h"
+#include "quartz_stand_in.h"
+
+// The macros' actions from the engine to Quartz.
+
+namespace vorrin {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class MacosSynthesis : public testing::Test {
+ protected:
+  MacosSynthesis() { setProgramActive(false); }
+  ~MacosSynthesis() override {
+    engine.stopAll();
+    engine.digit = 1;
+  }
+
+  QuartzStandIn quartz;
+};
+
+TEST_F(MacosSynthesis, the_keyboard_macro_makes_these_calls) {
+  emitMacro(0, {});
+  EXPECT_THAT(
+      quartz.calls,
+      ElementsAre("AXIsProcessTrusted()", "CGEventCreateKeyboardEvent(null, 18, true)",
+                  "CGEventCreateKeyboardEvent(null, 18, false)",
+                  "CGEventSetIntegerValueField(event, 42, 1448235598)", "CGEventPost(0, event)",
+                  "CGEventSetIntegerValueField(event, 42, 1448235598)", "CGEventPost(0, event)"));
+}
+
+TEST_F(MacosSynthesis, the_mouse_macro_makes_these_calls) {
+  quartz.pointer = {300, 200.5};
+  emitMacro(1, {});
+  EXPECT_THAT(
+      quartz.calls,
+      ElementsAre("AXIsProcessTrusted()", "CGEventCreate(null)", "CGEventGetLocation(event)",
+                  "CGEventCreateMouseEvent(null, 1, 300 200.5, 0)",
+                  "CGEventCreateMouseEvent(null, 2, 300 200.5, 0)",
+                  "CGEventSetIntegerValueField(event, 42, 1448235598)", "CGEventPost(0, event)",
+                  "CGEventSetIntegerValueField(event, 42, 1448235598)", "CGEventPost(0, event)"));
+}
+
+TEST_F(MacosSynthesis, each_digit_has_its_key_code) {
+  const std::vector<std::int64_t> codes{29, 18, 19, 20, 21, 23, 22, 26, 28, 25};
+  for (int digit = 0; digit <= 9; ++digit) {
+    engine.digit = digit;
+    quartz.posted.clear();
+    emitMacro(0, {});
+    ASSERT_EQ(quartz.posted.size(), 2U);
+    EXPECT_EQ(quartz.posted[0].keyCode, codes[static_cast<std::size_t>(digit)]);
+    EXPECT_EQ(quartz.posted[1].keyCode, codes[static_cast<std::size_t>(digit)]);
+  }
+}
+
+TEST_F(MacosSynthesis, nothing_is_clicked_when_the_pointer_is_nowhere) {
+  quartz.refusedEvents = {0};
+  emitMacro(1, {});
+  EXPECT_THAT(quartz.posted, IsEmpty());
+}
+
+TEST_F(MacosSynthesis, the_other_event_is_posted_when_one_cannot_be_made) {
+  quartz.refusedEvents = {2};
+  emitMacro(1, {});
+  ASSERT_EQ(quartz.posted.size(), 1U);
+  EXPECT_EQ(quartz.posted[0].type, 1U);
+}
+
+TEST_F(MacosSynthesis, nothing_is_asked_or_posted_while_the_program_is_active) {
+  setProgramActive(true);
+  emitMacro(0, {});
+  emitMacro(1, {});
+  EXPECT_THAT(quartz.calls, IsEmpty());
+}
+
+TEST_F(MacosSynthesis, a_lost_grant_stops_both_macros_and_refreshes) {
+  engine.toggle(0);
+  engine.toggle(1);
+  quartz.trusted = false;
+  int refreshes = 0;
+  emitMacro(0, [&refreshes] { ++refreshes; });
+  EXPECT_FALSE(engine.running[0]);
+  EXPECT_FALSE(engine.running[1]);
+  EXPECT_EQ(refreshes, 1);
+  EXPECT_THAT(quartz.posted, IsEmpty());
+}
+
+TEST_F(MacosSynthesis, no_event_outlives_its_action) {
+  emitMacro(0, {});
+  emitMacro(1, {});
+  EXPECT_EQ(quartz.liveObjects(), 0U);
+}
+
+}  // namespace
+}  // namespace vorrin
