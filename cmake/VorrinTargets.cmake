@@ -8,7 +8,9 @@ add_library(vorrin_options INTERFACE)
 target_compile_features(vorrin_options INTERFACE cxx_std_20)
 target_compile_options(vorrin_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Wold-style-cast
-  -Werror -fno-strict-aliasing)
+  -Werror -fno-strict-aliasing
+  # GCC 12 sees overlaps in std::string that cannot be there (GCC bug 105651).
+  $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
 if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
   # Qt's build files name the OpenGL libraries, which Vorrin never calls: without this they would be
   # loaded at every start.
