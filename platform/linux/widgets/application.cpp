@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QIcon>
+#include <QPointer>
 #include <QTimer>
 #include <QWidget>
 #include <algorithm>
@@ -63,13 +64,17 @@ Application::Native::Native(int count, char** arguments)
   QApplication::setQuitOnLastWindowClosed(false);
   QApplication::setStyle(new DarkStyle);
   QApplication::setPalette(darkPalette());
+  QApplication::setFont(nativeFont({12, FontWeight::regular, FontFamily::system}));
   QObject::connect(&application, &QApplication::lastWindowClosed, [this] { lastWindowClosed(); });
   QObject::connect(&application, &QApplication::aboutToQuit, [this] { tellTermination(); });
 }
 
 Application::Native::~Native() {
   // Values of views may outlive the application, but no widget can.
-  for (QWidget* widget : QApplication::topLevelWidgets()) delete widget;
+  const QWidgetList widgets = QApplication::topLevelWidgets();
+  for (const QPointer<QWidget>& widget : QList<QPointer<QWidget>>(widgets.begin(), widgets.end())) {
+    if (widget && widget->parent() == nullptr) delete widget;
+  }
   shared = nullptr;
 }
 

@@ -17,7 +17,8 @@ constexpr int titleInset = 12;
 constexpr int popUpInset = 10;
 constexpr int popUpArrowRoom = 24;
 constexpr int checkSize = 16;
-constexpr int checkRoom = 22;
+constexpr int checkRoom = 20;
+constexpr int checkHeight = 22;
 constexpr int checkTitleGap = 6;
 constexpr double bezelRadius = 6;
 constexpr double checkRadius = 4;
@@ -65,6 +66,14 @@ void drawBezel(QPainter& painter, const QRect& rect, double radius, const QColor
   painter.restore();
 }
 
+/// The line around menus and lists.
+void drawOutline(QPainter& painter, const QRect& rect) {
+  painter.fillRect(rect.x(), rect.y(), rect.width(), 1, white(0.18));
+  painter.fillRect(rect.x(), rect.bottom(), rect.width(), 1, white(0.18));
+  painter.fillRect(rect.x(), rect.y() + 1, 1, rect.height() - 2, white(0.18));
+  painter.fillRect(rect.right(), rect.y() + 1, 1, rect.height() - 2, white(0.18));
+}
+
 QPen bezelEdge(const QStyleOption& option, bool isRinged) {
   if (isRinged) return {accent(), ringWidth};
   return {white(has(option, QStyle::State_Enabled) ? 0.18 : 0.09), 1.0};
@@ -92,21 +101,16 @@ void drawCheckMark(QPainter& painter, const QRectF& box, const QColor& color) {
 
 void drawCheckBox(const QStyleOptionButton& check, QPainter& painter) {
   const int top = check.rect.y() + (check.rect.height() - checkSize) / 2;
-  const int margin = (checkRoom - checkSize) / 2;
-  const QRect box(check.rect.x() + margin, top, checkSize, checkSize);
+  const QRect box(check.rect.x(), top, checkSize, checkSize);
   const QColor tint = check.palette.color(QPalette::WindowText);
   const bool isOn = has(check, QStyle::State_On);
   const QColor bezel = check.palette.color(QPalette::Button);
   drawBezel(painter, box, checkRadius, bezelFill(check, isOn ? mixed(bezel, accent(), 0.28) : bezel),
-            bezelEdge(check, false));
+            bezelEdge(check, showsFocus(check)));
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing);
   if (isOn) drawCheckMark(painter, box, has(check, QStyle::State_Enabled) ? accent() : tint);
   painter.restore();
-  if (showsFocus(check)) {
-    drawBezel(painter, box.adjusted(-margin, -margin, margin, margin), checkRadius + margin,
-              Qt::transparent, QPen(accent(), ringWidth));
-  }
   painter.setPen(tint);
   painter.drawText(check.rect.adjusted(checkRoom + checkTitleGap, 0, 0, 0),
                    Qt::AlignLeft | Qt::AlignVCenter | Qt::TextShowMnemonic, check.text);
@@ -183,6 +187,10 @@ void DarkStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opti
   if (element == PE_PanelLineEdit) {
     drawBezel(*painter, option->rect, bezelRadius, option->palette.color(QPalette::Base),
               bezelEdge(*option, has(*option, State_HasFocus)));
+  } else if (element == PE_PanelMenu) {
+    painter->fillRect(option->rect, option->palette.color(QPalette::Window));
+  } else if (element == PE_FrameMenu || element == PE_Frame) {
+    drawOutline(*painter, option->rect);
   } else if (element != PE_FrameFocusRect) {
     QProxyStyle::drawPrimitive(element, option, painter, widget);
   }
@@ -223,7 +231,7 @@ QSize DarkStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
     case CT_CheckBox: {
       const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
       const bool isBare = button == nullptr || button->text.isEmpty();
-      return {isBare ? checkRoom : checkRoom + checkTitleGap + contents.width(), checkRoom};
+      return {isBare ? checkRoom : checkRoom + checkTitleGap + contents.width(), checkHeight};
     }
     case CT_LineEdit:
       return {contents.width() + 2 * popUpInset, fieldHeight};
@@ -238,6 +246,8 @@ int DarkStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
     case PM_ButtonShiftHorizontal:
     case PM_ButtonShiftVertical:
       return 0;
+    case PM_MenuPanelWidth:
+      return 1;
     case PM_DefaultFrameWidth:
       return widget != nullptr && widget->inherits("QLineEdit")
                  ? 1

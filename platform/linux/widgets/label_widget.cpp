@@ -36,8 +36,8 @@ void LabelWidget::showText(const QString& newText) {
 
 void LabelWidget::setWraps(bool wraps) {
   wraps_ = wraps;
-  const auto horizontal = wraps ? QSizePolicy::Preferred : QSizePolicy::Fixed;
-  setSizePolicy(horizontal, QSizePolicy::Fixed);
+  const auto policy = wraps ? QSizePolicy::Preferred : QSizePolicy::Fixed;
+  setSizePolicy(policy, policy);
 }
 
 void LabelWidget::setMaximumNumberOfLines(int lines) {
@@ -52,36 +52,45 @@ QSize LabelWidget::sizeHint() const {
   const int lines = breakLines(layout, unlimitedWidth);
   double width = 0;
   for (int i = 0; i < lines; ++i) width = std::max(width, layout.lineAt(i).naturalTextWidth());
-  return {static_cast<int>(std::ceil(width)), shownLines(lines) * fontMetrics().height()};
+  return {static_cast<int>(std::ceil(width)), shownLines(lines) * lineHeight()};
 }
 
 QSize LabelWidget::minimumSizeHint() const {
-  return wraps_ ? QSize(0, fontMetrics().height()) : sizeHint();
+  return wraps_ ? QSize(0, lineHeight()) : sizeHint();
 }
 
 int LabelWidget::heightForWidth(int width) const {
   ensurePolished();
   QTextLayout layout(drawnText(text()), font());
-  return shownLines(breakLines(layout, width)) * fontMetrics().height();
+  return shownLines(breakLines(layout, width)) * lineHeight();
 }
 
 void LabelWidget::paintEvent(QPaintEvent*) {
   QTextLayout layout(drawnText(text()), font());
   const int lines = breakLines(layout, width());
   const int shown = shownLines(lines);
+  const QFontMetrics metrics = fontMetrics();
+  const int firstBaseline = (lineHeight() - metrics.height()) / 2 + metrics.ascent();
   QPainter painter(this);
   painter.setPen(palette().color(foregroundRole()));
   for (int i = 0; i < shown; ++i) {
     // Lines that borrow letters from a taller font keep the label's own line height.
     const QTextLine line = layout.lineAt(i);
-    const int baseline = i * fontMetrics().height() + fontMetrics().ascent();
+    const int baseline = firstBaseline + i * lineHeight();
     if (i == shown - 1 && lines > shown) {
       const QString rest = layout.text().mid(line.textStart());
-      painter.drawText(0, baseline, fontMetrics().elidedText(rest, Qt::ElideRight, width()));
+      painter.drawText(0, baseline, metrics.elidedText(rest, Qt::ElideRight, width()));
     } else {
       line.draw(&painter, QPointF(0, baseline - line.ascent() - line.y()));
     }
   }
+}
+
+int LabelWidget::lineHeight() const {
+  // Fonts differ in the room they ask for above and below; the window's height must not.
+  constexpr double mostPerPixel = 1.18;
+  const auto most = static_cast<int>(std::lround(mostPerPixel * fontInfo().pixelSize()));
+  return std::min(fontMetrics().height(), most);
 }
 
 int LabelWidget::breakLines(QTextLayout& layout, double width) const {

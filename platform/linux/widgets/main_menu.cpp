@@ -24,10 +24,10 @@ QList<QKeySequence> keySequences(const MenuItem& item) {
   if (letter == 0) return {};
   const auto key = static_cast<Qt::Key>(Qt::Key_A + (letter - 'a'));
   if (!item.keyEquivalent.control) return {QKeySequence(Qt::CTRL | key)};
-  QList<QKeySequence> keys = {QKeySequence(Qt::CTRL | Qt::META | key)};
-  // The key that switches to the full screen everywhere else on this system.
-  if (letter == 'f') keys.append(QKeySequence(Qt::Key_F11));
-  return keys;
+  const QKeySequence both(Qt::CTRL | Qt::META | key);
+  // The key that switches to the full screen everywhere else on this system is the one to show.
+  if (letter == 'f') return {QKeySequence(Qt::Key_F11), both};
+  return {both};
 }
 
 void rememberMainMenu(const std::vector<Menu>& menus) {

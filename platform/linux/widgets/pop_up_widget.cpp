@@ -2,6 +2,8 @@
 
 #include <QAbstractItemView>
 #include <QKeyEvent>
+#include <QPainter>
+#include <QStyledItemDelegate>
 #include <QWheelEvent>
 #include <algorithm>
 
@@ -14,6 +16,32 @@ constexpr int roomBesideTitle = 38;
 constexpr int controlHeight = 24;
 constexpr int smallestWidth = 64;
 constexpr int widestMenu = 500;
+constexpr int itemHeight = 22;
+constexpr int itemInset = 9;
+
+/// One item of the opened menu.
+class PopUpItem : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+
+  void paint(QPainter* painter, const QStyleOptionViewItem& option,
+             const QModelIndex& index) const override {
+    const bool isSelected = (option.state & QStyle::State_Selected) != 0;
+    if (isSelected) painter->fillRect(option.rect, option.palette.highlight());
+    const QRect room = option.rect.adjusted(itemInset, 0, -itemInset, 0);
+    const QString title = index.data().toString();
+    painter->setFont(option.font);
+    painter->setPen(option.palette.color(isSelected ? QPalette::HighlightedText : QPalette::Text));
+    painter->drawText(room, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
+                      option.fontMetrics.elidedText(title, Qt::ElideRight, room.width()));
+  }
+
+  [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option,
+                               const QModelIndex& index) const override {
+    const QString title = index.data().toString();
+    return {option.fontMetrics.horizontalAdvance(title) + 2 * itemInset, itemHeight};
+  }
+};
 
 }  // namespace
 
@@ -32,6 +60,11 @@ QSize PopUpWidget::sizeHint() const {
 QSize PopUpWidget::minimumSizeHint() const { return {smallestWidth, controlHeight}; }
 
 void PopUpWidget::showPopup() {
+  if (dynamic_cast<PopUpItem*>(itemDelegate()) == nullptr) {
+    setItemDelegate(new PopUpItem(this));
+    view()->setTextElideMode(Qt::ElideRight);
+    view()->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  }
   view()->setMinimumWidth(std::clamp(widestTitle() + roomBesideTitle, width(), widestMenu));
   QComboBox::showPopup();
 }

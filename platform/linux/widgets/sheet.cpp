@@ -32,7 +32,8 @@ LabelWidget& wrappingLabel(const std::string& text, const Font& font, const Colo
 
 Sheet::Sheet(const Alert& alert, std::optional<int> escapeAnswer, QWidget& window,
              std::function<void(int)> completion)
-    : QDialog(&window, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint),
+    : QDialog(&window, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                           Qt::WindowCloseButtonHint),
       escapeAnswer_(escapeAnswer),
       completion_(std::move(completion)),
       accessory_(alert.accessory) {

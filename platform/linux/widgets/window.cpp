@@ -56,7 +56,9 @@ void Window::setBackgroundColor(const Color& color) const {
 
 Color Window::backgroundColor() const { return widgetOf(*this).backgroundColor; }
 
-void Window::setDarkAppearance() const { widgetOf(*this).setPalette(darkPalette()); }
+void Window::setDarkAppearance() const {
+  // Everything inside is dark anyway; window managers choose the frame.
+}
 
 View Window::contentView() const { return viewOf(*widgetOf(*this).contentView); }
 

@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "platform/linux/widgets/main_menu.h"
+#include "platform/linux/widgets/palette.h"
 
 namespace vorrin {
 
@@ -36,12 +37,15 @@ WindowWidget::WindowWidget(QSize contentSize, std::uint32_t style)
       menuBar_(new QMenuBar(this)) {
   // A menu bar of the desktop's own would have to be asked for over the session bus.
   menuBar_->setNativeMenuBar(false);
+  menuBar_->setPalette(darkPalette());
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
   layout->setSizeConstraint(QLayout::SetNoConstraint);
   layout->setMenuBar(menuBar_);
   layout->addWidget(contentView);
+  // Else the first button would have the keyboard from the start, and Space would press it.
+  contentView->setFocus();
   livingWindows().push_back(this);
   showMainMenu();
   setContentSize(contentSize);
