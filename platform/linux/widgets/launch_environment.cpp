@@ -5,7 +5,6 @@
 #include <QtGlobal>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 
 namespace vorrin {
 
@@ -40,15 +39,14 @@ bool isAnyDisplayNamed() {
 
 /// The library ends the process by abort() when it finds no display; its user made no mistake that
 /// would be worth a core dump.
+/// What it says on the way there is either summed up by that one line or about a way not taken.
 void watchStart(QtMsgType type, const QMessageLogContext& context, const QString& message) {
   if (type == QtFatalMsg) endWithoutDisplay(message);
-  const bool isAboutDisplay =
-      context.category != nullptr && std::strncmp(context.category, "qt.qpa", 6) == 0;
-  if (type == QtWarningMsg && isAboutDisplay) {
-    if (displayComplaint().isEmpty()) displayComplaint() = message;
-    return;
+  if (type == QtDebugMsg) {
+    nextHandler(type, context, message);
+  } else if (type == QtWarningMsg && displayComplaint().isEmpty()) {
+    displayComplaint() = message;
   }
-  nextHandler(type, context, message);
 }
 
 }  // namespace
