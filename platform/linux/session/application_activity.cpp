@@ -13,9 +13,9 @@ void observeApplicationActivity(std::function<void()> changed) {
   static QMetaObject::Connection connection;
   QObject::disconnect(connection);
   if (!changed || qGuiApp == nullptr) return;
-  connection = QObject::connect(
-      qGuiApp, &QGuiApplication::applicationStateChanged, qGuiApp,
-      [changed = std::move(changed)](Qt::ApplicationState) { changed(); });
+  connection =
+      QObject::connect(qGuiApp, &QGuiApplication::applicationStateChanged, qGuiApp,
+                       [changed = std::move(changed)](Qt::ApplicationState) { changed(); });
 }
 
 }  // namespace vorrin

@@ -23,8 +23,7 @@ constexpr int answerMilliseconds = 5000;
 /// Calls a method and hands its reply, or its error, to `answered`, unless `receiver` dies first.
 void callAsync(const QDBusConnection& bus, QObject& receiver, const QDBusMessage& call,
                std::function<void(const QDBusPendingCall&)> answered) {
-  auto* watcher =
-      new QDBusPendingCallWatcher(bus.asyncCall(call, answerMilliseconds), &receiver);
+  auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(call, answerMilliseconds), &receiver);
   QObject::connect(watcher, &QDBusPendingCallWatcher::finished, &receiver,
                    [answered = std::move(answered)](QDBusPendingCallWatcher* finished) {
                      finished->deleteLater();
@@ -103,7 +102,9 @@ void LoginSession::prepareForSleep(bool begins) {
   if (begins && notifications_.willSleep) notifications_.willSleep();
 }
 
-void LoginSession::sessionLocked() { resign(); }
+void LoginSession::sessionLocked() {
+  resign();
+}
 
 void LoginSession::sessionChanged(const QString& interface, const QVariantMap& changed) {
   if (interface != QLatin1String(sessionInterface)) return;

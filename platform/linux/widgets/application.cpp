@@ -62,6 +62,8 @@ Application::Native::Native(int count, char** arguments)
   QApplication::setApplicationDisplayName("Vorrin");
   QApplication::setDesktopFileName(identifier);
   QApplication::setQuitOnLastWindowClosed(false);
+  // A cursor that blinks wakes the process up all the time.
+  QApplication::setCursorFlashTime(0);
   QApplication::setStyle(new DarkStyle);
   QApplication::setPalette(darkPalette());
   QApplication::setFont(nativeFont({12, FontWeight::regular, FontFamily::system}));
@@ -113,7 +115,9 @@ void Application::terminate() {
   if (Native::shared != nullptr) Native::shared->terminate();
 }
 
-void Application::setMainMenu(const std::vector<Menu>& menus) { rememberMainMenu(menus); }
+void Application::setMainMenu(const std::vector<Menu>& menus) {
+  rememberMainMenu(menus);
+}
 
 void Application::loadIcon() {
   QIcon icon = QIcon::fromTheme(identifier);

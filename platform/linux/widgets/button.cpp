@@ -23,13 +23,13 @@ QPalette::ColorRole titleRole(const Button& button) {
 }  // namespace
 
 Button Button::push(const std::string& title, Action action) {
-  return Button(nativeOf(
-      *new PushButtonWidget(ButtonKind::push, nativeText(title), std::move(action))));
+  return Button(
+      nativeOf(*new PushButtonWidget(ButtonKind::push, nativeText(title), std::move(action))));
 }
 
 Button Button::checkbox(const std::string& title, Action action) {
-  return Button(nativeOf(
-      *new CheckBoxWidget(ButtonKind::checkbox, nativeText(title), std::move(action))));
+  return Button(
+      nativeOf(*new CheckBoxWidget(ButtonKind::checkbox, nativeText(title), std::move(action))));
 }
 
 std::optional<Button> Button::from(const View& view) {
@@ -37,13 +37,17 @@ std::optional<Button> Button::from(const View& view) {
   return Button(view.native());
 }
 
-ButtonKind Button::kind() const { return widgetOf<NativeButton>(*this).kind; }
+ButtonKind Button::kind() const {
+  return widgetOf<NativeButton>(*this).kind;
+}
 
 std::string Button::title() const {
   return widgetOf<NativeButton>(*this).shownText().toStdString();
 }
 
-void Button::setTitle(const std::string& title) const { showTitle(*this, title); }
+void Button::setTitle(const std::string& title) const {
+  showTitle(*this, title);
+}
 
 void Button::setAttributedTitle(const std::string& title, const Font& font,
                                 const Color& color) const {
@@ -52,16 +56,22 @@ void Button::setAttributedTitle(const std::string& title, const Font& font,
   setPaletteColor(widgetOf(*this), titleRole(*this), color);
 }
 
-void Button::setTag(int tag) const { widgetOf<NativeButton>(*this).tag = tag; }
+void Button::setTag(int tag) const {
+  widgetOf<NativeButton>(*this).tag = tag;
+}
 
-int Button::tag() const { return widgetOf<NativeButton>(*this).tag; }
+int Button::tag() const {
+  return widgetOf<NativeButton>(*this).tag;
+}
 
 bool Button::isOn() const {
   const auto* checkbox = widgetAs<CheckBoxWidget>(*this);
   return checkbox != nullptr && checkbox->isChecked();
 }
 
-void Button::setOn(bool on) const { widgetOf<CheckBoxWidget>(*this).setChecked(on); }
+void Button::setOn(bool on) const {
+  widgetOf<CheckBoxWidget>(*this).setChecked(on);
+}
 
 void Button::setContentTintColor(const Color& color) const {
   setPaletteColor(widgetOf(*this), titleRole(*this), color);
@@ -76,8 +86,12 @@ void Button::setRegularControlSize() const {
   precondition(kind() == ButtonKind::push, "the button is a push button");
 }
 
-std::string_view Button::action() const { return widgetOf<NativeButton>(*this).action.selector; }
+std::string_view Button::action() const {
+  return widgetOf<NativeButton>(*this).action.selector;
+}
 
-const void* Button::target() const { return widgetOf<NativeButton>(*this).action.target; }
+const void* Button::target() const {
+  return widgetOf<NativeButton>(*this).action.target;
+}
 
 }  // namespace vorrin

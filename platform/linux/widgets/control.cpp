@@ -6,16 +6,22 @@
 
 namespace vorrin {
 
-void Control::setEnabled(bool enabled) const { widgetOf(*this).setEnabled(enabled); }
+void Control::setEnabled(bool enabled) const {
+  widgetOf(*this).setEnabled(enabled);
+}
 
-bool Control::isEnabled() const { return widgetOf(*this).isEnabled(); }
+bool Control::isEnabled() const {
+  return widgetOf(*this).isEnabled();
+}
 
 void Control::setFont(const Font& font) const {
   widgetOf(*this).setFont(nativeFont(font));
   widgetOf<NativeView>(*this).hasFont = true;
 }
 
-bool Control::hasFont() const { return widgetOf<NativeView>(*this).hasFont; }
+bool Control::hasFont() const {
+  return widgetOf<NativeView>(*this).hasFont;
+}
 
 void Control::setAccessibilityLabel(const std::string& label) const {
   widgetOf(*this).setAccessibleName(nativeText(label));

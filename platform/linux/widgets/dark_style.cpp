@@ -29,7 +29,9 @@ const QColor& accent() {
   return color;
 }
 
-QColor white(double alpha) { return nativeColor({1, 1, 1, alpha}); }
+QColor white(double alpha) {
+  return nativeColor({1, 1, 1, alpha});
+}
 
 QColor mixed(const QColor& base, const QColor& other, double share) {
   const auto part = static_cast<float>(share);
@@ -38,7 +40,9 @@ QColor mixed(const QColor& base, const QColor& other, double share) {
                           base.blueF() * (1 - part) + other.blueF() * part, base.alphaF());
 }
 
-bool has(const QStyleOption& option, QStyle::StateFlag flag) { return (option.state & flag) != 0; }
+bool has(const QStyleOption& option, QStyle::StateFlag flag) {
+  return (option.state & flag) != 0;
+}
 
 /// Whether the user works by the keyboard and is at this control.
 bool showsFocus(const QStyleOption& option) {
@@ -105,7 +109,8 @@ void drawCheckBox(const QStyleOptionButton& check, QPainter& painter) {
   const QColor tint = check.palette.color(QPalette::WindowText);
   const bool isOn = has(check, QStyle::State_On);
   const QColor bezel = check.palette.color(QPalette::Button);
-  drawBezel(painter, box, checkRadius, bezelFill(check, isOn ? mixed(bezel, accent(), 0.28) : bezel),
+  drawBezel(painter, box, checkRadius,
+            bezelFill(check, isOn ? mixed(bezel, accent(), 0.28) : bezel),
             bezelEdge(check, showsFocus(check)));
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing);

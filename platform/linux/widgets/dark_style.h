@@ -22,8 +22,7 @@ class DarkStyle : public QProxyStyle {
   [[nodiscard]] QRect subControlRect(ComplexControl control, const QStyleOptionComplex* option,
                                      SubControl part, const QWidget* widget) const override;
   [[nodiscard]] QSize sizeFromContents(ContentsType type, const QStyleOption* option,
-                                       const QSize& contents,
-                                       const QWidget* widget) const override;
+                                       const QSize& contents, const QWidget* widget) const override;
   [[nodiscard]] int pixelMetric(PixelMetric metric, const QStyleOption* option,
                                 const QWidget* widget) const override;
   [[nodiscard]] int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,

@@ -29,6 +29,8 @@ std::shared_ptr<View::Native> nativeOf(QWidget& widget) {
   return native;
 }
 
-View viewOf(QWidget& widget) { return AnyView(nativeOf(widget)); }
+View viewOf(QWidget& widget) {
+  return AnyView(nativeOf(widget));
+}
 
 }  // namespace vorrin

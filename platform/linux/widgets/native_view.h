@@ -45,7 +45,8 @@ class NativeView {
   std::weak_ptr<View::Native> native_;
 };
 
-/// The record shared by all values of `widget`, which must be a `NativeView`; made when it has none.
+/// The record shared by all values of `widget`, which must be a `NativeView`; made when it has
+/// none.
 std::shared_ptr<View::Native> nativeOf(QWidget& widget);
 
 /// A value of `widget`, which must be a `NativeView`.

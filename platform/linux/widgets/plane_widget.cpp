@@ -20,7 +20,8 @@ void PlaneWidget::paintEvent(QPaintEvent*) {
   // The line lies wholly inside the edge, so that it is as sharp as the pixels allow.
   const double inset = layer_.borderWidth / 2;
   const QRectF edge = QRectF(rect()).adjusted(inset, inset, -inset, -inset);
-  painter.setPen(layer_.borderWidth > 0 ? QPen(layer_.border, layer_.borderWidth) : QPen(Qt::NoPen));
+  painter.setPen(layer_.borderWidth > 0 ? QPen(layer_.border, layer_.borderWidth)
+                                        : QPen(Qt::NoPen));
   painter.setBrush(layer_.background);
   painter.drawRoundedRect(edge, layer_.cornerRadius - inset, layer_.cornerRadius - inset);
 }

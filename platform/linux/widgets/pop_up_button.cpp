@@ -9,15 +9,21 @@ PopUpButton PopUpButton::make(Action action) {
   return PopUpButton(nativeOf(*new PopUpWidget(std::move(action))));
 }
 
-void PopUpButton::removeAllItems() const { widgetOf<PopUpWidget>(*this).clear(); }
+void PopUpButton::removeAllItems() const {
+  widgetOf<PopUpWidget>(*this).clear();
+}
 
 void PopUpButton::addItems(std::span<const std::string> titles) const {
   auto& popUp = widgetOf<PopUpWidget>(*this);
-  for (const std::string& title : titles) popUp.addItem(nativeText(title));
+  QStringList native;
+  for (const std::string& title : titles) native.append(nativeText(title));
+  popUp.addItems(native);
   popUp.updateGeometry();
 }
 
-int PopUpButton::numberOfItems() const { return widgetOf<PopUpWidget>(*this).count(); }
+int PopUpButton::numberOfItems() const {
+  return widgetOf<PopUpWidget>(*this).count();
+}
 
 int PopUpButton::indexOfSelectedItem() const {
   return widgetOf<PopUpWidget>(*this).currentIndex();

@@ -57,7 +57,9 @@ QSize PopUpWidget::sizeHint() const {
   return {std::max(smallestWidth, widestTitle() + roomBesideTitle), controlHeight};
 }
 
-QSize PopUpWidget::minimumSizeHint() const { return {smallestWidth, controlHeight}; }
+QSize PopUpWidget::minimumSizeHint() const {
+  return {smallestWidth, controlHeight};
+}
 
 void PopUpWidget::showPopup() {
   if (dynamic_cast<PopUpItem*>(itemDelegate()) == nullptr) {
@@ -85,7 +87,8 @@ void PopUpWidget::wheelEvent(QWheelEvent* event) {
 
 int PopUpWidget::widestTitle() const {
   int widest = 0;
-  for (int i = 0; i < count(); ++i) {
+  // No row has room for more, and lists may be long.
+  for (int i = 0; i < count() && widest < widestMenu; ++i) {
     widest = std::max(widest, fontMetrics().horizontalAdvance(itemText(i)));
   }
   return widest;

@@ -50,6 +50,7 @@ Sheet::Sheet(const Alert& alert, std::optional<int> escapeAnswer, QWidget& windo
   if (accessory_) {
     auto& field = widgetOf<QLineEdit>(*accessory_);
     layout->addWidget(&field);
+    if (field.accessibleName().isEmpty()) field.setAccessibleName(nativeText(alert.messageText));
     field.setFocus();
     field.selectAll();
   }

@@ -12,7 +12,9 @@ namespace vorrin {
 
 namespace {
 
-int pixels(double points) { return static_cast<int>(std::lround(points)); }
+int pixels(double points) {
+  return static_cast<int>(std::lround(points));
+}
 
 QBoxLayout& layoutOf(const StackView& stack) {
   auto* layout = dynamic_cast<QBoxLayout*>(widgetOf(stack).layout());

@@ -32,7 +32,9 @@ void TextField::setText(const std::string& text) const {
   }
 }
 
-bool TextField::isEditable() const { return widgetAs<FieldWidget>(*this) != nullptr; }
+bool TextField::isEditable() const {
+  return widgetAs<FieldWidget>(*this) != nullptr;
+}
 
 void TextField::setTextColor(const Color& color) const {
   if (auto* label = widgetAs<LabelWidget>(*this)) {
@@ -67,6 +69,8 @@ void TextField::setDelegate(TextFieldDelegate delegate) const {
   widgetOf<FieldWidget>(*this).delegate = std::move(delegate);
 }
 
-const void* TextField::delegate() const { return widgetOf<FieldWidget>(*this).delegate.object; }
+const void* TextField::delegate() const {
+  return widgetOf<FieldWidget>(*this).delegate.object;
+}
 
 }  // namespace vorrin

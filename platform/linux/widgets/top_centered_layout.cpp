@@ -10,10 +10,13 @@ void TopCenteredLayout::add(QWidget& widget, int top, int width) {
   invalidate();
 }
 
-int TopCenteredLayout::count() const { return static_cast<int>(hung_.size()); }
+int TopCenteredLayout::count() const {
+  return static_cast<int>(hung_.size());
+}
 
 QLayoutItem* TopCenteredLayout::itemAt(int index) const {
-  return index >= 0 && index < count() ? hung_[static_cast<std::size_t>(index)].item.get() : nullptr;
+  return index >= 0 && index < count() ? hung_[static_cast<std::size_t>(index)].item.get()
+                                       : nullptr;
 }
 
 QLayoutItem* TopCenteredLayout::takeAt(int index) {

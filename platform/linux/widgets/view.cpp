@@ -15,7 +15,9 @@ namespace vorrin {
 
 namespace {
 
-int pixels(double points) { return static_cast<int>(std::lround(points)); }
+int pixels(double points) {
+  return static_cast<int>(std::lround(points));
+}
 
 void forEachLayout(QWidget& widget, const std::function<void(QLayout&)>& action) {
   if (QLayout* layout = widget.layout()) action(*layout);
@@ -50,7 +52,9 @@ std::vector<View> View::subviews() const {
   return views;
 }
 
-bool View::isControl() const { return widgetOf<NativeView>(*this).isControl(); }
+bool View::isControl() const {
+  return widgetOf<NativeView>(*this).isControl();
+}
 
 Rect View::bounds() const {
   const QSize size = widgetOf(*this).size();
@@ -65,9 +69,13 @@ Rect View::boundsIn(const View& root) const {
   return rect;
 }
 
-void View::setWidth(double points) const { widgetOf(*this).setFixedWidth(pixels(points)); }
+void View::setWidth(double points) const {
+  widgetOf(*this).setFixedWidth(pixels(points));
+}
 
-void View::setHeight(double points) const { widgetOf(*this).setFixedHeight(pixels(points)); }
+void View::setHeight(double points) const {
+  widgetOf(*this).setFixedHeight(pixels(points));
+}
 
 void View::setBackgroundColor(const Color& color) const {
   PlaneWidget::Layer layer;
@@ -86,7 +94,9 @@ void View::addTopCentered(const View& child, double top, double width) const {
   layout->add(widgetOf(child), pixels(top), pixels(width));
 }
 
-void View::layoutSubtreeIfNeeded() const { layOut(*widgetOf(*this).window()); }
+void View::layoutSubtreeIfNeeded() const {
+  layOut(*widgetOf(*this).window());
+}
 
 std::string View::pngSnapshot() const {
   QByteArray bytes;
@@ -100,7 +110,8 @@ std::string View::description() const {
   const auto& native = widgetOf<NativeView>(*this);
   std::string text(native.kindName());
   const QWidget& widget = widgetOf(*this);
-  const QString name = widget.accessibleName().isEmpty() ? native.shownText() : widget.accessibleName();
+  const QString name =
+      widget.accessibleName().isEmpty() ? native.shownText() : widget.accessibleName();
   if (!name.isEmpty()) text += " \"" + name.toStdString() + "\"";
   return text;
 }

@@ -36,17 +36,25 @@ void Window::center() const {
   window.move(std::max(left, screen.x()), std::max(top, screen.y()));
 }
 
-std::uint32_t Window::styleMask() const { return widgetOf(*this).styleMask; }
+std::uint32_t Window::styleMask() const {
+  return widgetOf(*this).styleMask;
+}
 
-std::uint32_t Window::collectionBehavior() const { return widgetOf(*this).collectionBehavior; }
+std::uint32_t Window::collectionBehavior() const {
+  return widgetOf(*this).collectionBehavior;
+}
 
 void Window::setCollectionBehavior(std::uint32_t behavior) const {
   widgetOf(*this).collectionBehavior = behavior;
 }
 
-void Window::setContentMinSize(Size size) const { widgetOf(*this).setContentMinSize(pixels(size)); }
+void Window::setContentMinSize(Size size) const {
+  widgetOf(*this).setContentMinSize(pixels(size));
+}
 
-void Window::setContentSize(Size size) const { widgetOf(*this).setContentSize(pixels(size)); }
+void Window::setContentSize(Size size) const {
+  widgetOf(*this).setContentSize(pixels(size));
+}
 
 void Window::setBackgroundColor(const Color& color) const {
   WindowWidget& window = widgetOf(*this);
@@ -54,13 +62,18 @@ void Window::setBackgroundColor(const Color& color) const {
   setPaletteColor(window, QPalette::Window, color);
 }
 
-Color Window::backgroundColor() const { return widgetOf(*this).backgroundColor; }
-
-void Window::setDarkAppearance() const {
-  // Everything inside is dark anyway; window managers choose the frame.
+Color Window::backgroundColor() const {
+  return widgetOf(*this).backgroundColor;
 }
 
-View Window::contentView() const { return viewOf(*widgetOf(*this).contentView); }
+void Window::setDarkAppearance() const {
+  // Everything inside the frame is dark from the start.
+  widgetOf(*this).askForDarkFrame();
+}
+
+View Window::contentView() const {
+  return viewOf(*widgetOf(*this).contentView);
+}
 
 void Window::toggleFullScreen() const {
   WindowWidget& window = widgetOf(*this);
@@ -69,7 +82,9 @@ void Window::toggleFullScreen() const {
   window.setWindowState(window.windowState() ^ Qt::WindowFullScreen);
 }
 
-void Window::orderFront() const { widgetOf(*this).show(); }
+void Window::orderFront() const {
+  widgetOf(*this).show();
+}
 
 void Window::makeKeyAndOrderFront() const {
   WindowWidget& window = widgetOf(*this);

@@ -1,9 +1,15 @@
 #include "platform/linux/widgets/window_widget.h"
 
+#include <xcb/xcb.h>
+
 #include <QDialog>
 #include <QEvent>
+#include <QGuiApplication>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <cstdlib>
+#include <memory>
+#include <string_view>
 
 #include "platform/linux/widgets/main_menu.h"
 #include "platform/linux/widgets/palette.h"
@@ -26,6 +32,15 @@ Qt::WindowFlags flags(std::uint32_t style) {
     flags |= Qt::WindowMaximizeButtonHint | Qt::WindowFullscreenButtonHint;
   }
   return flags;
+}
+
+xcb_atom_t atom(xcb_connection_t* connection, std::string_view name) {
+  constexpr std::uint8_t makeItIfMissing = 0;
+  const auto request = xcb_intern_atom(connection, makeItIfMissing,
+                                       static_cast<std::uint16_t>(name.size()), name.data());
+  const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> reply(
+      xcb_intern_atom_reply(connection, request, nullptr), &std::free);
+  return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
 }
 
 }  // namespace
@@ -51,7 +66,9 @@ WindowWidget::WindowWidget(QSize contentSize, std::uint32_t style)
   setContentSize(contentSize);
 }
 
-WindowWidget::~WindowWidget() { std::erase(livingWindows(), this); }
+WindowWidget::~WindowWidget() {
+  std::erase(livingWindows(), this);
+}
 
 void WindowWidget::showMainMenu() {
   menuBar_->clear();
@@ -60,11 +77,25 @@ void WindowWidget::showMainMenu() {
   setContentMinSize(contentMinSize_);
 }
 
-void WindowWidget::setContentSize(QSize size) { resize(withMenuBar(size)); }
+void WindowWidget::setContentSize(QSize size) {
+  resize(withMenuBar(size));
+}
 
 void WindowWidget::setContentMinSize(QSize size) {
   contentMinSize_ = size;
   setMinimumSize(withMenuBar(size.expandedTo({0, 0})));
+}
+
+void WindowWidget::askForDarkFrame() {
+  const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+  if (x11 == nullptr) return;
+  constexpr std::string_view name = "_GTK_THEME_VARIANT";
+  constexpr std::string_view type = "UTF8_STRING";
+  constexpr std::string_view variant = "dark";
+  xcb_connection_t* const connection = x11->connection();
+  xcb_change_property(connection, XCB_PROP_MODE_REPLACE, static_cast<xcb_window_t>(winId()),
+                      atom(connection, name), atom(connection, type), 8,
+                      static_cast<std::uint32_t>(variant.size()), variant.data());
 }
 
 bool WindowWidget::event(QEvent* event) {
@@ -80,7 +111,9 @@ QSize WindowWidget::withMenuBar(QSize contentSize) const {
   return {contentSize.width(), contentSize.height() + std::max(bar, 0)};
 }
 
-const std::vector<WindowWidget*>& windows() { return livingWindows(); }
+const std::vector<WindowWidget*>& windows() {
+  return livingWindows();
+}
 
 Window::Native::~Native() {
   if (widget) widget->deleteLater();

@@ -21,6 +21,8 @@ class WindowWidget : public QWidget {
   void showMainMenu();
   void setContentSize(QSize size);
   void setContentMinSize(QSize size);
+  /// Asks the window manager for a dark frame; those that know of dark frames go by this.
+  void askForDarkFrame();
 
   const std::uint32_t styleMask;
   std::uint32_t collectionBehavior = 0;
