@@ -167,6 +167,12 @@ void Listener::rawPress(const KeyInput& input) {
   keyboard->fates[input.keycode] = KeyFate::passed;
   keyboard->unreported[input.keycode] = stale;
   keyboard->unwanted[input.keycode] = stale;
+  if (chosen) {
+    // The grab is in force by now, for the server looks at grabs before it serves another request.
+    // It is ended ahead of the callback, which may take its time.
+    endGrab(connection_.display(), input.device);
+    poster_.flush();
+  }
   if (stale) return;
   const TapVerdict verdict = report(input, own ? own->userData : 0);
   keyboard->unwanted[input.keycode] = chosen && verdict == TapVerdict::swallow;
@@ -188,7 +194,7 @@ void Listener::rawRelease(const KeyInput& input) {
 }
 
 void Listener::heldPress(const KeyInput& input) {
-  // Before anything else: until then the keyboard is cut off from all other programs.
+  // Once more for repeats, of which there is no raw event, and for keys that are not chosen.
   endGrab(connection_.display(), input.device);
   poster_.flush();
   WatchedKeyboard* const keyboard = holder_.keyboard(input.device);
