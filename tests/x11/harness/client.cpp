@@ -1,0 +1,80 @@
+#include "tests/x11/harness/client.h"
+
+#include <algorithm>
+#include <sstream>
+#include <stdexcept>
+
+namespace vorrin::x11_tests {
+
+namespace {
+
+bool isKey(const ClientEvent& event) {
+  return event.kind == "KeyPress" || event.kind == "KeyRelease";
+}
+
+}  // namespace
+
+Client::Client(const std::string& display, const std::string& title)
+    : process_({VORRIN_TEST_CLIENT, title}, {{"DISPLAY", display}}) {
+  const std::optional<std::string> line = process_.readLine();
+  if (!line || line->rfind("window ", 0) != 0) throw std::runtime_error("the client has no window");
+  window_ = std::stoul(line->substr(7));
+  readUntil([](const ClientEvent& event) { return event.kind == "FocusIn"; });
+}
+
+std::vector<ClientEvent> Client::readUntil(const std::function<bool(const ClientEvent&)>& wanted,
+                                           std::chrono::milliseconds bound) {
+  const auto end = std::chrono::steady_clock::now() + bound;
+  std::vector<ClientEvent> events;
+  while (true) {
+    const auto left =
+        std::chrono::ceil<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
+    const std::optional<std::string> line = process_.readLine(left);
+    if (!line)
+      throw std::runtime_error("the client did not receive what was expected; received: " +
+                               keysOf(events));
+    std::istringstream fields(*line);
+    ClientEvent event;
+    fields >> event.kind >> event.detail >> event.state >> event.time >> event.arrival;
+    events.push_back(event);
+    if (wanted(event)) return events;
+  }
+}
+
+std::vector<ClientEvent> Client::readAll(User& user) {
+  user.tap(clientMark, Source::xtest);
+  std::vector<ClientEvent> events = readUntil([](const ClientEvent& event) {
+    return event.kind == "KeyRelease" && event.detail == keycodeOf(clientMark);
+  });
+  std::erase_if(events, [](const ClientEvent& event) {
+    return isKey(event) &&
+           (event.detail == keycodeOf(clientMark) || event.detail == keycodeOf(tapMark));
+  });
+  return events;
+}
+
+std::string keysOf(const std::vector<ClientEvent>& events) {
+  std::string text;
+  for (const ClientEvent& event : events) {
+    if (!isKey(event)) continue;
+    if (!text.empty()) text += ' ';
+    text += (event.kind == "KeyPress" ? '+' : '-') + std::to_string(event.detail);
+  }
+  return text;
+}
+
+std::string textOf(const std::vector<ClientEvent>& events) {
+  std::string text;
+  for (const ClientEvent& event : events) {
+    if (event.kind != "KeyPress") continue;
+    if (const std::optional<char> character = characterOf(event.detail)) text += *character;
+  }
+  return text;
+}
+
+std::size_t countOf(const std::vector<ClientEvent>& events, const std::string& kind) {
+  return static_cast<std::size_t>(
+      std::ranges::count(events, kind, [](const ClientEvent& event) { return event.kind; }));
+}
+
+}  // namespace vorrin::x11_tests

@@ -1,0 +1,73 @@
+#include "tests/x11/harness/program.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+
+namespace vorrin::x11_tests {
+
+namespace {
+
+std::vector<std::string> commandOf(const std::vector<std::string>& arguments) {
+  std::vector<std::string> command{VORRIN_PROGRAM};
+  command.insert(command.end(), arguments.begin(), arguments.end());
+  return command;
+}
+
+Environment environmentOf(const std::string& display, const Home& home) {
+  Environment environment = home.environment();
+  environment["DISPLAY"] = display;
+  return environment;
+}
+
+const char* word(bool flag) {
+  return flag ? "true" : "false";
+}
+
+}  // namespace
+
+Home::Home() {
+  std::string name = (std::filesystem::temp_directory_path() / "vorrin-home-XXXXXX").string();
+  if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary directory");
+  path_ = name;
+  // The program writes its status file only where this is there.
+  std::filesystem::create_directories(path_ / "Library" / "Logs");
+}
+
+Home::~Home() {
+  std::error_code ignored;
+  std::filesystem::remove_all(path_, ignored);
+}
+
+Environment Home::environment() const {
+  return {{"HOME", path_.string()},
+          {"XDG_CONFIG_HOME", (path_ / "config").string()},
+          {"XDG_CACHE_HOME", (path_ / "cache").string()},
+          {"XDG_DATA_HOME", (path_ / "data").string()},
+          {"XDG_RUNTIME_DIR", path_.string()},
+          {"DBUS_SESSION_BUS_ADDRESS", "disabled:"},
+          {"WAYLAND_DISPLAY", ""},
+          {"XDG_SESSION_TYPE", "x11"},
+          {"QT_QPA_PLATFORM", "xcb"}};
+}
+
+Program::Program(const std::string& display, const Home& home,
+                 const std::vector<std::string>& arguments)
+    : statusFile_(home.path() / "Library" / "Logs" / "Vorrin-status.txt"),
+      process_(commandOf(arguments), environmentOf(display, home)) {}
+
+std::optional<std::string> Program::status() const {
+  std::ifstream file(statusFile_, std::ios::binary);
+  if (!file) return std::nullopt;
+  return std::string(std::istreambuf_iterator<char>(file), {});
+}
+
+bool Program::waitForStatus(bool accessibility, bool eventTap, bool ready,
+                            std::chrono::milliseconds bound) const {
+  const std::string line = std::string("accessibility=") + word(accessibility) +
+                           " eventTap=" + word(eventTap) + " ready=" + word(ready) + "\n";
+  return waitUntil([&] { return status() == line; }, bound);
+}
+
+}  // namespace vorrin::x11_tests

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "tests/x11/harness/process.h"
+
+namespace vorrin::x11_tests {
+
+/// A private X server without a screen to look at, on a display number of its own choice.
+class Server {
+ public:
+  Server();
+
+  /// What DISPLAY has to be for its clients.
+  [[nodiscard]] const std::string& display() const { return display_; }
+
+  [[nodiscard]] Process& process() { return *process_; }
+
+ private:
+  std::unique_ptr<Process> process_;
+  std::string display_;
+};
+
+/// A server with a window manager in front of which windows get the focus as on a user's desktop.
+class Desktop {
+ public:
+  Desktop();
+
+  [[nodiscard]] const std::string& display() const { return server_.display(); }
+  [[nodiscard]] Server& server() { return server_; }
+
+ private:
+  Server server_;
+  std::unique_ptr<Process> windowManager_;
+};
+
+}  // namespace vorrin::x11_tests

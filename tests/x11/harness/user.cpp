@@ -1,0 +1,151 @@
+#include "tests/x11/harness/user.h"
+
+#include <X11/extensions/XInput.h>
+#include <X11/extensions/XTest.h>
+
+#include <array>
+#include <cstring>
+#include <stdexcept>
+
+#include "platform/linux/key_codes.h"
+#include "tests/x11/harness/display.h"
+
+namespace vorrin::x11_tests {
+
+namespace {
+
+// Xvfb's default keymap numbers keys as an X server on Linux does.
+constexpr unsigned keycodeOffset = 8;
+
+XDevice* openKeyboard(Display* display) {
+  int count = 0;
+  XDeviceInfo* const devices = XListInputDevices(display, &count);
+  XDevice* keyboard = nullptr;
+  for (int index = 0; index < count; ++index) {
+    if (std::strcmp(devices[index].name, "Xvfb keyboard") != 0) continue;
+    keyboard = XOpenDevice(display, devices[index].id);
+  }
+  XFreeDeviceList(devices);
+  if (keyboard == nullptr) throw std::runtime_error("the X server has no keyboard");
+  return keyboard;
+}
+
+// Positions of the letters on a keyboard of the United States, a to z.
+constexpr std::array<std::uint16_t, 26> letters{
+    0x00, 0x0B, 0x08, 0x02, 0x0E, 0x03, 0x05, 0x04, 0x22, 0x26, 0x28, 0x25, 0x2E,
+    0x2D, 0x1F, 0x23, 0x0C, 0x0F, 0x01, 0x11, 0x20, 0x09, 0x0D, 0x07, 0x10, 0x06};
+constexpr std::array<std::uint16_t, 10> digitKeys{29, 18, 19, 20, 21, 23, 22, 26, 28, 25};
+constexpr std::uint16_t spaceKey = 0x31;
+
+std::uint16_t keyOf(char character) {
+  if (character == ' ') return spaceKey;
+  if (character >= '0' && character <= '9')
+    return digitKeys[static_cast<std::size_t>(character - '0')];
+  if (character >= 'a' && character <= 'z')
+    return letters[static_cast<std::size_t>(character - 'a')];
+  throw std::runtime_error("no key for this character");
+}
+
+}  // namespace
+
+struct User::Native {
+  DisplayPointer display;
+  XDevice* keyboard;
+
+  void key(unsigned keycode, bool down, Source source) const {
+    if (source == Source::keyboard) {
+      XTestFakeDeviceKeyEvent(display.get(), keyboard, keycode, down ? True : False, nullptr, 0, 0);
+    } else {
+      XTestFakeKeyEvent(display.get(), keycode, down ? True : False, 0);
+    }
+  }
+};
+
+unsigned keycodeOf(std::uint16_t virtualKey) {
+  return evdevCode(virtualKey).value() + keycodeOffset;
+}
+
+std::optional<char> characterOf(unsigned keycode) {
+  for (const char character : std::string_view("abcdefghijklmnopqrstuvwxyz0123456789 ")) {
+    if (keycodeOf(keyOf(character)) == keycode) return character;
+  }
+  return std::nullopt;
+}
+
+User::User(const std::string& display) {
+  DisplayPointer connection = openDisplay(display);
+  XDevice* const keyboard = openKeyboard(connection.get());
+  native_.reset(new Native{std::move(connection), keyboard});
+}
+
+User::~User() {
+  XCloseDevice(native_->display.get(), native_->keyboard);
+}
+
+void User::press(std::uint16_t virtualKey, Source source) {
+  queue(virtualKey, true, source);
+  flush();
+}
+
+void User::release(std::uint16_t virtualKey, Source source) {
+  queue(virtualKey, false, source);
+  flush();
+}
+
+void User::tap(std::uint16_t virtualKey, Source source) {
+  queue(virtualKey, true, source);
+  queue(virtualKey, false, source);
+  flush();
+}
+
+void User::pressEvdev(unsigned code, Source source) {
+  native_->key(code + keycodeOffset, true, source);
+  flush();
+}
+
+void User::releaseEvdev(unsigned code, Source source) {
+  native_->key(code + keycodeOffset, false, source);
+  flush();
+}
+
+void User::tapEvdev(unsigned code, Source source) {
+  pressEvdev(code, source);
+  releaseEvdev(code, source);
+}
+
+void User::type(std::string_view text) {
+  for (const char character : text) tap(keyOf(character));
+}
+
+void User::queue(std::uint16_t virtualKey, bool down, Source source) {
+  native_->key(keycodeOf(virtualKey), down, source);
+}
+
+void User::flush() {
+  XSync(native_->display.get(), False);
+}
+
+void User::movePointer(int x, int y) {
+  XTestFakeMotionEvent(native_->display.get(), 0, x, y, 0);
+  flush();
+}
+
+void User::pointAt(unsigned long window) {
+  Display* const display = native_->display.get();
+  XWindowAttributes attributes{};
+  XGetWindowAttributes(display, window, &attributes);
+  int x = 0;
+  int y = 0;
+  Window child = 0;
+  XTranslateCoordinates(display, window, attributes.root, attributes.width / 2,
+                        attributes.height / 2, &x, &y, &child);
+  movePointer(x, y);
+}
+
+void User::click() {
+  XTestFakeButtonEvent(native_->display.get(), Button1, True, 0);
+  XTestFakeButtonEvent(native_->display.get(), Button1, False, 0);
+  flush();
+}
+
+}  // namespace vorrin::x11_tests

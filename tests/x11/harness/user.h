@@ -1,0 +1,70 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace vorrin::x11_tests {
+
+/// Where a key press comes from.
+enum class Source {
+  keyboard,  ///< the server's own keyboard, as a user's hands
+  xtest      ///< the device that programs type through
+};
+
+/// Key positions that have no macOS key-down event and so no code in the program's own table; the
+/// numbers are the kernel's.
+namespace modifier_keys {
+inline constexpr unsigned shift = 42;
+inline constexpr unsigned control = 29;
+inline constexpr unsigned alt = 56;
+inline constexpr unsigned super = 125;
+inline constexpr unsigned altGr = 100;
+inline constexpr unsigned capsLock = 58;
+inline constexpr unsigned numLock = 69;
+}  // namespace modifier_keys
+
+/// Somebody who types and points. Every call has taken effect in the server when it returns.
+class User {
+ public:
+  explicit User(const std::string& display);
+  ~User();
+  User(const User&) = delete;
+  User& operator=(const User&) = delete;
+
+  /// Keys by macOS virtual key code.
+  void press(std::uint16_t virtualKey, Source source = Source::keyboard);
+  void release(std::uint16_t virtualKey, Source source = Source::keyboard);
+  void tap(std::uint16_t virtualKey, Source source = Source::keyboard);
+
+  /// Any key, by the kernel's code.
+  void pressEvdev(unsigned code, Source source = Source::keyboard);
+  void releaseEvdev(unsigned code, Source source = Source::keyboard);
+  void tapEvdev(unsigned code, Source source = Source::keyboard);
+
+  /// Types letters a to z, digits and blanks.
+  void type(std::string_view text);
+
+  /// Presses and releases queue up until `flush`, for bursts.
+  void queue(std::uint16_t virtualKey, bool down, Source source);
+  void flush();
+
+  /// Moves the pointer to a place on the screen, or into the middle of a window.
+  void movePointer(int x, int y);
+  void pointAt(unsigned long window);
+  void click();
+
+ private:
+  struct Native;
+  std::unique_ptr<Native> native_;
+};
+
+/// The server's key code of a macOS virtual key code.
+unsigned keycodeOf(std::uint16_t virtualKey);
+
+/// The character that `User::type` types by this key code of the server's; nothing for other keys.
+std::optional<char> characterOf(unsigned keycode);
+
+}  // namespace vorrin::x11_tests

@@ -1,0 +1,140 @@
+#include "tap_test.h"
+
+namespace vorrin::x11_tests {
+namespace {
+
+// Keys that are held back and then let through by the callback's verdict.
+struct PassTest : TapTest {
+  PassTest() { EXPECT_TRUE(tap.command("create 50 48")); }
+};
+
+TEST_F(PassTest, a_key_let_through_arrives_as_one_press_and_release) {
+  user.tap(keys::backtick);
+  EXPECT_EQ(keysOf(received()), tapOf(keys::backtick));
+}
+
+TEST_F(PassTest, a_key_let_through_repeats_while_it_is_held) {
+  user.press(keys::backtick);
+  client.readUntil([presses = 0](const ClientEvent& event) mutable {
+    return event.kind == "KeyPress" && ++presses == 4;
+  });
+  user.release(keys::backtick);
+  const std::vector<ClientEvent> rest = received();
+  EXPECT_EQ(countOf(rest, "KeyRelease"), 1U);
+  EXPECT_EQ(rest.back().kind, "KeyRelease");
+}
+
+TEST_F(PassTest, a_key_of_another_programs_typing_is_let_through) {
+  user.tap(keys::backtick, Source::xtest);
+  EXPECT_EQ(keysOf(received()), tapOf(keys::backtick));
+  user.tap(keys::tab, Source::xtest);
+  EXPECT_EQ(keysOf(received()), tapOf(keys::tab));
+}
+
+TEST_F(PassTest, a_key_let_through_is_reported_once) {
+  user.tap(keys::backtick);
+  received();
+  user.tap(keys::tab);
+  EXPECT_EQ(describe(tap.readSeen(user)), "48+ 48-");
+}
+
+TEST_F(PassTest, a_key_is_held_back_again_after_it_was_let_through) {
+  user.tap(keys::backtick);
+  received();
+  ASSERT_TRUE(tap.command("swallow 50"));
+  for (const Source source : {Source::keyboard, Source::xtest}) {
+    user.tap(keys::backtick, source);
+    EXPECT_EQ(keysOf(received()), "");
+  }
+}
+
+TEST_F(PassTest, a_disabled_tap_lets_everything_pass_unseen) {
+  ASSERT_TRUE(tap.command("swallow 50 48"));
+  ASSERT_TRUE(tap.command("disable"));
+  user.tap(keys::backtick);
+  EXPECT_EQ(keysOf(client.readAll(user)), tapOf(keys::backtick));
+  ASSERT_TRUE(tap.command("enable"));
+  user.tap(keys::tab);
+  EXPECT_EQ(describe(tap.readSeen(user)), "48+ 48-");
+  EXPECT_EQ(keysOf(client.readAll(user)), "");
+}
+
+TEST_F(PassTest, the_choice_of_keys_is_taken_up_at_once) {
+  ASSERT_TRUE(tap.command("swallow 50 48 97"));
+  ASSERT_TRUE(tap.command("choose 97"));
+  user.tap(keys::backtick);
+  user.tap(keys::f6);
+  EXPECT_EQ(keysOf(received()), tapOf(keys::backtick));
+}
+
+TEST_F(PassTest, a_key_given_up_while_held_stays_swallowed_until_its_release) {
+  ASSERT_TRUE(tap.command("swallow 50 48"));
+  user.press(keys::backtick);
+  ASSERT_TRUE(tap.waitForRepeat(keys::backtick));
+  ASSERT_TRUE(tap.command("choose 48"));
+  ASSERT_TRUE(tap.waitForRepeat(keys::backtick));
+  user.release(keys::backtick);
+  EXPECT_EQ(keysOf(received()), "");
+  user.tap(keys::backtick);
+  EXPECT_EQ(keysOf(received()), tapOf(keys::backtick));
+}
+
+TEST_F(PassTest, a_key_taken_up_while_held_stays_the_clients_until_its_release) {
+  ASSERT_TRUE(tap.command("swallow 50 48 97"));
+  const auto isF6 = [](const ClientEvent& event) { return event.detail == keycodeOf(keys::f6); };
+  user.press(keys::f6);
+  client.readUntil(isF6);
+  ASSERT_TRUE(tap.command("choose 97"));
+  EXPECT_EQ(client.readUntil(isF6).back().kind, "KeyPress");
+  user.release(keys::f6);
+  const std::vector<ClientEvent> rest = received();
+  ASSERT_FALSE(rest.empty());
+  EXPECT_EQ(rest.back().kind, "KeyRelease");
+  user.tap(keys::f6);
+  EXPECT_EQ(keysOf(received()), "");
+}
+
+TEST_F(PassTest, a_key_held_while_the_tap_is_made_stays_the_clients_until_its_release) {
+  ASSERT_TRUE(tap.command("drop"));
+  user.press(keys::backtick);
+  ASSERT_TRUE(tap.command("create 50"));
+  ASSERT_TRUE(tap.command("swallow 50"));
+  client.readUntil([presses = 0](const ClientEvent& event) mutable {
+    return event.kind == "KeyPress" && ++presses == 3;
+  });
+  user.release(keys::backtick);
+  const std::vector<ClientEvent> rest = received();
+  ASSERT_FALSE(rest.empty());
+  EXPECT_EQ(rest.back().kind, "KeyRelease");
+  user.tap(keys::backtick);
+  EXPECT_EQ(keysOf(received()), "");
+}
+
+TEST_F(PassTest, a_dropped_tap_gives_its_keys_back) {
+  ASSERT_TRUE(tap.command("swallow 50 48"));
+  ASSERT_TRUE(tap.command("drop"));
+  user.tap(keys::backtick);
+  EXPECT_EQ(keysOf(client.readAll(user)), tapOf(keys::backtick));
+}
+
+TEST_F(PassTest, a_tap_may_be_dropped_by_its_own_callback) {
+  ASSERT_TRUE(tap.command("drop-in-callback"));
+  user.tap(keys::backtick);
+  ASSERT_TRUE(tap.command("trusted"));
+  user.tap(keys::tab);
+  user.type("a");
+  client.readUntil([](const ClientEvent& event) {
+    return event.kind == "KeyRelease" && event.detail == keycodeOf(keys::a);
+  });
+}
+
+TEST_F(PassTest, a_new_tap_can_follow_a_dropped_one) {
+  ASSERT_TRUE(tap.command("drop"));
+  swallow("97");
+  user.tap(keys::f6);
+  EXPECT_EQ(describe(tap.readSeen(user)), "97+ 97-");
+  EXPECT_EQ(keysOf(client.readAll(user)), "");
+}
+
+}  // namespace
+}  // namespace vorrin::x11_tests

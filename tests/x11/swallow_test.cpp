@@ -1,0 +1,144 @@
+#include <gmock/gmock.h>
+
+#include "tap_test.h"
+
+namespace vorrin::x11_tests {
+namespace {
+
+struct EachShortcutKey : TapTest, testing::WithParamInterface<std::uint16_t> {
+  std::string key = std::to_string(GetParam());
+};
+
+INSTANTIATE_TEST_SUITE_P(SixKeys, EachShortcutKey,
+                         testing::Values(keys::backtick, keys::tab, keys::f6, keys::f7, keys::f8,
+                                         keys::f9),
+                         [](const auto& key) { return "key" + std::to_string(key.param); });
+
+TEST_P(EachShortcutKey, is_swallowed_with_its_repeats_and_release) {
+  swallow(key);
+  user.press(GetParam());
+  ASSERT_TRUE(tap.waitForRepeat(GetParam()));
+  user.release(GetParam());
+  const std::vector<ClientEvent> events = received();
+  EXPECT_EQ(keysOf(events), "");
+  EXPECT_EQ(countOf(events, "FocusOut"), 0U);
+  EXPECT_EQ(countOf(events, "FocusIn"), 0U);
+}
+
+TEST_P(EachShortcutKey, is_seen_as_press_repeats_and_release) {
+  swallow(key);
+  user.press(GetParam());
+  ASSERT_TRUE(tap.waitForRepeat(GetParam()));
+  user.release(GetParam());
+  const std::vector<SeenKey> seen = tap.readSeen(user);
+  ASSERT_GE(seen.size(), 3U);
+  EXPECT_EQ(describe({seen.front(), seen[1], seen.back()}), key + "+ " + key + "+r " + key + "-");
+}
+
+TEST_P(EachShortcutKey, passes_with_a_modifier_and_shows_it) {
+  swallow(key);
+  constexpr std::uint64_t alternateFlag = 0x80000;
+  struct Modifier {
+    unsigned evdev;
+    std::uint64_t flag;
+  };
+  for (const Modifier modifier :
+       {Modifier{modifier_keys::shift, 0x20000}, Modifier{modifier_keys::control, 0x40000},
+        Modifier{modifier_keys::alt, alternateFlag}, Modifier{modifier_keys::altGr, alternateFlag},
+        Modifier{modifier_keys::super, 0x100000}}) {
+    // The window manager takes Alt+Tab before any window does.
+    if (modifier.flag == alternateFlag && GetParam() == keys::tab) continue;
+    user.pressEvdev(modifier.evdev);
+    user.tap(GetParam());
+    user.releaseEvdev(modifier.evdev);
+    const std::vector<SeenKey> seen = tap.readSeen(user);
+    ASSERT_EQ(describe(seen), key + "+ " + key + "-");
+    EXPECT_EQ(seen.front().flags, modifier.flag);
+    EXPECT_THAT(keysOf(client.readAll(user)), testing::HasSubstr(tapOf(GetParam())))
+        << "with " << modifier.evdev;
+  }
+}
+
+TEST_P(EachShortcutKey, is_swallowed_under_caps_lock_and_num_lock) {
+  swallow(key);
+  for (const unsigned lock : {modifier_keys::capsLock, modifier_keys::numLock}) {
+    user.tapEvdev(lock);
+    received();
+    user.tap(GetParam());
+    EXPECT_EQ(keysOf(received()), "");
+  }
+}
+
+TEST_F(TapTest, caps_lock_shows_in_the_flags) {
+  swallow("50");
+  user.tapEvdev(modifier_keys::capsLock);
+  user.tap(keys::backtick);
+  const std::vector<SeenKey> seen = tap.readSeen(user);
+  ASSERT_EQ(describe(seen), "50+ 50-");
+  EXPECT_EQ(seen.front().flags, 0x10000U);
+}
+
+TEST_F(TapTest, keys_that_are_not_chosen_are_seen_and_pass) {
+  swallow("50");
+  ASSERT_TRUE(tap.command("swallow 50 48 53"));
+  user.tap(keys::escape);
+  user.tap(keys::tab);
+  user.tap(keys::a);
+  EXPECT_EQ(describe(tap.readSeen(user)), "53+ 53- 48+ 48- 0+ 0-");
+  EXPECT_EQ(keysOf(client.readAll(user)),
+            tapOf(keys::escape) + " " + tapOf(keys::tab) + " " + tapOf(keys::a));
+}
+
+TEST_F(TapTest, a_chosen_key_typed_by_another_program_is_swallowed) {
+  swallow("48");
+  user.tap(keys::tab, Source::xtest);
+  EXPECT_EQ(describe(tap.readSeen(user)), "48+ 48-");
+  EXPECT_EQ(keysOf(client.readAll(user)), "");
+}
+
+TEST_F(TapTest, other_keys_flow_while_a_chosen_key_is_held) {
+  swallow("50");
+  user.press(keys::backtick);
+  tap.readSeen(user);
+  user.tap(keys::a);
+  user.tap(keys::b);
+  EXPECT_EQ(keysOf(received()), tapOf(keys::a) + " " + tapOf(keys::b));
+  user.release(keys::backtick);
+  EXPECT_EQ(keysOf(received()), "");
+}
+
+TEST_F(TapTest, a_key_held_before_a_shortcut_is_released_for_the_client) {
+  swallow("50");
+  user.press(keys::a);
+  user.press(keys::backtick);
+  user.release(keys::a);
+  user.release(keys::backtick);
+  const std::vector<ClientEvent> events = received();
+  EXPECT_EQ(countOf(events, "KeyPress"), 1U);
+  EXPECT_EQ(countOf(events, "KeyRelease"), 1U);
+}
+
+TEST_F(TapTest, fast_typing_between_shortcuts_arrives_complete_and_in_order) {
+  swallow("50 48");
+  const std::string text = "the quick brown fox jumps over the lazy dog 0123456789 ";
+  std::string typed;
+  for (int round = 0; round < 6; ++round) {
+    for (const char character : text) {
+      const bool withShortcut = character == 'o' || character == '5';
+      if (withShortcut) user.press(keys::tab);
+      // Nobody types faster than a key in 3 ms, be it with all fingers.
+      waitFor(std::chrono::milliseconds(3));
+      user.type(std::string_view(&character, 1));
+      waitFor(std::chrono::milliseconds(3));
+      if (withShortcut) user.release(keys::tab);
+      typed += character;
+    }
+  }
+  const std::vector<ClientEvent> events = received();
+  EXPECT_EQ(textOf(events), typed);
+  EXPECT_EQ(countOf(events, "KeyRelease"), typed.size());
+  EXPECT_EQ(countOf(events, "FocusOut"), 0U);
+}
+
+}  // namespace
+}  // namespace vorrin::x11_tests

@@ -1,0 +1,89 @@
+#include "tap_process.h"
+
+#include <sstream>
+#include <utility>
+
+#include "tests/x11/harness/client.h"
+
+namespace vorrin::x11_tests {
+
+namespace {
+
+std::optional<SeenKey> parseEvent(const std::string& line) {
+  std::istringstream fields(line);
+  std::string word;
+  std::string direction;
+  int repeat = 0;
+  SeenKey key;
+  fields >> word >> direction >> key.keyCode >> repeat >> std::hex >> key.flags >> std::dec >>
+      key.userData;
+  if (word != "event") return std::nullopt;
+  key.down = direction == "down";
+  key.repeat = repeat != 0;
+  return key;
+}
+
+}  // namespace
+
+TapProcess::TapProcess(const std::string& display)
+    : process_({VORRIN_TAP_PROGRAM}, {{"DISPLAY", display}}) {}
+
+bool TapProcess::command(const std::string& line) {
+  process_.writeLine(line);
+  const std::string name = line.substr(0, line.find(' '));
+  std::string answer;
+  while (takeLine(answer)) {
+    if (answer == name + " yes") return true;
+    if (answer == name + " no") return false;
+  }
+  return false;
+}
+
+bool TapProcess::readUpTo(const std::string& answer) {
+  std::string line;
+  while (takeLine(line)) {
+    if (line == answer) return true;
+  }
+  return false;
+}
+
+bool TapProcess::waitForRepeat(std::int64_t keyCode) {
+  std::string line;
+  while (takeLine(line)) {
+    const std::optional<SeenKey> key = parseEvent(line);
+    if (key && key->repeat && key->keyCode == keyCode) return true;
+  }
+  return false;
+}
+
+std::vector<SeenKey> TapProcess::readSeen(User& user) {
+  user.tap(tapMark, Source::xtest);
+  std::string line;
+  std::vector<SeenKey> keys;
+  while (true) {
+    for (const SeenKey& key : std::exchange(seen_, {})) {
+      if (key.keyCode == tapMark && !key.down) return keys;
+      if (key.keyCode != tapMark && key.keyCode != clientMark) keys.push_back(key);
+    }
+    if (!takeLine(line)) return keys;
+  }
+}
+
+bool TapProcess::takeLine(std::string& line) {
+  std::optional<std::string> next = process_.readLine();
+  if (!next) return false;
+  if (const std::optional<SeenKey> key = parseEvent(*next)) seen_.push_back(*key);
+  line = std::move(*next);
+  return true;
+}
+
+std::string describe(const std::vector<SeenKey>& keys) {
+  std::string text;
+  for (const SeenKey& key : keys) {
+    if (!text.empty()) text += ' ';
+    text += std::to_string(key.keyCode) + (key.down ? "+" : "-") + (key.repeat ? "r" : "");
+  }
+  return text;
+}
+
+}  // namespace vorrin::x11_tests

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstdint>
+#include <initializer_list>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tests/x11/harness/process.h"
+#include "tests/x11/harness/user.h"
+
+namespace vorrin::x11_tests {
+
+/// What the callback of the tap saw.
+struct SeenKey {
+  bool down = false;
+  std::int64_t keyCode = 0;
+  bool repeat = false;
+  std::uint64_t flags = 0;
+  std::int64_t userData = 0;
+};
+
+/// The program that holds an event tap and does as it is told.
+class TapProcess {
+ public:
+  explicit TapProcess(const std::string& display);
+
+  /// Gives a command and reads on to its answer.
+  bool command(const std::string& line);
+
+  /// Gives a command without waiting for its answer.
+  void start(const std::string& line) { process_.writeLine(line); }
+
+  /// Reads on to the line `answer`; false when it does not come.
+  bool readUpTo(const std::string& answer);
+
+  /// Reads on to a repeat of the key. What was seen is kept for `readSeen`.
+  bool waitForRepeat(std::int64_t keyCode);
+
+  /// All keys that the callback saw since the last call, up to now.
+  std::vector<SeenKey> readSeen(User& user);
+
+  Process& process() { return process_; }
+
+ private:
+  bool takeLine(std::string& line);
+
+  Process process_;
+  std::vector<SeenKey> seen_;
+};
+
+/// "50+ 50+r 50-": code, down or up, repeat.
+std::string describe(const std::vector<SeenKey>& keys);
+
+}  // namespace vorrin::x11_tests

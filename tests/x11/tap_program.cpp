@@ -1,0 +1,153 @@
+// Holds an event tap and does with it what its standard input says, a command a line. Tells on its
+// standard output what the tap's callback sees and how the commands went.
+#include <unistd.h>
+
+#include <QCoreApplication>
+#include <QSocketNotifier>
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cinttypes>
+#include <cstdint>
+#include <cstdio>
+#include <optional>
+#include <sstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "platform/accessibility.h"
+#include "platform/event_post.h"
+#include "platform/event_tap.h"
+
+namespace {
+
+using vorrin::EventTap;
+using vorrin::EventType;
+using vorrin::SyntheticEvent;
+using vorrin::TapEvent;
+using vorrin::TapVerdict;
+
+constexpr std::uint64_t keyEvents = (1U << 10) | (1U << 11);
+constexpr std::uint64_t modifierFlags =
+    vorrin::event_flags::maskShift | vorrin::event_flags::maskControl |
+    vorrin::event_flags::maskAlternate | vorrin::event_flags::maskCommand;
+
+struct State {
+  std::optional<EventTap> tap;
+  std::vector<std::int64_t> swallowed;
+  bool dropInCallback = false;
+};
+
+State& state() {
+  static State state;
+  return state;
+}
+
+TapVerdict judge(const TapEvent& event) {
+  std::printf("event %s %" PRId64 " %" PRId64 " %" PRIx64 " %" PRId64 "\n",
+              event.type == EventType::keyDown ? "down" : "up", event.keyCode, event.autorepeat,
+              event.flags, event.userData);
+  std::fflush(stdout);
+  if (state().dropInCallback) state().tap.reset();
+  const bool isAlone = (event.flags & modifierFlags) == 0;
+  const bool isChosen =
+      std::ranges::find(state().swallowed, event.keyCode) != state().swallowed.end();
+  return isAlone && isChosen && event.userData == 0 ? TapVerdict::swallow : TapVerdict::pass;
+}
+
+template <typename Number>
+std::vector<Number> readNumbers(std::istream& fields) {
+  std::vector<Number> numbers;
+  for (Number number{}; fields >> number;) numbers.push_back(number);
+  return numbers;
+}
+
+void answer(const std::string& command, bool yes) {
+  std::printf("%s %s\n", command.c_str(), yes ? "yes" : "no");
+  std::fflush(stdout);
+}
+
+bool createTap(const std::vector<std::uint16_t>& keys) {
+  state().tap = EventTap::create(keyEvents, keys, judge, [] {
+    state().tap.reset();
+    std::puts("invalidated");
+    std::fflush(stdout);
+  });
+  if (!state().tap) return false;
+  state().tap->addToMainRunLoop();
+  state().tap->setEnabled(true);
+  return true;
+}
+
+void post(std::uint16_t keyCode, std::int64_t userData, int count) {
+  const std::array events{
+      SyntheticEvent{
+          .type = EventType::keyDown, .location = {}, .keyCode = keyCode, .userData = userData},
+      SyntheticEvent{
+          .type = EventType::keyUp, .location = {}, .keyCode = keyCode, .userData = userData}};
+  for (int index = 0; index < count; ++index) vorrin::postEvents(events);
+}
+
+void click(int count) {
+  const std::array events{SyntheticEvent{.type = EventType::leftMouseDown, .location = {}},
+                          SyntheticEvent{.type = EventType::leftMouseUp, .location = {}}};
+  for (int index = 0; index < count; ++index) vorrin::postEvents(events);
+}
+
+void pressOnly(std::uint16_t keyCode) {
+  const std::array events{
+      SyntheticEvent{.type = EventType::keyDown, .location = {}, .keyCode = keyCode},
+      SyntheticEvent{.type = EventType::leftMouseDown, .location = {}}};
+  vorrin::postEvents(events);
+}
+
+void obey(const std::string& line) {
+  std::istringstream fields(line);
+  std::string command;
+  fields >> command;
+  if (command == "create") return answer(command, createTap(readNumbers<std::uint16_t>(fields)));
+  if (command == "trusted") return answer(command, vorrin::isProcessTrusted());
+  if (command == "pointer") return answer(command, vorrin::pointerLocation().has_value());
+  if (command == "choose") {
+    return answer(command, state().tap->setSwallowable(readNumbers<std::uint16_t>(fields)));
+  }
+  if (command == "swallow") state().swallowed = readNumbers<std::int64_t>(fields);
+  if (command == "enable") state().tap->setEnabled(true);
+  if (command == "disable") state().tap->setEnabled(false);
+  if (command == "drop") state().tap.reset();
+  if (command == "drop-in-callback") state().dropInCallback = true;
+  if (command == "block") {
+    const std::vector<int> milliseconds = readNumbers<int>(fields);
+    std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds.at(0)));
+  }
+  if (command == "post") {
+    const std::vector<int> numbers = readNumbers<int>(fields);
+    post(static_cast<std::uint16_t>(numbers.at(0)), numbers.at(1), numbers.at(2));
+  }
+  if (command == "click") click(readNumbers<int>(fields).at(0));
+  if (command == "press-only") pressOnly(readNumbers<std::uint16_t>(fields).at(0));
+  if (command == "quit") QCoreApplication::quit();
+  answer(command, true);
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+  const QCoreApplication application(count, arguments);
+  std::string unfinished;
+  QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
+  QObject::connect(&input, &QSocketNotifier::activated, &input, [&] {
+    std::array<char, 4096> buffer{};
+    const ssize_t length = ::read(STDIN_FILENO, buffer.data(), buffer.size());
+    if (length <= 0) return QCoreApplication::quit();
+    unfinished.append(buffer.data(), static_cast<std::size_t>(length));
+    for (std::size_t feed = unfinished.find('\n'); feed != std::string::npos;
+         feed = unfinished.find('\n')) {
+      const std::string line = unfinished.substr(0, feed);
+      unfinished.erase(0, feed + 1);
+      obey(line);
+    }
+  });
+  return QCoreApplication::exec();
+}
