@@ -88,7 +88,8 @@ void WindowWidget::setContentMinSize(QSize size) {
 
 void WindowWidget::askForDarkFrame() {
   const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-  if (x11 == nullptr) return;
+  // The offscreen platform answers as X11 does, without a connection.
+  if (x11 == nullptr || x11->connection() == nullptr) return;
   constexpr std::string_view name = "_GTK_THEME_VARIANT";
   constexpr std::string_view type = "UTF8_STRING";
   constexpr std::string_view variant = "dark";
