@@ -30,8 +30,32 @@ std::optional<std::string> textOf(const Json& json) {
   }
 }
 
+/// Whether lists and objects are nested deeper than a decoder has to bear. The parser itself has no
+/// such limit: a few megabytes of brackets would keep it busy for seconds.
+bool isTooDeep(std::string_view json) {
+  constexpr int deepest = 512;  // as macOS's own decoder
+  int depth = 0;
+  bool quoted = false;
+  for (std::size_t place = 0; place < json.size() && depth <= deepest; ++place) {
+    const char character = json[place];
+    if (character == '"') {
+      quoted = !quoted;
+    } else if (quoted) {
+      if (character == '\\') ++place;
+    } else if (character == '[' || character == '{') {
+      ++depth;
+    } else if (character == ']' || character == '}') {
+      --depth;
+    }
+  }
+  return depth > deepest;
+}
+
 /// Malformed text gives a value of the type `discarded`, which is no object.
 Json parsed(std::string_view json) {
+  // The parser would take a NUL for the end of the text and not look at what follows.
+  const bool holdsNul = json.find('\0') != std::string_view::npos;
+  if (holdsNul || isTooDeep(json)) return Json(Json::value_t::discarded);
   return Json::parse(json, nullptr, false);
 }
 
