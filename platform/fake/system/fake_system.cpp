@@ -78,8 +78,10 @@ TapVerdict disableTap(EventType type) {
   return verdict;
 }
 
-void invalidateTap() {
-  forEachTap([](TapState& tap) {
+void invalidateTap(std::size_t index) {
+  std::size_t place = 0;
+  forEachTap([&](TapState& tap) {
+    if (place++ != index) return;
     tap.alive = false;
     const auto invalidated = std::exchange(tap.invalidated, nullptr);
     invalidated();

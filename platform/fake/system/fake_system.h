@@ -55,8 +55,8 @@ TapVerdict feed(const TapEvent& event);
 /// `tapDisabled` types. Gives the callback's verdict.
 TapVerdict disableTap(EventType type);
 
-/// The system takes the tap away for good.
-void invalidateTap();
+/// The system takes a tap away for good, the oldest of those living unless told otherwise.
+void invalidateTap(std::size_t index = 0);
 
 /// Whether there is a tap that is attached and enabled.
 bool tapIsListening();
