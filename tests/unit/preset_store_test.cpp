@@ -1,0 +1,321 @@
+#include "settings/preset_store.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <string>
+#include <variant>
+
+#include "settings/preset_json.h"
+#include "support/preset_text.h"
+#include "support/presets.h"
+#include "support/storage_test.h"
+
+namespace vorrin {
+namespace {
+
+using test::otherPreset;
+using test::presetText;
+using test::startPreset;
+using Presets = std::map<std::string, Preset>;
+
+class PresetStoreTest : public test::StorageTest {
+ protected:
+  void putJson(std::string json) const { put("namedPresets", Data{std::move(json)}); }
+
+  /// The stored entry as it stands; empty when there is none.
+  [[nodiscard]] std::string storedJson() const {
+    const auto object = reopened().object("namedPresets");
+    return object ? std::get<Data>(*object).bytes : "";
+  }
+
+  [[nodiscard]] Presets storedPresets() const { return decodePresets(storedJson()).value(); }
+
+  const PresetStore store{defaults};
+};
+
+std::string startText() {
+  return std::string(test::startJson);
+}
+
+TEST_F(PresetStoreTest, is_empty_at_first) {
+  EXPECT_TRUE(store.all().empty());
+}
+
+TEST_F(PresetStoreTest, lists_what_was_saved) {
+  EXPECT_TRUE(store.save(startPreset(), "Work"));
+  EXPECT_TRUE(store.save(otherPreset(), "Night"));
+  EXPECT_EQ(store.all(), (Presets{{"Work", startPreset()}, {"Night", otherPreset()}}));
+}
+
+TEST_F(PresetStoreTest, a_second_store_lists_what_the_first_saved) {
+  EXPECT_TRUE(store.save(otherPreset(), "Work"));
+  EXPECT_EQ(PresetStore(reopened()).all(), (Presets{{"Work", otherPreset()}}));
+}
+
+TEST_F(PresetStoreTest, nothing_is_cached) {
+  const PresetStore second{reopened()};
+  EXPECT_TRUE(store.save(startPreset(), "Work"));
+  EXPECT_TRUE(second.save(otherPreset(), "Night"));
+  EXPECT_EQ(store.all().size(), 2U);
+}
+
+TEST_F(PresetStoreTest, keeps_its_presets_as_json_data) {
+  EXPECT_TRUE(store.save(startPreset(), "Work"));
+  EXPECT_EQ(storedPresets(), (Presets{{"Work", startPreset()}}));
+}
+
+TEST_F(PresetStoreTest, saves_under_the_trimmed_name) {
+  EXPECT_TRUE(store.save(startPreset(), "  Work  "));
+  EXPECT_EQ(store.all(), (Presets{{"Work", startPreset()}}));
+}
+
+TEST_F(PresetStoreTest, saving_under_a_name_again_replaces_the_preset) {
+  EXPECT_TRUE(store.save(startPreset(), "Work"));
+  EXPECT_TRUE(store.save(otherPreset(), " Work"));
+  EXPECT_EQ(store.all(), (Presets{{"Work", otherPreset()}}));
+}
+
+TEST_F(PresetStoreTest, names_differ_by_case) {
+  EXPECT_TRUE(store.save(startPreset(), "work"));
+  EXPECT_TRUE(store.save(otherPreset(), "Work"));
+  EXPECT_EQ(store.all().size(), 2U);
+}
+
+TEST_F(PresetStoreTest, a_name_that_is_refused_writes_nothing) {
+  EXPECT_FALSE(store.save(startPreset(), ""));
+  EXPECT_FALSE(store.save(startPreset(), " \n"));
+  EXPECT_FALSE(store.save(startPreset(), std::string(81, 'a')));
+  EXPECT_EQ(storedJson(), "");
+}
+
+TEST_F(PresetStoreTest, names_of_80_emoji_are_saved_and_of_81_are_not) {
+  std::string emoji;
+  for (int count = 0; count < 80; ++count) emoji += "👩‍👩‍👧‍👦";
+  EXPECT_TRUE(store.save(startPreset(), emoji));
+  EXPECT_TRUE(store.all().contains(emoji));
+  EXPECT_FALSE(store.save(startPreset(), emoji + "😀"));
+}
+
+TEST_F(PresetStoreTest, names_of_every_script_are_kept) {
+  for (const char* name : {"Über", "日本語", "العربية", "עברית", "हिन्दी", "ไทย", "e\u0301", "\"\\/",
+                           "🇩🇪", "“Night”", "a\u200Db", "a\tb"}) {
+    EXPECT_TRUE(store.save(startPreset(), name)) << name;
+    EXPECT_TRUE(store.all().contains(name)) << name;
+  }
+}
+
+TEST_F(PresetStoreTest, a_preset_that_is_not_valid_writes_nothing) {
+  EXPECT_TRUE(store.save(startPreset(), "Work"));
+  const std::string before = storedJson();
+  Preset slow = startPreset();
+  slow.intervals[0] = 5000;
+  EXPECT_FALSE(store.save(slow, "Work"));
+  EXPECT_FALSE(store.save(Preset{}, "Other"));
+  EXPECT_EQ(storedJson(), before);
+}
+
+TEST_F(PresetStoreTest, a_renamed_preset_keeps_its_values) {
+  EXPECT_TRUE(store.save(otherPreset(), "Work"));
+  EXPECT_TRUE(store.rename("Work", " Home "));
+  EXPECT_EQ(store.all(), (Presets{{"Home", otherPreset()}}));
+}
+
+TEST_F(PresetStoreTest, a_preset_may_be_renamed_to_its_own_name) {
+  EXPECT_TRUE(store.save(startPreset(), "Work"));
+  EXPECT_TRUE(store.rename("Work", "Work"));
+  EXPECT_TRUE(store.rename("Work", " Work "));
+  EXPECT_EQ(store.all(), (Presets{{"Work", startPreset()}}));
+}
+
+TEST_F(PresetStoreTest, renaming_never_overwrites) {
+  EXPECT_TRUE(store.save(startPreset(), "Work"));
+  EXPECT_TRUE(store.save(otherPreset(), "Home"));
+  const std::string before = storedJson();
+  EXPECT_FALSE(store.rename("Work", "Home"));
+  EXPECT_FALSE(store.rename("Work", " Home "));
+  EXPECT_EQ(storedJson(), before);
+}
+
+TEST_F(PresetStoreTest, a_new_name_that_is_refused_changes_nothing) {
+  EXPECT_TRUE(store.save(startPreset(), "Work"));
+  EXPECT_FALSE(store.rename("Work", ""));
+  EXPECT_FALSE(store.rename("Work", "   "));
+  EXPECT_FALSE(store.rename("Work", std::string(81, 'a')));
+  EXPECT_EQ(store.all(), (Presets{{"Work", startPreset()}}));
+}
+
+TEST_F(PresetStoreTest, the_current_name_is_not_trimmed) {
+  EXPECT_TRUE(store.save(startPreset(), "Work"));
+  EXPECT_FALSE(store.rename(" Work", "Home"));
+  EXPECT_FALSE(store.remove("Work "));
+  EXPECT_EQ(store.all(), (Presets{{"Work", startPreset()}}));
+}
+
+TEST_F(PresetStoreTest, a_stored_name_with_blanks_around_it_can_be_renamed_and_deleted) {
+  putJson("{\" a \":" + startText() + ",\" b \":" + startText() + "}");
+  EXPECT_TRUE(store.rename(" a ", " a "));
+  EXPECT_TRUE(store.remove(" b "));
+  EXPECT_EQ(store.all(), (Presets{{"a", startPreset()}}));
+}
+
+TEST_F(PresetStoreTest, what_is_not_stored_can_neither_be_renamed_nor_deleted) {
+  EXPECT_FALSE(store.rename("Work", "Home"));
+  EXPECT_FALSE(store.rename("Work", "Work"));
+  EXPECT_FALSE(store.remove("Work"));
+  EXPECT_EQ(storedJson(), "");
+}
+
+TEST_F(PresetStoreTest, deleting_removes_one_preset) {
+  EXPECT_TRUE(store.save(startPreset(), "Work"));
+  EXPECT_TRUE(store.save(otherPreset(), "Home"));
+  EXPECT_TRUE(store.remove("Work"));
+  EXPECT_EQ(store.all(), (Presets{{"Home", otherPreset()}}));
+  EXPECT_FALSE(store.remove("Work"));
+}
+
+TEST_F(PresetStoreTest, deleting_the_last_preset_leaves_an_empty_object) {
+  EXPECT_TRUE(store.save(startPreset(), "Work"));
+  EXPECT_TRUE(store.remove("Work"));
+  EXPECT_EQ(storedJson(), "{}");
+  EXPECT_TRUE(store.all().empty());
+}
+
+TEST_F(PresetStoreTest, an_entry_that_is_not_data_lists_nothing_and_is_replaced_by_the_next_save) {
+  for (const DefaultsObject& other : {DefaultsObject{startText()}, DefaultsObject{true},
+                                      DefaultsObject{std::int64_t{1}}, DefaultsObject{0.5}}) {
+    put("namedPresets", other);
+    EXPECT_TRUE(store.all().empty());
+    EXPECT_FALSE(store.remove("Work"));
+    EXPECT_TRUE(store.save(startPreset(), "Work"));
+    EXPECT_EQ(storedPresets(), (Presets{{"Work", startPreset()}}));
+  }
+}
+
+struct UnreadableJson {
+  const char* what;
+  std::string json;
+};
+
+class UnreadableEntry : public PresetStoreTest,
+                        public testing::WithParamInterface<UnreadableJson> {};
+
+TEST_P(UnreadableEntry, lists_nothing_and_stays_until_the_next_save) {
+  const std::string& json = GetParam().json;
+  putJson(json);
+  EXPECT_TRUE(store.all().empty());
+  EXPECT_FALSE(store.rename("a", "b"));
+  EXPECT_FALSE(store.remove("a"));
+  EXPECT_EQ(storedJson(), json);
+  EXPECT_TRUE(store.save(otherPreset(), "New"));
+  EXPECT_EQ(storedPresets(), (Presets{{"New", otherPreset()}}));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    PresetStore, UnreadableEntry,
+    testing::Values(UnreadableJson{"nothing", ""}, UnreadableJson{"no_json", "not JSON"},
+                    UnreadableJson{"a_list", "[]"}, UnreadableJson{"null", "null"},
+                    UnreadableJson{"a_torn_object", "{\"a\":"},
+                    UnreadableJson{"an_empty_preset", "{\"a\":" + startText() + ",\"b\":{}}"},
+                    UnreadableJson{"a_number_for_a_preset", "{\"a\":" + startText() + ",\"b\":7}"},
+                    UnreadableJson{"a_name_not_in_utf_8", "{\"a\xFF\":" + startText() + "}"},
+                    UnreadableJson{"a_text_for_an_interval",
+                                   "{\"a\":" + presetText("intervals", "[\"1\",1]") + "}"},
+                    UnreadableJson{"a_key_code_too_large",
+                                   "{\"a\":" + presetText("keys", "[50,65536]") + "}"},
+                    UnreadableJson{"nul_bytes", std::string(1000, '\0')},
+                    UnreadableJson{"a_hundred_thousand_levels", std::string(100'000, '[')}),
+    [](const auto& entry) { return entry.param.what; });
+
+TEST_F(PresetStoreTest, an_entry_without_a_name_is_not_listed_and_goes_with_the_next_write) {
+  putJson("{\"\":" + startText() + ",\"a\":" + startText() + "}");
+  EXPECT_EQ(store.all().size(), 1U);
+  EXPECT_TRUE(store.save(otherPreset(), "b"));
+  EXPECT_FALSE(storedPresets().contains(""));
+  EXPECT_EQ(storedPresets().size(), 2U);
+}
+
+TEST_F(PresetStoreTest, a_preset_that_is_not_valid_is_not_listed_and_goes_with_the_next_write) {
+  Preset stopped = startPreset();
+  stopped.intervals[0] = 0;
+  const Presets stored{{"bad", stopped}, {"good", startPreset()}};
+  putJson(encodePresets(stored).value());
+  EXPECT_EQ(store.all(), (Presets{{"good", startPreset()}}));
+  EXPECT_FALSE(store.rename("bad", "better"));
+  EXPECT_FALSE(store.remove("bad"));
+  EXPECT_EQ(storedPresets(), stored);
+  EXPECT_TRUE(store.rename("good", "bad"));
+  EXPECT_EQ(storedPresets(), (Presets{{"bad", startPreset()}}));
+}
+
+TEST_F(PresetStoreTest, stored_names_are_neither_trimmed_nor_measured) {
+  const std::string longName(500, 'n');
+  const Presets stored{{longName, startPreset()}, {" ", startPreset()}};
+  putJson(encodePresets(stored).value());
+  EXPECT_EQ(store.all(), stored);
+}
+
+TEST_F(PresetStoreTest, the_current_settings_beside_it_are_left_alone) {
+  put("interval0", 0.25);
+  EXPECT_TRUE(store.save(startPreset(), "Work"));
+  EXPECT_TRUE(store.remove("Work"));
+  EXPECT_EQ(defaults.object("interval0"), DefaultsObject{0.25});
+}
+
+TEST_F(PresetStoreTest, random_operations_are_as_those_on_a_map) {
+  test::Random random;
+  const std::vector<std::string> names{
+      "a", "b", " b", "B", "", "日本", "long " + std::string(80, 'x')};
+  Presets model;
+  for (int step = 0; step < 200; ++step) {
+    const std::string name = random.of(names);
+    const auto accepted = presetName(name);
+    const int operation = random.between(0, 2);
+    if (operation == 0) {
+      const Preset preset = random.chance(0.1) ? Preset{} : test::randomValidPreset(random);
+      const bool expected = accepted && preset.valid();
+      if (expected) model[*accepted] = preset;
+      ASSERT_EQ(store.save(preset, name), expected);
+    } else if (operation == 1) {
+      const std::string from = random.of(names);
+      const bool expected =
+          accepted && model.contains(from) && (*accepted == from || !model.contains(*accepted));
+      if (expected) {
+        const Preset moved = model[from];
+        model.erase(from);
+        model[*accepted] = moved;
+      }
+      ASSERT_EQ(store.rename(from, name), expected);
+    } else {
+      ASSERT_EQ(store.remove(name), model.erase(name) == 1);
+    }
+    ASSERT_EQ(store.all(), model);
+  }
+}
+
+double secondsToSaveAndDelete(const PresetStore& store) {
+  const auto begin = std::chrono::steady_clock::now();
+  EXPECT_TRUE(store.save(startPreset(), "extra"));
+  EXPECT_TRUE(store.remove("extra"));
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+}
+
+TEST_F(PresetStoreTest, the_time_taken_grows_about_as_the_number_of_presets) {
+  const auto fill = [this](int count) {
+    Presets presets;
+    for (int index = 0; index < count; ++index) {
+      presets["Preset " + std::to_string(index)] = index % 2 == 0 ? startPreset() : otherPreset();
+    }
+    putJson(encodePresets(presets).value());
+  };
+  fill(1'000);
+  const double few = secondsToSaveAndDelete(store);
+  fill(10'000);
+  const double many = secondsToSaveAndDelete(store);
+  EXPECT_EQ(store.all().size(), 10'000U);
+  // Ten times as many; a quadratic step anywhere would make it a hundred times as long.
+  EXPECT_LT(many, 40 * few + 0.1);
+}
+
+}  // namespace
+}  // namespace vorrin

@@ -1,0 +1,265 @@
+#include "settings/settings_persistence.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <string>
+#include <vector>
+
+#include "settings/preset_store.h"
+#include "support/presets.h"
+#include "support/storage_test.h"
+
+namespace vorrin {
+namespace {
+
+using test::otherPreset;
+using test::startPreset;
+
+class SettingsPersistenceTest : public test::StorageTest {
+ protected:
+  [[nodiscard]] Preset loaded() const { return loadCurrentSettings(defaults); }
+};
+
+std::int64_t integer(std::int64_t value) {
+  return value;
+}
+
+TEST_F(SettingsPersistenceTest, an_empty_domain_gives_the_start_values) {
+  EXPECT_EQ(loaded(), startPreset());
+}
+
+TEST_F(SettingsPersistenceTest, stored_settings_are_loaded_again) {
+  storeCurrentSettings(defaults, otherPreset());
+  EXPECT_EQ(loaded(), otherPreset());
+  EXPECT_EQ(loadCurrentSettings(reopened()), otherPreset());
+}
+
+TEST_F(SettingsPersistenceTest, every_entry_is_stored_with_its_type) {
+  storeCurrentSettings(defaults, {{2, 0.003}, {97, 98}, 4, {false, true}});
+  EXPECT_EQ(defaults.object("interval0"), DefaultsObject{2.0});
+  EXPECT_EQ(defaults.object("interval1"), DefaultsObject{0.003});
+  EXPECT_EQ(defaults.object("key0"), DefaultsObject{integer(97)});
+  EXPECT_EQ(defaults.object("key1"), DefaultsObject{integer(98)});
+  EXPECT_EQ(defaults.object("enabled0"), DefaultsObject{false});
+  EXPECT_EQ(defaults.object("enabled1"), DefaultsObject{true});
+  EXPECT_EQ(defaults.object("digit"), DefaultsObject{integer(4)});
+}
+
+TEST_F(SettingsPersistenceTest, random_settings_are_loaded_as_they_were_stored) {
+  test::Random random;
+  for (int count = 0; count < 50; ++count) {
+    const Preset preset = test::randomValidPreset(random);
+    storeCurrentSettings(defaults, preset);
+    ASSERT_EQ(loaded(), preset);
+  }
+}
+
+TEST_F(SettingsPersistenceTest, one_enabled_flag_can_be_stored_alone) {
+  storeCurrentSettings(defaults, otherPreset());
+  storeEnabled(defaults, 1, true);
+  EXPECT_EQ(loaded().enabled, (std::vector<bool>{false, true}));
+  storeEnabled(defaults, 0, true);
+  storeEnabled(defaults, 1, false);
+  EXPECT_EQ(loaded().enabled, (std::vector<bool>{true, false}));
+}
+
+TEST_F(SettingsPersistenceTest, storing_leaves_the_named_presets_alone) {
+  const PresetStore presets{defaults};
+  EXPECT_TRUE(presets.save(startPreset(), "Work"));
+  storeCurrentSettings(defaults, otherPreset());
+  EXPECT_EQ(presets.all().at("Work"), startPreset());
+}
+
+TEST_F(SettingsPersistenceTest, loading_writes_nothing) {
+  put("digit", integer(42));
+  static_cast<void>(loaded());
+  EXPECT_EQ(defaults.object("digit"), DefaultsObject{integer(42)});
+  EXPECT_FALSE(defaults.object("interval0"));
+}
+
+TEST_F(SettingsPersistenceTest, entries_missing_are_replaced_one_by_one) {
+  put("interval1", 0.5);
+  put("key0", integer(101));
+  put("enabled1", false);
+  EXPECT_EQ(loaded(), (Preset{{0.05, 0.5}, {101, 48}, 1, {true, false}}));
+}
+
+TEST_F(SettingsPersistenceTest, an_interval_stored_as_text_is_replaced) {
+  put("interval0", std::string("0.2"));
+  put("interval1", Data{"0.2"});
+  EXPECT_EQ(loaded().intervals, (std::vector<double>{0.05, 0.001}));
+}
+
+TEST_F(SettingsPersistenceTest, an_interval_out_of_range_is_replaced) {
+  using Limits = std::numeric_limits<double>;
+  for (const double interval : {5000.0, 3600.0000001, 0.0009, 0.0, -1.0, 1e300, 1e-300,
+                                Limits::infinity(), -Limits::infinity()}) {
+    put("interval0", interval);
+    put("interval1", interval);
+    EXPECT_EQ(loaded().intervals, (std::vector<double>{0.05, 0.001})) << interval;
+  }
+}
+
+TEST_F(SettingsPersistenceTest, an_interval_at_a_bound_is_kept) {
+  put("interval0", 3600.0);
+  put("interval1", 0.001);
+  EXPECT_EQ(loaded().intervals, (std::vector<double>{3600, 0.001}));
+}
+
+TEST_F(SettingsPersistenceTest, integers_and_flags_serve_as_intervals) {
+  put("interval0", integer(7));
+  put("interval1", true);
+  EXPECT_EQ(loaded().intervals, (std::vector<double>{7, 1}));
+  put("interval1", false);
+  EXPECT_EQ(loaded().intervals[1], 0.001);
+}
+
+TEST_F(SettingsPersistenceTest, every_choice_is_kept_as_a_key) {
+  for (const auto& choice : choices) {
+    put("key0", integer(choice.keyCode));
+    put("key1", integer(choice.keyCode == 48 ? 50 : 48));
+    EXPECT_EQ(loaded().keys[0], choice.keyCode) << choice.name;
+  }
+}
+
+TEST_F(SettingsPersistenceTest, a_key_that_is_no_choice_is_replaced) {
+  for (const std::int64_t key :
+       {integer(53), integer(0), integer(-1), integer(65535), integer(97 + 65536),
+        integer(97 - 65536), std::numeric_limits<std::int64_t>::max()}) {
+    put("key0", key);
+    put("key1", key);
+    EXPECT_EQ(loaded().keys, (std::vector<std::uint16_t>{50, 48})) << key;
+  }
+}
+
+TEST_F(SettingsPersistenceTest, a_key_of_another_type_is_replaced) {
+  for (const DefaultsObject& key : {DefaultsObject{std::string("97")}, DefaultsObject{Data{"97"}},
+                                    DefaultsObject{97.5}, DefaultsObject{true}}) {
+    put("key0", key);
+    EXPECT_EQ(loaded().keys[0], 50);
+  }
+}
+
+TEST_F(SettingsPersistenceTest, a_whole_number_stored_as_a_real_serves_as_a_key_and_digit) {
+  put("key0", 97.0);
+  put("digit", 7.0);
+  EXPECT_EQ(loaded().keys[0], 97);
+  EXPECT_EQ(loaded().digit, 7);
+}
+
+TEST_F(SettingsPersistenceTest, equal_keys_are_both_replaced) {
+  put("key0", integer(97));
+  put("key1", integer(97));
+  EXPECT_EQ(loaded().keys, (std::vector<std::uint16_t>{50, 48}));
+}
+
+TEST_F(SettingsPersistenceTest, keys_made_equal_by_a_repair_are_both_replaced) {
+  put("key0", integer(48));
+  put("key1", integer(53));
+  EXPECT_EQ(loaded().keys, (std::vector<std::uint16_t>{50, 48}));
+  put("key0", integer(53));
+  put("key1", integer(50));
+  EXPECT_EQ(loaded().keys, (std::vector<std::uint16_t>{50, 48}));
+}
+
+TEST_F(SettingsPersistenceTest, the_start_keys_may_be_exchanged) {
+  put("key0", integer(48));
+  put("key1", integer(50));
+  EXPECT_EQ(loaded().keys, (std::vector<std::uint16_t>{48, 50}));
+}
+
+TEST_F(SettingsPersistenceTest, a_digit_is_brought_into_range) {
+  using Limits = std::numeric_limits<std::int64_t>;
+  for (const auto& [stored, expected] :
+       std::vector<std::pair<std::int64_t, std::int64_t>>{{0, 0},
+                                                          {9, 9},
+                                                          {10, 9},
+                                                          {42, 9},
+                                                          {-1, 0},
+                                                          {-3, 0},
+                                                          {Limits::max(), 9},
+                                                          {Limits::min(), 0}}) {
+    put("digit", stored);
+    EXPECT_EQ(loaded().digit, expected) << stored;
+  }
+}
+
+TEST_F(SettingsPersistenceTest, a_digit_of_another_type_is_replaced) {
+  using Limits = std::numeric_limits<double>;
+  for (const DefaultsObject& digit :
+       {DefaultsObject{std::string("7")}, DefaultsObject{Data{"7"}}, DefaultsObject{7.5},
+        DefaultsObject{1e30}, DefaultsObject{9223372036854775808.0},
+        DefaultsObject{Limits::infinity()}}) {
+    put("digit", digit);
+    EXPECT_EQ(loaded().digit, 1);
+  }
+}
+
+TEST_F(SettingsPersistenceTest, a_flag_serves_as_a_digit) {
+  put("digit", false);
+  EXPECT_EQ(loaded().digit, 0);
+}
+
+TEST_F(SettingsPersistenceTest, zero_and_one_serve_as_enabled_flags) {
+  put("enabled0", integer(0));
+  put("enabled1", integer(1));
+  EXPECT_EQ(loaded().enabled, (std::vector<bool>{false, true}));
+  put("enabled0", 1.0);
+  put("enabled1", 0.0);
+  EXPECT_EQ(loaded().enabled, (std::vector<bool>{true, false}));
+}
+
+TEST_F(SettingsPersistenceTest, an_enabled_flag_of_another_type_is_replaced) {
+  for (const DefaultsObject& flag :
+       {DefaultsObject{std::string("false")}, DefaultsObject{Data{"0"}}, DefaultsObject{integer(2)},
+        DefaultsObject{0.5}, DefaultsObject{integer(-1)}}) {
+    put("enabled0", flag);
+    EXPECT_TRUE(loaded().enabled[0]);
+  }
+}
+
+DefaultsObject randomObject(test::Random& random) {
+  const auto number = [&] {
+    return random.chance(0.5) ? random.between<std::int64_t>(-2, 110)
+                              : random.between(std::numeric_limits<std::int64_t>::min(),
+                                               std::numeric_limits<std::int64_t>::max());
+  };
+  switch (random.between(0, 4)) {
+    case 0:
+      return random.chance(0.5);
+    case 1:
+      return number();
+    case 2:
+      return random.chance(0.5) ? static_cast<double>(number()) : random.real(-1, 4000);
+    case 3:
+      return std::to_string(number());
+    default:
+      return Data{std::to_string(number())};
+  }
+}
+
+TEST_F(SettingsPersistenceTest, whatever_is_stored_the_settings_loaded_are_valid) {
+  test::Random random;
+  for (int count = 0; count < 100; ++count) {
+    for (const char* key :
+         {"interval0", "interval1", "key0", "key1", "enabled0", "enabled1", "digit"}) {
+      if (random.chance(0.5)) put(key, randomObject(random));
+    }
+    ASSERT_TRUE(loaded().valid());
+  }
+}
+
+using SettingsPersistenceDeathTest = SettingsPersistenceTest;
+
+TEST_F(SettingsPersistenceDeathTest, storing_settings_that_are_not_valid_ends_the_process) {
+  EXPECT_DEATH(storeCurrentSettings(defaults, Preset{}), "Precondition failed");
+}
+
+TEST_F(SettingsPersistenceDeathTest, a_macro_index_other_than_0_and_1_ends_the_process) {
+  EXPECT_DEATH(storeEnabled(defaults, 2, true), "Index out of range");
+  EXPECT_DEATH(storeEnabled(defaults, -1, true), "Index out of range");
+}
+
+}  // namespace
+}  // namespace vorrin
