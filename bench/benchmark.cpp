@@ -1,0 +1,51 @@
+// Measures Vorrin against named references in one run and prints the tables.
+// usage: vorrin_benchmark [SECTION...]     (clicks, latency, idle, startup, store; all without one)
+#include <cstdio>
+#include <exception>
+#include <fstream>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "bench/sections.h"
+
+namespace {
+
+using Section = std::pair<std::string, void (*)()>;
+
+const std::vector<Section> sections{{"clicks", vorrin::bench::measureClicks},
+                                    {"latency", vorrin::bench::measureLatency},
+                                    {"idle", vorrin::bench::measureIdle},
+                                    {"startup", vorrin::bench::measureStartup},
+                                    {"store", vorrin::bench::measureStore}};
+
+std::string processorName() {
+  std::ifstream file("/proc/cpuinfo");
+  for (std::string line; std::getline(file, line);) {
+    if (line.rfind("model name", 0) == 0) return line.substr(line.find(':') + 2);
+  }
+  return "unknown processor";
+}
+
+void runSections(const std::vector<std::string>& wanted) {
+  for (const auto& [name, measure] : sections) {
+    const bool chosen =
+        wanted.empty() || std::find(wanted.begin(), wanted.end(), name) != wanted.end();
+    if (chosen) measure();
+  }
+}
+
+}  // namespace
+
+int main(int argumentCount, char** arguments) {
+  std::printf("Machine: %s, %u processors\n", processorName().c_str(),
+              std::thread::hardware_concurrency());
+  try {
+    runSections({arguments + 1, arguments + argumentCount});
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "vorrin: the measurement ended early: %s\n", error.what());
+    return 1;
+  }
+  return 0;
+}

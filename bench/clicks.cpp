@@ -1,0 +1,79 @@
+#include <array>
+#include <cmath>
+#include <csignal>
+#include <string>
+
+#include "bench/click_series.h"
+#include "bench/sections.h"
+#include "bench/statistics.h"
+#include "bench/table.h"
+
+namespace vorrin::bench {
+
+namespace {
+
+using x11_tests::Client;
+using x11_tests::Process;
+
+ClickSeries clicksOfProgram(Stage& stage, const std::vector<std::string>& command, double seconds) {
+  Client client(stage.desktop.display());
+  stage.user.pointAt(client.window());
+  Process clicker(command, {{"DISPLAY", stage.desktop.display()}});
+  ClickSeries series = collectClicks(client, clicker, seconds);
+  clicker.signal(SIGKILL);
+  clicker.waitForEnd();
+  return series;
+}
+
+ClickSeries clicksOfVorrin(Stage& stage, double interval, double seconds) {
+  const auto vorrin = startConnectedVorrin(stage, clickingEvery(interval));
+  Client client(stage.desktop.display());
+  stage.user.pointAt(client.window());
+  stage.user.tap(tabKey);
+  ClickSeries series = collectClicks(client, *vorrin, seconds);
+  stage.user.tap(escapeKey);
+  client.readAll(stage.user);
+  return series;
+}
+
+Row row(double interval, const std::string& name, const ClickSeries& series,
+        const ClickSeries& limit) {
+  const auto milliseconds = [&series](double part) {
+    return fixed(percentile(series.intervals, part) * 1000, 3);
+  };
+  const auto processor = [](const ClickSeries& of) {
+    return of.processorSeconds * 1e6 / static_cast<double>(of.intervals.size());
+  };
+  return {fixed(interval, 3),
+          name,
+          fixed(series.perSecond(), 1),
+          fixed(series.perSecond() / limit.perSecond(), 4),
+          milliseconds(0.5),
+          milliseconds(0.99),
+          milliseconds(1),
+          fixed(processor(series), 1),
+          fixed(processor(series) / processor(limit), 2)};
+}
+
+}  // namespace
+
+void measureClicks() {
+  Stage stage;
+  std::vector<Row> rows{{"every s", "who", "clicks/s", "of limit", "p50 ms", "p99 ms", "worst ms",
+                         "CPU ms/1000", "of limit"}};
+  for (const double interval : {0.001, 0.002, 0.01, 0.05}) {
+    const double seconds = interval < 0.01 ? 6 : 10;
+    const auto nanoseconds = std::to_string(std::lround(interval * 1e9));
+    const auto milliseconds = std::to_string(std::lround(interval * 1e3));
+    const ClickSeries limit = clicksOfProgram(stage, {VORRIN_BARE_CLICKER, nanoseconds}, seconds);
+    const ClickSeries vorrin = clicksOfVorrin(stage, interval, seconds);
+    const ClickSeries xdotool = clicksOfProgram(
+        stage, {"xdotool", "click", "--repeat", "1000000", "--delay", milliseconds, "1"}, seconds);
+    rows.push_back(row(interval, "bare loop (the limit)", limit, limit));
+    rows.push_back(row(interval, "Vorrin", vorrin, limit));
+    rows.push_back(row(interval, "xdotool", xdotool, limit));
+  }
+  printTable("Clicks received by a program in front", rows);
+}
+
+}  // namespace vorrin::bench

@@ -1,0 +1,81 @@
+// Shows Vorrin at work on a private X server: a second program in front counts what it receives.
+#include <cstdio>
+#include <exception>
+#include <filesystem>
+#include <stdexcept>
+
+#include "bench/session.h"
+
+namespace {
+
+using vorrin::bench::Stage;
+using vorrin::x11_tests::Client;
+using vorrin::x11_tests::ClientEvent;
+using vorrin::x11_tests::Process;
+
+constexpr std::uint16_t backtickKey = 50;
+constexpr std::uint16_t secondsShown = 3;
+
+/// Tells once a second what the client received since.
+void countAloud(Client& client, const char* kind, const char* what) {
+  std::int64_t begin = 0;
+  std::size_t count = 0;
+  int told = 0;
+  client.readUntil([&](const ClientEvent& event) {
+    if (event.kind != kind) return false;
+    if (begin == 0) begin = event.arrival;
+    ++count;
+    if (event.arrival - begin < std::int64_t{1'000'000'000} * (told + 1)) return false;
+    std::printf("  second %d: %zu %s received so far\n", ++told, count, what);
+    std::fflush(stdout);
+    return told == secondsShown;
+  });
+}
+
+void stopWithEscape(Stage& stage, Client& client, const char* kind) {
+  stage.user.tap(vorrin::bench::escapeKey);
+  client.readAll(stage.user);
+  // A second look: what arrives after the first can only have been made after Escape.
+  const auto late = vorrin::x11_tests::countOf(client.readAll(stage.user), kind);
+  std::printf("Escape: %zu more after it\n", late);
+  if (late != 0) throw std::runtime_error("a macro went on after Escape");
+}
+
+void takePicture(const Stage& stage, const std::filesystem::path& file) {
+  Process picture({"import", "-window", "root", file.string()},
+                  {{"DISPLAY", stage.desktop.display()}});
+  const auto ending = picture.waitForEnd();
+  if (!ending || ending->bySignal || ending->number != 0) throw std::runtime_error("no picture");
+  std::printf("Picture of the desktop: %s\n", file.c_str());
+}
+
+void demonstrate(const std::filesystem::path& pictureFile) {
+  Stage stage;
+  std::printf("Private X server %s with a window manager\n", stage.desktop.display().c_str());
+  const auto vorrin =
+      vorrin::bench::startConnectedVorrin(stage, vorrin::bench::clickingEvery(0.001));
+  std::printf("Vorrin is connected: %s", stage.home.status().c_str());
+  Client client(stage.desktop.display(), "Counting what arrives here");
+  stage.user.pointAt(client.window());
+  std::puts("A second program is in front. Pressing Tab (click every 0.001 s):");
+  stage.user.tap(vorrin::bench::tabKey);
+  countAloud(client, "ButtonPress", "clicks");
+  takePicture(stage, pictureFile);
+  stopWithEscape(stage, client, "ButtonPress");
+  std::puts("Pressing backtick (key 1 every 0.05 s):");
+  stage.user.tap(backtickKey);
+  countAloud(client, "KeyPress", "key presses");
+  stopWithEscape(stage, client, "KeyPress");
+}
+
+}  // namespace
+
+int main() {
+  try {
+    demonstrate(std::filesystem::current_path() / "vorrin-demo.png");
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "vorrin: the demonstration failed: %s\n", error.what());
+    return 1;
+  }
+  return 0;
+}

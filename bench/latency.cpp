@@ -1,0 +1,83 @@
+#include <chrono>
+
+#include "bench/sections.h"
+#include "bench/session.h"
+#include "bench/statistics.h"
+#include "bench/table.h"
+
+namespace vorrin::bench {
+
+namespace {
+
+using x11_tests::Client;
+using x11_tests::ClientEvent;
+
+constexpr int rounds = 100;
+constexpr std::uint16_t letterKey = 0;
+constexpr double interval = 0.001;
+
+std::int64_t now() {
+  return std::chrono::duration_cast<std::chrono::nanoseconds>(
+             std::chrono::steady_clock::now().time_since_epoch())
+      .count();
+}
+
+double milliseconds(std::int64_t from, std::int64_t to) {
+  return static_cast<double>(to - from) / 1e6;
+}
+
+struct Latencies {
+  std::vector<double> plainKey;
+  std::vector<double> start;
+  std::vector<double> stop;
+};
+
+bool isKeyPress(const ClientEvent& event) {
+  return event.kind == "KeyPress";
+}
+bool isButtonPress(const ClientEvent& event) {
+  return event.kind == "ButtonPress";
+}
+
+void measureRound(Client& client, x11_tests::User& user, Latencies& latencies) {
+  const std::int64_t letterPressed = now();
+  user.tap(letterKey);
+  latencies.plainKey.push_back(
+      milliseconds(letterPressed, client.readUntil(isKeyPress).back().arrival));
+  const std::int64_t tabPressed = now();
+  user.tap(tabKey);
+  const std::int64_t firstClick = client.readUntil(isButtonPress).back().arrival;
+  latencies.start.push_back(milliseconds(tabPressed, firstClick) - interval * 1000);
+  const std::int64_t escapePressed = now();
+  user.tap(escapeKey);
+  std::int64_t lastClick = escapePressed;
+  for (const ClientEvent& event : client.readAll(user)) {
+    if (isButtonPress(event)) lastClick = event.arrival;
+  }
+  latencies.stop.push_back(std::max(0.0, milliseconds(escapePressed, lastClick)));
+}
+
+Row row(const std::string& name, const std::vector<double>& values,
+        const std::vector<double>& reference) {
+  return {name, fixed(median(values), 2), fixed(percentile(values, 0.99), 2),
+          fixed(median(values) / median(reference), 2)};
+}
+
+}  // namespace
+
+void measureLatency() {
+  Stage stage;
+  const auto vorrin = startConnectedVorrin(stage, clickingEvery(interval));
+  Client client(stage.desktop.display());
+  stage.user.pointAt(client.window());
+  Latencies latencies;
+  for (int round = 0; round < rounds; ++round) measureRound(client, stage.user, latencies);
+  printTable("From a key press, in ms (100 rounds)",
+             {{"what", "p50", "p99", "of a plain key's"},
+              row("a plain key's arrival (reference)", latencies.plainKey, latencies.plainKey),
+              row("shortcut to the start (first click less one interval)", latencies.start,
+                  latencies.plainKey),
+              row("Escape to the last click received", latencies.stop, latencies.plainKey)});
+}
+
+}  // namespace vorrin::bench

@@ -1,0 +1,12 @@
+#pragma once
+
+namespace vorrin::bench {
+
+/// The sections of the benchmark. Each starts what it needs, measures, and prints its table.
+void measureClicks();
+void measureLatency();
+void measureIdle();
+void measureStartup();
+void measureStore();
+
+}  // namespace vorrin::bench
