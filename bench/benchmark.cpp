@@ -1,5 +1,6 @@
 // Measures Vorrin against named references in one run and prints the tables.
 // usage: vorrin_benchmark [SECTION...]     (clicks, latency, idle, startup, store; all without one)
+#include <algorithm>
 #include <cstdio>
 #include <exception>
 #include <fstream>
