@@ -204,6 +204,20 @@ TEST_F(MacosEventTap, that_is_not_wanted_stays_disabled_when_the_grant_is_back) 
   EXPECT_EQ(quartz.tapEnabled(), false);
 }
 
+TEST_F(MacosEventTap, has_ended_when_the_grant_is_back_and_it_cannot_be_enabled_any_more) {
+  std::optional<EventTap> tap;
+  tap = EventTap::create(keyMask, {}, &callback, [&tap] { tap.reset(); });
+  tap->addToMainRunLoop();
+  tap->setEnabled(true);
+  quartz.trusted = false;
+  quartz.fireTimers();
+  quartz.trusted = true;
+  quartz.tapStaysOff = true;
+  quartz.fireTimers();
+  EXPECT_FALSE(tap);
+  EXPECT_EQ(quartz.liveObjects(), 0U);
+}
+
 TEST_F(MacosEventTap, is_left_alone_while_the_grant_lasts) {
   const EventTap tap = connected();
   quartz.fireTimers();

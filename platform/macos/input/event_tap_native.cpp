@@ -39,8 +39,9 @@ EventTap::Native::Native(CoreFoundationHandle<CFMachPortRef> port, Callback call
 
 EventTap::Native::~Native() {
   trustWatch_.reset();
-  deliver(false);
   CFMachPortSetInvalidationCallBack(port_.get(), nullptr);
+  if (CFMachPortIsValid(port_.get()) == 0) return;
+  deliver(false);
   // Takes the tap out of the event path and its run-loop source with it; releasing alone does not.
   CFMachPortInvalidate(port_.get());
 }
@@ -63,12 +64,15 @@ void EventTap::Native::deliver(bool on) {
 }
 
 void EventTap::Native::trustMayHaveChanged() {
+  const std::shared_ptr<Native> kept = current<Native>().lock();
   const bool trusted = isProcessTrusted();
   if (delivering_ && !trusted) {
     deliver(false);
     callback_({.type = EventType::tapDisabledByUserInput});
   } else if (!delivering_ && wanted_ && trusted) {
     deliver(true);
+    // A tap that a new grant does not bring back is as good as gone.
+    if (!CGEventTapIsEnabled(port_.get())) tellInvalidated();
   }
 }
 

@@ -9,7 +9,9 @@ namespace {
 constexpr CFTimeInterval secondsBetweenChecks = 0.1;
 
 void runCheck(void* check) {
-  (*static_cast<std::function<void()>*>(check))();
+  // A copy, since the check may end the watch.
+  const auto kept = *static_cast<std::function<void()>*>(check);
+  kept();
 }
 
 void timerFired(CFRunLoopTimerRef /*timer*/, void* check) {

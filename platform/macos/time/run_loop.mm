@@ -16,6 +16,16 @@ id<NSObject> beginTimelyActivity() {
                         reason:@"Repeating an input macro"];
 }
 
+template <typename Native>
+void fire(const Native& native) {
+  // The application's own pool is emptied only when the user does something.
+  @autoreleasepool {
+    // The block run may invalidate the timer.
+    const auto block = native.block;
+    if (block) (*block)();
+  }
+}
+
 }  // namespace
 
 RunLoop RunLoop::main() {
@@ -28,9 +38,7 @@ void RunLoop::add(const Timer& timer, RunLoopMode mode) const {
   native->timer = [NSTimer timerWithTimeInterval:native->interval
                                          repeats:YES
                                            block:^(NSTimer*) {
-                                             // The block run may invalidate the timer.
-                                             const auto block = native->block;
-                                             if (block) (*block)();
+                                             fire(*native);
                                            }];
   native->timer.tolerance = 0;
   if (mode == RunLoopMode::common) native->activity = beginTimelyActivity();

@@ -24,6 +24,8 @@ Button Button::push(const std::string& title, Action action) {
 
 Button Button::checkbox(const std::string& title, Action action) {
   NSButton* button = [NSButton checkboxWithTitle:nsString(title) target:nil action:nil];
+  // Draws nothing on a check box; `kind` tells it from a push button by this.
+  button.bezelStyle = NSBezelStyleRegularSquare;
   connectAction(button, action);
   return Button(nativeOf(button));
 }

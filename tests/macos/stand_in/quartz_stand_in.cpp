@@ -276,6 +276,10 @@ void CFMachPortInvalidate(CFMachPortRef port) {
   if (port->invalidated != nullptr) port->invalidated(port, nullptr);
 }
 
+Boolean CFMachPortIsValid(CFMachPortRef port) {
+  return port->valid ? 1 : 0;
+}
+
 CFRunLoopRef CFRunLoopGetMain() {
   return &mainRunLoop;
 }
@@ -350,7 +354,11 @@ CFMachPortRef CGEventTapCreate(CGEventTapLocation location, CGEventTapPlacement 
 
 void CGEventTapEnable(CFMachPortRef port, bool enable) {
   record("CGEventTapEnable", std::string(port == tap() ? "tap" : "?"), enable);
-  port->enabled = enable;
+  port->enabled = enable && !standIn().tapStaysOff;
+}
+
+bool CGEventTapIsEnabled(CFMachPortRef port) {
+  return port->enabled;
 }
 
 std::int64_t CGEventGetIntegerValueField(CGEventRef event, CGEventField field) {

@@ -20,6 +20,7 @@ class QuartzStandIn {
   /// What the functions answer.
   bool trusted = true;
   bool refusesTaps = false;
+  bool tapStaysOff = false;  ///< enabling the tap has no effect
   /// Types of events whose making fails; 0 stands for the throw-away event of `CGEventCreate`.
   std::vector<std::uint32_t> refusedEvents;
   CGPoint pointer{0, 0};

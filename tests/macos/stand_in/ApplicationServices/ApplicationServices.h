@@ -66,6 +66,7 @@ CFRunLoopSourceRef CFMachPortCreateRunLoopSource(CFAllocatorRef allocator, CFMac
                                                  CFIndex order);
 void CFMachPortSetInvalidationCallBack(CFMachPortRef port, CFMachPortInvalidationCallBack callback);
 void CFMachPortInvalidate(CFMachPortRef port);
+Boolean CFMachPortIsValid(CFMachPortRef port);
 
 CFRunLoopRef CFRunLoopGetMain();
 void CFRunLoopAddSource(CFRunLoopRef runLoop, CFRunLoopSourceRef source, CFRunLoopMode mode);
@@ -133,6 +134,7 @@ CFMachPortRef CGEventTapCreate(CGEventTapLocation tap, CGEventTapPlacement place
                                CGEventTapOptions options, CGEventMask eventsOfInterest,
                                CGEventTapCallBack callback, void* userInfo);
 void CGEventTapEnable(CFMachPortRef tap, bool enable);
+bool CGEventTapIsEnabled(CFMachPortRef tap);
 
 std::int64_t CGEventGetIntegerValueField(CGEventRef event, CGEventField field);
 void CGEventSetIntegerValueField(CGEventRef event, CGEventField field, std::int64_t value);
