@@ -63,3 +63,16 @@ file(WRITE ${json}/nlohmann_json-config.cmake
 endif()
 ")
 set(nlohmann_json_DIR ${json})
+
+# The test framework is compiled from its sources.
+set(framework ${CMAKE_BINARY_DIR}/macos-cross-gtest)
+set(VORRIN_GTEST_SOURCES /usr/src/googletest CACHE PATH "Sources of GoogleTest")
+file(WRITE ${framework}/GTestConfig.cmake
+"if(NOT TARGET GTest::gtest)
+  set(INSTALL_GTEST OFF)
+  add_subdirectory(\${VORRIN_GTEST_SOURCES} ${framework}/build EXCLUDE_FROM_ALL)
+endif()
+")
+set(GTest_DIR ${framework})
+# Tests cannot be asked for their names here.
+set(CMAKE_GTEST_DISCOVER_TESTS_DISCOVERY_MODE PRE_TEST)

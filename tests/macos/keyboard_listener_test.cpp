@@ -99,7 +99,7 @@ TEST_F(MacosKeyboardListener, lets_the_programs_own_events_pass_unseen) {
 
 TEST_F(MacosKeyboardListener, takes_each_of_the_four_modifiers_for_one) {
   connectKeyboardListener();
-  for (const std::uint64_t flag : {0x20000, 0x40000, 0x80000, 0x100000}) {
+  for (const std::uint64_t flag : {0x20000U, 0x40000U, 0x80000U, 0x100000U}) {
     EXPECT_TRUE(passes({.type = keyDown, .keyCode = backtick, .flags = flag})) << std::hex << flag;
     EXPECT_FALSE(engine.running[0]);
   }
@@ -107,7 +107,7 @@ TEST_F(MacosKeyboardListener, takes_each_of_the_four_modifiers_for_one) {
 
 TEST_F(MacosKeyboardListener, takes_caps_lock_pad_help_and_function_for_no_modifiers) {
   connectKeyboardListener();
-  for (const std::uint64_t flag : {0x10000, 0x200000, 0x400000, 0x800000}) {
+  for (const std::uint64_t flag : {0x10000U, 0x200000U, 0x400000U, 0x800000U}) {
     EXPECT_FALSE(passes({.type = keyDown, .keyCode = backtick, .flags = flag})) << std::hex << flag;
     passes({.type = keyUp, .keyCode = backtick});
   }
