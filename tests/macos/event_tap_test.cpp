@@ -242,11 +242,11 @@ TEST_F(MacosEventTap, may_be_dropped_by_whoever_is_told_that_it_ended) {
 }
 
 TEST_F(MacosEventTap, is_disabled_and_taken_out_of_the_event_path_with_its_last_copy) {
-  {
-    const EventTap tap = connected();
-    const EventTap copy = tap;
-    quartz.takeCalls();
-  }
+  std::optional<EventTap> tap = connected();
+  std::optional<EventTap> copy = tap;
+  tap.reset();
+  EXPECT_THAT(quartz.takeCalls(), IsEmpty());
+  copy.reset();
   EXPECT_THAT(quartz.takeCalls(),
               ElementsAre("CGEventTapEnable(tap, false)", "CFMachPortInvalidate(tap)"));
   EXPECT_EQ(quartz.liveObjects(), 0U);
