@@ -21,6 +21,7 @@ int runApplication(int argumentCount, char** argumentValues,
            [&delegate](bool hasVisibleWindows) {
              return delegate->applicationShouldHandleReopen(hasVisibleWindows);
            },
+       .stopAll = &App::stopAll,
        .shouldTerminateAfterLastWindowClosed =
            &App::applicationShouldTerminateAfterLastWindowClosed,
        .willTerminate = &App::applicationWillTerminate});

@@ -15,6 +15,8 @@ struct ApplicationDelegate {
   /// The user asked for the program again while it runs; the argument says whether a window is
   /// visible.
   std::function<bool(bool hasVisibleWindows)> shouldHandleReopen;
+  /// The user chose, at the program's icon in the desktop, to stop both macros.
+  std::function<void()> stopAll;
   /// After the last window was closed; true ends the application.
   std::function<bool()> shouldTerminateAfterLastWindowClosed;
   std::function<void()> willTerminate;
@@ -32,7 +34,9 @@ class Application {
 
   void setDelegate(ApplicationDelegate delegate);
 
-  /// Finishes launching, then serves events until `terminate`. The result is the exit status.
+  /// Finishes launching, then serves events until `terminate`. The result is the exit status. When
+  /// the program runs already in the user's session, that one is asked to reopen and the result is
+  /// 0 at once, with nothing launched.
   int run();
 
   /// Ends the application after telling the delegate.

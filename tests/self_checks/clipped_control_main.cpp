@@ -22,6 +22,7 @@ int main(int argumentCount, char** argumentValues) {
   const auto app = std::make_shared<vorrin::App>(arguments, checkWithClippedControl);
   application.setDelegate({.didFinishLaunching = [&app] { app->applicationDidFinishLaunching(); },
                            .shouldHandleReopen = {},
+                           .stopAll = {},
                            .shouldTerminateAfterLastWindowClosed = {},
                            .willTerminate = {}});
   return application.run();

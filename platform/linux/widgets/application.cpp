@@ -9,6 +9,7 @@
 #include <span>
 #include <string_view>
 
+#include "platform/linux/instance/single_instance.h"
 #include "platform/linux/widgets/dark_style.h"
 #include "platform/linux/widgets/launch_environment.h"
 #include "platform/linux/widgets/main_menu.h"
@@ -21,7 +22,7 @@ namespace {
 
 constexpr auto identifier = "org.vorrin.Vorrin";
 
-bool isInterfaceTest(int argumentCount, char** arguments) {
+bool holdsInterfaceTest(int argumentCount, char** arguments) {
   const std::span all(arguments, static_cast<std::size_t>(argumentCount));
   return std::any_of(all.begin(), all.end(),
                      [](std::string_view argument) { return argument == "--ui-test"; });
@@ -38,25 +39,33 @@ struct Application::Native {
   void lastWindowClosed() const;
   void terminate();
   void tellTermination();
+  void finishLaunching();
+  void reopen() const;
+  void stopAll() const;
 
   static Native* shared;
 
   /// Only the program's name: all other arguments are Vorrin's own, and the widget library ends
   /// the process on some that it knows.
   int argumentCount = 1;
+  const bool isInterfaceTest;
   LaunchEnvironment launch;
   QApplication application;
   TerminationSignals terminationSignals;
+  SingleInstance instance;
   ApplicationDelegate delegate;
+  bool isLaunched = false;
   bool isTerminated = false;
 };
 
 Application::Native* Application::Native::shared = nullptr;
 
 Application::Native::Native(int count, char** arguments)
-    : launch(!isInterfaceTest(count, arguments)),
+    : isInterfaceTest(holdsInterfaceTest(count, arguments)),
+      launch(!isInterfaceTest),
       application(argumentCount, arguments),
-      terminationSignals([this] { terminate(); }) {
+      terminationSignals([this] { terminate(); }),
+      instance({.reopen = [this] { reopen(); }, .stopAll = [this] { stopAll(); }}) {
   shared = this;
   QApplication::setApplicationName(identifier);
   QApplication::setApplicationDisplayName("Vorrin");
@@ -95,6 +104,26 @@ void Application::Native::tellTermination() {
   if (delegate.willTerminate) delegate.willTerminate();
 }
 
+void Application::Native::finishLaunching() {
+  if (delegate.didFinishLaunching) delegate.didFinishLaunching();
+  isLaunched = true;
+}
+
+// Before the launch is finished there is neither a window nor a macro; the window is about to be
+// shown anyway.
+
+void Application::Native::reopen() const {
+  if (!isLaunched || !delegate.shouldHandleReopen) return;
+  const QWidgetList widgets = QApplication::topLevelWidgets();
+  delegate.shouldHandleReopen(std::any_of(widgets.begin(), widgets.end(), [](QWidget* widget) {
+    return widget->isVisible() && !widget->isMinimized();
+  }));
+}
+
+void Application::Native::stopAll() const {
+  if (isLaunched && delegate.stopAll) delegate.stopAll();
+}
+
 Application::Application(int& argumentCount, char** arguments)
     : native_(std::make_unique<Native>(argumentCount, arguments)) {}
 
@@ -105,9 +134,8 @@ void Application::setDelegate(ApplicationDelegate delegate) {
 }
 
 int Application::run() {
-  QTimer::singleShot(0, &native_->application, [this] {
-    if (native_->delegate.didFinishLaunching) native_->delegate.didFinishLaunching();
-  });
+  if (!native_->isInterfaceTest && !native_->instance.claim()) return 0;
+  QTimer::singleShot(0, &native_->application, [this] { native_->finishLaunching(); });
   return native_->isTerminated ? 0 : QApplication::exec();
 }
 

@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "platform/linux/instance/silent_buses.h"
+
 namespace vorrin {
 
 namespace {
@@ -58,6 +60,7 @@ LaunchEnvironment::LaunchEnvironment(bool needsDisplay) {
   preset("QT_NO_GLIB", "1");
   // Desktop themes load a second toolkit. Colours and shapes are Vorrin's own here anyway.
   preset("QT_QPA_PLATFORMTHEME", "generic");
+  disregardSilentBuses();
   if (!needsDisplay) {
     preset("QT_QPA_PLATFORM", isAnyDisplayNamed() ? "xcb;wayland;offscreen" : "offscreen");
   }

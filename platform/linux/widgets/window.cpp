@@ -7,6 +7,7 @@
 
 #include "platform/linux/widgets/native_text.h"
 #include "platform/linux/widgets/palette.h"
+#include "platform/linux/widgets/window_activation.h"
 #include "platform/linux/widgets/window_widget.h"
 
 namespace vorrin {
@@ -87,11 +88,7 @@ void Window::orderFront() const {
 }
 
 void Window::makeKeyAndOrderFront() const {
-  WindowWidget& window = widgetOf(*this);
-  window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
-  window.show();
-  window.raise();
-  window.activateWindow();
+  bringToFront(widgetOf(*this));
 }
 
 }  // namespace vorrin

@@ -1,18 +1,15 @@
 #include "platform/linux/widgets/window_widget.h"
 
-#include <xcb/xcb.h>
-
 #include <QDialog>
 #include <QEvent>
 #include <QGuiApplication>
 #include <QVBoxLayout>
 #include <algorithm>
-#include <cstdlib>
-#include <memory>
 #include <string_view>
 
 #include "platform/linux/widgets/main_menu.h"
 #include "platform/linux/widgets/palette.h"
+#include "platform/linux/widgets/x11_atom.h"
 
 namespace vorrin {
 
@@ -32,15 +29,6 @@ Qt::WindowFlags flags(std::uint32_t style) {
     flags |= Qt::WindowMaximizeButtonHint | Qt::WindowFullscreenButtonHint;
   }
   return flags;
-}
-
-xcb_atom_t atom(xcb_connection_t* connection, std::string_view name) {
-  constexpr std::uint8_t makeItIfMissing = 0;
-  const auto request = xcb_intern_atom(connection, makeItIfMissing,
-                                       static_cast<std::uint16_t>(name.size()), name.data());
-  const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> reply(
-      xcb_intern_atom_reply(connection, request, nullptr), &std::free);
-  return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
 }
 
 }  // namespace
@@ -95,7 +83,7 @@ void WindowWidget::askForDarkFrame() {
   constexpr std::string_view variant = "dark";
   xcb_connection_t* const connection = x11->connection();
   xcb_change_property(connection, XCB_PROP_MODE_REPLACE, static_cast<xcb_window_t>(winId()),
-                      atom(connection, name), atom(connection, type), 8,
+                      x11Atom(connection, name), x11Atom(connection, type), 8,
                       static_cast<std::uint32_t>(variant.size()), variant.data());
 }
 

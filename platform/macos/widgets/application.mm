@@ -27,6 +27,17 @@
   return _delegate.shouldHandleReopen(visible);
 }
 
+- (NSMenu*)applicationDockMenu:(NSApplication*)application {
+  NSMenu* menu = [[NSMenu alloc] init];
+  [menu addItemWithTitle:@"Stop Both Macros" action:@selector(stopAll:) keyEquivalent:@""].target =
+      self;
+  return menu;
+}
+
+- (void)stopAll:(NSMenuItem*)sender {
+  _delegate.stopAll();
+}
+
 - (BOOL)applicationShouldTerminateAfterLastWindowClosed:(NSApplication*)application {
   return _delegate.shouldTerminateAfterLastWindowClosed();
 }

@@ -1,0 +1,65 @@
+#include "platform/linux/instance/silent_buses.h"
+
+#include <fcntl.h>
+#include <poll.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <string>
+
+#include "platform/linux/foundation/file_descriptor.h"
+#include "platform/linux/instance/bus_address.h"
+
+namespace vorrin {
+
+namespace {
+
+constexpr std::chrono::milliseconds patience{1000};
+
+bool waitFor(const FileDescriptor& socket, short events) {
+  pollfd watched{.fd = socket.get(), .events = events, .revents = 0};
+  return ::poll(&watched, 1, static_cast<int>(patience.count())) == 1 &&
+         (watched.revents & events) != 0;
+}
+
+/// A bus whose process hangs still takes connections, for the kernel does that. What tells is
+/// whether it answers the question for the ways to authenticate, which any bus does at once.
+bool answers(const LocalSocketAddress& place) {
+  // A connection that would have to wait for a full queue fails instead.
+  const FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+  if (!socket.isOpen() || ::connect(socket.get(), reinterpret_cast<const sockaddr*>(&place.address),
+                                    place.length) != 0) {
+    return false;
+  }
+  constexpr char question[] = "\0AUTH\r\n";
+  constexpr std::size_t length = sizeof(question) - 1;
+  if (::send(socket.get(), question, length, MSG_NOSIGNAL) != static_cast<ssize_t>(length)) {
+    return false;
+  }
+  char firstByte = 0;
+  return waitFor(socket, POLLIN) && ::recv(socket.get(), &firstByte, 1, 0) == 1;
+}
+
+bool mayAnswer(const BusAddress& place) {
+  // "autolaunch" is the wish to have a bus started. Buses on other machines and the like are taken
+  // at their word.
+  if (place.transport == "unix") return place.local && answers(*place.local);
+  return place.transport != "autolaunch";
+}
+
+void disregardIfSilent(const char* variable, const char* usualPlace) {
+  const char* const named = std::getenv(variable);
+  const auto places = readBusAddresses(named != nullptr && *named != '\0' ? named : usualPlace);
+  if (std::any_of(places.begin(), places.end(), mayAnswer)) return;
+  ::setenv(variable, "disabled:", 1);
+}
+
+}  // namespace
+
+void disregardSilentBuses() {
+  disregardIfSilent("DBUS_SESSION_BUS_ADDRESS", "unix:runtime=yes");
+  disregardIfSilent("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/run/dbus/system_bus_socket");
+}
+
+}  // namespace vorrin

@@ -1,0 +1,90 @@
+#include "platform/linux/instance/single_instance.h"
+
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusReply>
+
+namespace vorrin {
+
+namespace {
+
+constexpr auto name = "org.vorrin.Vorrin";
+constexpr auto path = "/org/vorrin/Vorrin";
+constexpr auto interface = "org.freedesktop.Application";
+constexpr int answerMilliseconds = 2000;
+
+/// How often a name may turn out to be somebody's who is gone before one of the two steps: each
+/// time another start has to end just then.
+constexpr int claimAttempts = 5;
+
+// Variables by which a launcher hands over the user's wish to see the program's window, and the
+// names under which the interface passes them on.
+constexpr auto tokenVariable = "XDG_ACTIVATION_TOKEN";
+constexpr auto tokenKey = "activation-token";
+constexpr auto startupVariable = "DESKTOP_STARTUP_ID";
+constexpr auto startupKey = "desktop-startup-id";
+
+QVariantMap ownPlatformData() {
+  QVariantMap data;
+  if (qEnvironmentVariableIsSet(tokenVariable)) {
+    data[tokenKey] = qEnvironmentVariable(tokenVariable);
+  }
+  if (qEnvironmentVariableIsSet(startupVariable)) {
+    data[startupKey] = qEnvironmentVariable(startupVariable);
+  }
+  return data;
+}
+
+}  // namespace
+
+SingleInstance::SingleInstance(InstanceRequests requests) : requests_(std::move(requests)) {}
+
+bool SingleInstance::claim() {
+  QDBusConnection bus = QDBusConnection::sessionBus();
+  if (!bus.isConnected()) return true;
+  // Whoever has the name can be asked at once.
+  bus.registerObject(path, this, QDBusConnection::ExportAllSlots);
+  for (int attempt = 0; attempt < claimAttempts; ++attempt) {
+    if (takeName(bus)) return true;
+    if (callUpFirst(bus)) return false;
+  }
+  return true;
+}
+
+bool SingleInstance::takeName(const QDBusConnection& bus) {
+  bus.interface()->setTimeout(answerMilliseconds);
+  const QDBusReply<QDBusConnectionInterface::RegisterServiceReply> reply =
+      bus.interface()->registerService(name);
+  // A bus that gives names to nobody must not keep the program from starting.
+  return !reply.isValid() || reply.value() == QDBusConnectionInterface::ServiceRegistered;
+}
+
+bool SingleInstance::callUpFirst(const QDBusConnection& bus) {
+  QDBusMessage call = QDBusMessage::createMethodCall(name, path, interface, "Activate");
+  call << ownPlatformData();
+  // The bus must not start yet another one to answer this.
+  call.setAutoStartService(false);
+  const QDBusMessage answer = bus.call(call, QDBus::Block, answerMilliseconds);
+  if (answer.type() != QDBusMessage::ErrorMessage) return true;
+  // One that is busy has the call waiting for it; one that ended meanwhile has given back the name.
+  return bus.interface()->isServiceRegistered(name);
+}
+
+void SingleInstance::Activate(const QVariantMap& platformData) {
+  // The widget library takes the token from here when it next raises a window.
+  if (platformData.contains(tokenKey)) {
+    qputenv(tokenVariable, platformData.value(tokenKey).toString().toUtf8());
+  }
+  requests_.reopen();
+}
+
+void SingleInstance::Open(const QStringList& /*addresses*/, const QVariantMap& platformData) {
+  Activate(platformData);
+}
+
+void SingleInstance::ActivateAction(const QString& action, const QVariantList& /*parameters*/,
+                                    const QVariantMap& /*platformData*/) {
+  if (action == QLatin1String("stop-all")) requests_.stopAll();
+}
+
+}  // namespace vorrin

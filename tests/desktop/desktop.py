@@ -1,0 +1,206 @@
+"""A desktop of a test's own: X server, window manager, message buses, home directory and programs."""
+
+import os
+import pathlib
+import shutil
+import signal
+import subprocess
+import tempfile
+import time
+
+PROGRAM = os.environ["VORRIN_PROGRAM"]
+CLIENT = os.environ["VORRIN_TEST_CLIENT"]
+BUS_NAME = "org.vorrin.Vorrin"
+PATIENCE = 20.0
+DIGIT_1 = 10  # the server's code of the key that the keyboard macro repeats at first
+
+
+def wait_until(holds, what, bound=PATIENCE):
+    """Waits until `holds()` gives something true, and gives that."""
+    end = time.monotonic() + bound
+    while time.monotonic() < end:
+        result = holds()
+        if result:
+            return result
+        time.sleep(0.02)
+    raise AssertionError(f"not within {bound} s: {what}")
+
+
+class Desktop:
+    """Everything ends with the `with` block, in the opposite order of its start."""
+
+    def __init__(self, session_bus=True, window_manager=True, variables=None):
+        self._wants_session_bus = session_bus
+        self._wants_window_manager = window_manager
+        self._variables = variables or {}
+        self._processes = []
+
+    def __enter__(self):
+        try:
+            self._start()
+        except BaseException:
+            self.__exit__()
+            raise
+        return self
+
+    def __exit__(self, *_):
+        for process in reversed(self._processes):
+            self.end(process)
+        shutil.rmtree(self.home, ignore_errors=True)
+
+    def _start(self):
+        self.home = pathlib.Path(tempfile.mkdtemp(prefix="vorrin-desktop-"))
+        (self.home / "Library/Logs").mkdir(parents=True)
+        runtime = self.home / "runtime"
+        runtime.mkdir(mode=0o700)
+        self.environment = {
+            "HOME": str(self.home),
+            "XDG_RUNTIME_DIR": str(runtime),
+            "PATH": os.environ["PATH"],
+            "LANG": "C.UTF-8",
+            "DBUS_SYSTEM_BUS_ADDRESS": "unix:path=/nonexistent",
+        }
+        for name in ("LSAN_OPTIONS", "ASAN_OPTIONS", "UBSAN_OPTIONS"):
+            if name in os.environ:
+                self.environment[name] = os.environ[name]
+        self.environment.update(self._variables)
+        self._start_display()
+        if self._wants_session_bus:
+            self.session_bus, address = self.start_bus()
+            self.environment["DBUS_SESSION_BUS_ADDRESS"] = address
+        if self._wants_window_manager:
+            self.start(["openbox", "--sm-disable"])
+            wait_until(lambda: "window id" in self.text("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"),
+                       "a window manager")
+
+    def _start_display(self):
+        reading, writing = os.pipe()
+        self.start(["Xvfb", "-displayfd", str(writing), "-noreset", "-nolisten", "tcp",
+                    "-screen", "0", "1280x1024x24"], pass_fds=[writing])
+        os.close(writing)
+        with os.fdopen(reading) as number:
+            self.environment["DISPLAY"] = ":" + number.readline().strip()
+
+    def start(self, command, **options):
+        """Starts a program that ends with the desktop at the latest."""
+        environment = {**self.environment, **options.pop("variables", {})}
+        options.setdefault("stdout", subprocess.DEVNULL)
+        options.setdefault("stderr", subprocess.DEVNULL)
+        process = subprocess.Popen(command, env=environment, stdin=subprocess.DEVNULL,
+                                   start_new_session=True, **options)
+        self._processes.append(process)
+        return process
+
+    @staticmethod
+    def end(process):
+        if process.poll() is None:
+            os.killpg(process.pid, signal.SIGCONT)
+            os.killpg(process.pid, signal.SIGTERM)
+            try:
+                process.wait(10)
+            except subprocess.TimeoutExpired:
+                os.killpg(process.pid, signal.SIGKILL)
+                process.wait()
+        for stream in (process.stdout, process.stderr):
+            if stream:
+                stream.close()
+
+    def start_bus(self):
+        """A message bus and its address."""
+        bus = self.start(["dbus-daemon", "--session", "--nofork", "--print-address"],
+                         stdout=subprocess.PIPE, text=True)
+        return bus, bus.stdout.readline().strip()
+
+    def text(self, *command):
+        """What a command says on its standard output."""
+        return subprocess.run(command, env=self.environment, stdin=subprocess.DEVNULL,
+                              stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True,
+                              timeout=PATIENCE, check=False).stdout.strip()
+
+    # Vorrin
+
+    def start_vorrin(self, *arguments, **options):
+        return self.start([PROGRAM, *arguments], stderr=subprocess.PIPE, text=True, **options)
+
+    def status(self):
+        try:
+            return (self.home / "Library/Logs/Vorrin-status.txt").read_text()
+        except FileNotFoundError:
+            return ""
+
+    def start_ready_vorrin(self, *arguments, **options):
+        (self.home / "Library/Logs/Vorrin-status.txt").unlink(missing_ok=True)
+        vorrin = self.start_vorrin(*arguments, **options)
+        wait_until(lambda: "ready=true" in self.status() and self.vorrin_windows(), "Vorrin at work")
+        return vorrin
+
+    def vorrin_windows(self):
+        """The windows of Vorrin that the window manager knows, also those that are minimised."""
+        _, _, windows = self.text("xprop", "-root", "_NET_CLIENT_LIST").partition("#")
+        numbers = [str(int(window, 16)) for window in windows.replace(",", " ").split()]
+        return [number for number in numbers
+                if self.text("xdotool", "getwindowname", number) == "Vorrin"]
+
+    def is_minimised(self, window):
+        return "Iconic" in self.text("xprop", "-id", window, "WM_STATE")
+
+    # The session bus
+
+    def call(self, method, *arguments, path="/org/vorrin/Vorrin", to=BUS_NAME):
+        return self.text("gdbus", "call", "--session", "--timeout", "10", "--dest", to,
+                         "--object-path", path, "--method", method, *arguments)
+
+    def name_owner_process(self, name=BUS_NAME):
+        """The process that has a name on the session bus; nothing when it has no owner."""
+        answer = self.call("org.freedesktop.DBus.GetConnectionUnixProcessID", name,
+                           path="/org/freedesktop/DBus", to="org.freedesktop.DBus")
+        return int(answer.split()[1].rstrip(",)")) if answer else None
+
+    # A user
+
+    def type(self, *keys):
+        self.text("xdotool", "key", "--delay", "30", *keys)
+
+    def active_window(self):
+        return self.text("xdotool", "getactivewindow")
+
+
+class Client:
+    """A program of somebody else's in front, and the keys it receives."""
+
+    def __init__(self, desktop):
+        self._desktop = desktop
+        self._log = desktop.home / "client"
+        with open(self._log, "wb") as log:
+            self.process = desktop.start([CLIENT], stdout=log)
+        self.window = wait_until(lambda: self._lines("window"), "the client's window")[0].split()[1]
+        wait_until(lambda: self._lines("FocusIn"), "the client's focus")
+
+    def _lines(self, kind):
+        return [line for line in self._log.read_text().splitlines() if line.startswith(kind + " ")]
+
+    def pressed(self):
+        """The server's key codes of all presses so far."""
+        return [int(line.split()[1]) for line in self._lines("KeyPress")]
+
+    def clicks(self):
+        return len(self._lines("ButtonPress"))
+
+    def focus(self):
+        self._desktop.text("xdotool", "windowactivate", "--sync", self.window)
+
+    def start_macros(self):
+        """Has the user start both macros, and waits until their clicks and digits arrive."""
+        self._desktop.text("xdotool", "mousemove", "--window", self.window, "50", "50")
+        self._toggle("Tab", 23, lambda: self.clicks() > 0)
+        self._toggle("grave", 49, lambda: DIGIT_1 in self.pressed())
+
+    def _toggle(self, key, code, has_started):
+        # Vorrin may learn a little later than this window that it is not in front any more; until
+        # then its shortcuts are keys as any others.
+        while True:
+            typed = self.pressed().count(code)
+            self._desktop.type(key)
+            wait_until(lambda: has_started() or self.pressed().count(code) > typed, "an effect of " + key)
+            if has_started():
+                return

@@ -1,0 +1,167 @@
+"""A second start of Vorrin in one session."""
+
+import os
+import signal
+import subprocess
+import time
+import unittest
+
+from desktop import Client, Desktop, wait_until
+
+
+class OneInstance(unittest.TestCase):
+    def second_start(self, desktop, **options):
+        second = desktop.start_vorrin(**options)
+        self.assertEqual(second.wait(15), 0, second.stderr.read() if second.stderr else "")
+        return second
+
+    def test_a_second_start_brings_the_first_to_the_front_and_ends_with_status_0(self):
+        with Desktop() as desktop:
+            first = desktop.start_ready_vorrin()
+            client = Client(desktop)
+            client.focus()
+            second = self.second_start(desktop)
+            self.assertEqual(second.stderr.read(), "")
+            window = desktop.vorrin_windows()
+            wait_until(lambda: desktop.active_window() in window, "the first's window in front")
+            self.assertEqual(desktop.name_owner_process(), first.pid)
+            self.assertEqual(len(window), 1)
+
+    def test_a_second_start_shows_a_minimised_window(self):
+        with Desktop() as desktop:
+            desktop.start_ready_vorrin()
+            window = desktop.vorrin_windows()[0]
+            desktop.text("xdotool", "windowminimize", "--sync", window)
+            wait_until(lambda: desktop.is_minimised(window), "a minimised window")
+            self.second_start(desktop)
+            wait_until(lambda: desktop.active_window() == window, "the window in front again")
+
+    def test_a_second_start_brings_a_window_from_another_desktop(self):
+        with Desktop() as desktop:
+            desktop.start_ready_vorrin()
+            window = desktop.vorrin_windows()[0]
+            desktop.text("xdotool", "set_num_desktops", "2")
+            desktop.text("xdotool", "set_desktop_for_window", window, "1")
+            desktop.text("xdotool", "set_desktop", "0")
+            client = Client(desktop)
+            client.focus()
+            self.second_start(desktop)
+            wait_until(lambda: desktop.active_window() == window, "the window in front")
+            self.assertEqual(desktop.text("xdotool", "get_desktop"),
+                             desktop.text("xdotool", "get_desktop_for_window", window))
+
+    def test_a_busy_first_is_not_waited_for_and_comes_to_the_front_later(self):
+        with Desktop() as desktop:
+            first = desktop.start_ready_vorrin()
+            client = Client(desktop)
+            client.focus()
+            os.kill(first.pid, signal.SIGSTOP)
+            self.second_start(desktop)
+            os.kill(first.pid, signal.SIGCONT)
+            window = desktop.vorrin_windows()[0]
+            wait_until(lambda: desktop.active_window() == window, "the window in front")
+
+    def test_two_starts_at_once_leave_exactly_one(self):
+        with Desktop() as desktop:
+            for _ in range(3):
+                starts = [desktop.start_vorrin() for _ in range(2)]
+                ended = wait_until(lambda: [start for start in starts if start.poll() is not None],
+                                   "one of two that ends")
+                self.assertEqual([start.returncode for start in ended], [0])
+                [living] = [start for start in starts if start.poll() is None]
+                wait_until(lambda: desktop.name_owner_process() == living.pid, "the name's owner")
+                wait_until(desktop.vorrin_windows, "its window")
+                desktop.end(living)
+
+    def test_a_first_that_was_killed_leaves_no_obstacle(self):
+        with Desktop() as desktop:
+            first = desktop.start_ready_vorrin()
+            first.kill()
+            first.wait()
+            second = desktop.start_ready_vorrin()
+            wait_until(lambda: desktop.name_owner_process() == second.pid, "the name's new owner")
+
+    def test_the_first_in_another_session_is_none_of_this_one(self):
+        with Desktop() as desktop, Desktop() as other:
+            desktop.start_ready_vorrin()
+            other.start_ready_vorrin()
+
+    def test_the_self_checks_take_no_part(self):
+        with Desktop() as desktop:
+            first = desktop.start_ready_vorrin()
+            for check in ("--self-test", "--ui-test"):
+                run = desktop.start_vorrin(check, cwd=desktop.home)
+                self.assertEqual(run.wait(60), 0, run.stderr.read())
+            self.assertTrue((desktop.home / "ui-preview.png").exists())
+            self.assertEqual(desktop.name_owner_process(), first.pid)
+
+
+class DesktopRequests(unittest.TestCase):
+    def test_activate_and_open_bring_the_window_to_the_front(self):
+        with Desktop() as desktop:
+            desktop.start_ready_vorrin()
+            client = Client(desktop)
+            window = desktop.vorrin_windows()[0]
+            for request in (["Activate", "{}"], ["Open", "['file:///etc/hostname']", "{}"]):
+                client.focus()
+                self.assertEqual(desktop.call("org.freedesktop.Application." + request[0],
+                                              *request[1:]), "()")
+                wait_until(lambda: desktop.active_window() == window, "the window in front")
+
+    def test_the_action_stop_all_stops_both_macros(self):
+        with Desktop() as desktop:
+            desktop.start_ready_vorrin()
+            client = Client(desktop)
+            client.focus()
+            desktop.text("xdotool", "mousemove", "--window", client.window, "50", "50")
+            client.start_macros()
+            self.assertEqual(desktop.call("org.freedesktop.Application.ActivateAction", "stop-all",
+                                          "[]", "{}"), "()")
+            # What was on its way arrives before a key typed after the answer.
+            desktop.type("x")
+            wait_until(lambda: 53 in client.pressed(), "the key typed afterwards")
+            before = (client.clicks(), client.pressed())
+            self.assertEqual(desktop.call("org.freedesktop.Application.ActivateAction", "no-such",
+                                          "[]", "{}"), "()")
+            desktop.type("x")
+            wait_until(lambda: client.pressed()[-2:] == [53, 53], "a second key")
+            self.assertEqual((client.clicks(), client.pressed()), (before[0], before[1] + [53]))
+
+
+class WithoutSessionBus(unittest.TestCase):
+    def start_in_time(self, desktop, **options):
+        begin = time.monotonic()
+        vorrin = desktop.start_ready_vorrin(**options)
+        self.assertLess(time.monotonic() - begin, 15)
+        desktop.end(vorrin)
+        self.assertEqual(vorrin.returncode, 0)
+
+    def test_no_bus_at_all(self):
+        with Desktop(session_bus=False) as desktop:
+            self.start_in_time(desktop)
+
+    def test_an_address_that_leads_nowhere(self):
+        for address in ("unix:path=/nonexistent/bus", "nonsense", "", "autolaunch:"):
+            with self.subTest(address), Desktop(
+                    session_bus=False, variables={"DBUS_SESSION_BUS_ADDRESS": address}) as desktop:
+                self.start_in_time(desktop)
+
+    def test_a_bus_that_hangs(self):
+        with Desktop() as desktop:
+            os.kill(desktop.session_bus.pid, signal.SIGSTOP)
+            self.start_in_time(desktop)
+
+    def test_a_bus_that_ends_leaves_the_program_running(self):
+        with Desktop() as desktop:
+            vorrin = desktop.start_ready_vorrin()
+            desktop.end(desktop.session_bus)
+            client = Client(desktop)
+            client.focus()
+            desktop.type("x")
+            wait_until(client.pressed, "a key")
+            with self.assertRaises(subprocess.TimeoutExpired):
+                vorrin.wait(0.5)
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
