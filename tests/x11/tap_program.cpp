@@ -113,8 +113,8 @@ void obey(const std::string& line) {
     return answer(command, state().tap->setSwallowable(readNumbers<std::uint16_t>(fields)));
   }
   if (command == "swallow") state().swallowed = readNumbers<std::int64_t>(fields);
-  if (command == "enable") state().tap->setEnabled(true);
-  if (command == "disable") state().tap->setEnabled(false);
+  if (command == "enable" && state().tap) state().tap->setEnabled(true);
+  if (command == "disable" && state().tap) state().tap->setEnabled(false);
   if (command == "drop") state().tap.reset();
   if (command == "drop-in-callback") state().dropInCallback = true;
   if (command == "block") {

@@ -1,0 +1,78 @@
+#include "other_client.h"
+#include "tap_test.h"
+
+namespace vorrin::x11_tests {
+namespace {
+
+// Layouts and keyboards that change while a tap is there.
+struct ChangeTest : TapTest {
+  ChangeTest() { swallow("50 48"); }
+
+  void setLayout(const std::vector<std::string>& arguments) {
+    std::vector<std::string> command{"setxkbmap"};
+    command.insert(command.end(), arguments.begin(), arguments.end());
+    Process process(command, {{"DISPLAY", desktop.display()}});
+    ASSERT_EQ(process.waitForEnd(), Ending{});
+  }
+};
+
+struct EachLayout : ChangeTest, testing::WithParamInterface<std::string> {};
+
+INSTANTIATE_TEST_SUITE_P(Layouts, EachLayout,
+                         testing::Values("de", "fr", "us,ru", "us -variant dvorak",
+                                         "de -option ctrl:swapcaps"),
+                         [](const auto& layout) {
+                           return "layout" + std::to_string(layout.index);
+                         });
+
+TEST_P(EachLayout, keeps_the_shortcuts_where_they_are) {
+  std::vector<std::string> words;
+  std::istringstream text(GetParam());
+  for (std::string word; text >> word;) words.push_back(word);
+  setLayout(words);
+  user.tap(keys::backtick);
+  user.tap(keys::tab);
+  EXPECT_EQ(describe(tap.readSeen(user)), "50+ 50- 48+ 48-");
+  EXPECT_EQ(keysOf(client.readAll(user)), "");
+}
+
+TEST_F(ChangeTest, the_third_level_key_of_a_new_layout_is_a_modifier) {
+  setLayout({"de"});
+  user.pressEvdev(modifier_keys::altGr);
+  user.tap(keys::backtick);
+  user.releaseEvdev(modifier_keys::altGr);
+  const std::vector<SeenKey> seen = tap.readSeen(user);
+  ASSERT_EQ(describe(seen), "50+ 50-");
+  EXPECT_EQ(seen.front().flags, 0x80000U);
+}
+
+TEST_F(ChangeTest, posted_keys_keep_their_position_under_a_new_layout) {
+  setLayout({"fr"});
+  ASSERT_TRUE(tap.command("post 18 7 1"));
+  EXPECT_EQ(
+      keysOf(client.readUntil([](const ClientEvent& event) { return event.kind == "KeyRelease"; })),
+      tapOf(18));
+}
+
+TEST_F(ChangeTest, shortcuts_stay_swallowed_when_devices_come_and_go) {
+  OtherClient other(desktop.display());
+  other.addMaster("second");
+  user.tap(keys::backtick);
+  EXPECT_EQ(keysOf(received()), "");
+  other.removeMaster("second");
+  user.tap(keys::backtick);
+  EXPECT_EQ(keysOf(received()), "");
+}
+
+TEST_F(ChangeTest, shortcuts_stay_swallowed_when_the_keyboard_is_taken_off_and_attached_again) {
+  OtherClient other(desktop.display());
+  other.detachKeyboard();
+  tap.readSeen(user);
+  other.attachKeyboard();
+  user.tap(keys::backtick);
+  EXPECT_EQ(describe(tap.readSeen(user)), "50+ 50-");
+  EXPECT_EQ(keysOf(client.readAll(user)), "");
+}
+
+}  // namespace
+}  // namespace vorrin::x11_tests

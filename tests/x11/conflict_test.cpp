@@ -1,0 +1,107 @@
+#include <optional>
+
+#include "other_client.h"
+#include "tap_test.h"
+
+namespace vorrin::x11_tests {
+namespace {
+
+TEST_F(TapTest, a_key_held_by_another_program_gives_no_tap) {
+  OtherClient other(desktop.display());
+  ASSERT_TRUE(other.holdKey(keys::tab));
+  EXPECT_FALSE(tap.command("create 50 48"));
+  EXPECT_TRUE(tap.command("trusted"));
+}
+
+TEST_F(TapTest, a_refused_tap_holds_none_of_its_keys) {
+  OtherClient other(desktop.display());
+  ASSERT_TRUE(other.holdKey(keys::tab));
+  ASSERT_FALSE(tap.command("create 50 48"));
+  user.tap(keys::backtick);
+  EXPECT_EQ(keysOf(client.readAll(user)), tapOf(keys::backtick));
+}
+
+TEST_F(TapTest, a_key_is_taken_when_the_program_that_held_it_has_ended) {
+  std::optional<OtherClient> other(desktop.display());
+  ASSERT_TRUE(other->holdKey(keys::tab));
+  ASSERT_FALSE(tap.command("create 50 48"));
+  other.reset();
+  EXPECT_TRUE(tap.command("create 50 48"));
+}
+
+TEST_F(TapTest, a_choice_that_is_refused_ends_the_tap) {
+  OtherClient other(desktop.display());
+  ASSERT_TRUE(other.holdKey(keys::f6));
+  swallow("50");
+  EXPECT_FALSE(tap.command("choose 50 97"));
+  user.tap(keys::backtick);
+  EXPECT_EQ(keysOf(client.readAll(user)), tapOf(keys::backtick));
+}
+
+TEST_F(TapTest, a_key_taken_away_while_the_tap_was_disabled_invalidates_it) {
+  swallow("50 48");
+  ASSERT_TRUE(tap.command("disable"));
+  OtherClient other(desktop.display());
+  ASSERT_TRUE(other.holdKey(keys::tab));
+  tap.start("enable");
+  EXPECT_TRUE(tap.readUpTo("invalidated"));
+}
+
+TEST_F(TapTest, a_key_refused_on_a_new_keyboard_invalidates_the_tap) {
+  swallow("50 48");
+  OtherClient other(desktop.display());
+  // Nobody else gets to the new keyboard before its key is taken.
+  other.stopServer();
+  other.addMaster("second");
+  ASSERT_TRUE(other.holdKey(keys::tab, "second XTEST keyboard"));
+  other.resumeServer();
+  EXPECT_TRUE(tap.readUpTo("invalidated"));
+  user.tap(keys::backtick);
+  EXPECT_EQ(keysOf(client.readAll(user)), tapOf(keys::backtick));
+}
+
+TEST_F(TapTest, an_ordinary_global_shortcut_of_another_program_is_no_conflict) {
+  OtherClient other(desktop.display());
+  ASSERT_TRUE(other.holdKeyOfCore(keys::tab));
+  swallow("48");
+  user.tap(keys::tab);
+  EXPECT_EQ(describe(tap.readSeen(user)), "48+ 48-");
+  EXPECT_EQ(other.pressesReceived(), 0);
+}
+
+struct KeyboardGrabbed : TapTest, testing::WithParamInterface<bool> {
+  OtherClient other{desktop.display()};
+};
+
+INSTANTIATE_TEST_SUITE_P(FlowingOrFrozen, KeyboardGrabbed, testing::Bool());
+
+TEST_P(KeyboardGrabbed, shortcuts_are_swallowed_under_another_programs_grab) {
+  swallow("50");
+  ASSERT_TRUE(other.grabKeyboard(GetParam()));
+  user.tap(keys::backtick);
+  EXPECT_EQ(describe(tap.readSeen(user)), "50+ 50-");
+  other.pressesReceived();
+  user.tap(keys::backtick);
+  EXPECT_EQ(describe(tap.readSeen(user)), "50+ 50-");
+}
+
+TEST_P(KeyboardGrabbed, other_keys_are_seen_under_another_programs_grab) {
+  swallow("50");
+  ASSERT_TRUE(other.grabKeyboard(GetParam()));
+  user.tap(keys::escape);
+  EXPECT_EQ(describe(tap.readSeen(user)), "53+ 53-");
+}
+
+TEST_F(TapTest, a_swallowed_key_does_not_reach_the_program_that_grabbed_the_keyboard) {
+  swallow("50");
+  OtherClient other(desktop.display());
+  ASSERT_TRUE(other.grabKeyboard(false));
+  user.tap(keys::backtick);
+  tap.readSeen(user);  // types a key of its own
+  EXPECT_EQ(other.pressesReceived(), 1);
+  user.tap(keys::escape);
+  EXPECT_EQ(other.pressesReceived(), 1);
+}
+
+}  // namespace
+}  // namespace vorrin::x11_tests

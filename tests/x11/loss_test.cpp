@@ -1,0 +1,64 @@
+#include <csignal>
+
+#include "tap_test.h"
+
+namespace vorrin::x11_tests {
+namespace {
+
+TEST_F(TapTest, losing_the_server_invalidates_the_tap) {
+  swallow("50");
+  desktop.server().process().signal(SIGKILL);
+  EXPECT_TRUE(tap.readUpTo("invalidated"));
+  EXPECT_FALSE(tap.command("trusted"));
+  EXPECT_FALSE(tap.command("pointer"));
+  EXPECT_FALSE(tap.command("create 50"));
+}
+
+TEST_F(TapTest, a_program_that_lost_the_server_ends_as_usual) {
+  swallow("50");
+  user.press(keys::backtick);
+  desktop.server().process().signal(SIGKILL);
+  ASSERT_TRUE(tap.readUpTo("invalidated"));
+  tap.start("quit");
+  EXPECT_EQ(tap.process().waitForEnd(), Ending{});
+}
+
+TEST_F(TapTest, losing_the_server_while_posting_ends_nothing) {
+  swallow("50");
+  tap.start("post 18 7 1000");
+  tap.start("post 18 7 100000");
+  ASSERT_TRUE(tap.readUpTo("post yes"));
+  desktop.server().process().signal(SIGKILL);
+  EXPECT_TRUE(tap.readUpTo("post yes"));
+  tap.start("quit");
+  EXPECT_EQ(tap.process().waitForEnd(), Ending{});
+}
+
+TEST_F(TapTest, a_tap_disabled_after_the_server_is_gone_ends_nothing) {
+  swallow("50");
+  tap.start("block 300");
+  desktop.server().process().signal(SIGKILL);
+  tap.start("disable");
+  tap.start("enable");
+  tap.start("quit");
+  EXPECT_EQ(tap.process().waitForEnd(), Ending{});
+}
+
+TEST(WithoutServer, nothing_is_trusted_and_nothing_happens) {
+  TapProcess tap("");
+  EXPECT_FALSE(tap.command("trusted"));
+  EXPECT_FALSE(tap.command("pointer"));
+  EXPECT_FALSE(tap.command("create 50"));
+  EXPECT_TRUE(tap.command("post 18 7 1"));
+}
+
+TEST(WithoutServer, a_server_that_comes_later_is_found) {
+  const std::string display = Server().display();
+  TapProcess tap(display);
+  ASSERT_FALSE(tap.command("trusted"));
+  const Process late({"Xvfb", display, "-noreset", "-nolisten", "tcp"});
+  EXPECT_TRUE(waitUntil([&] { return tap.command("trusted"); }));
+}
+
+}  // namespace
+}  // namespace vorrin::x11_tests

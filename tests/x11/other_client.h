@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace vorrin::x11_tests {
+
+/// Another program that grabs keys and changes devices. What it holds is free when it goes.
+class OtherClient {
+ public:
+  explicit OtherClient(const std::string& display);
+  ~OtherClient();
+  OtherClient(const OtherClient&) = delete;
+  OtherClient& operator=(const OtherClient&) = delete;
+
+  /// Grabs one key of a slave keyboard. False when it is refused.
+  bool holdKey(std::uint16_t virtualKey, const std::string& device = "Xvfb keyboard");
+
+  /// Grabs one key as programs with global shortcuts commonly do. False when it is refused.
+  bool holdKeyOfCore(std::uint16_t virtualKey);
+
+  /// Grabs the whole keyboard, as an open menu does. A frozen one waits for the grab's owner.
+  bool grabKeyboard(bool frozen);
+
+  /// The presses that it received through its grabs.
+  int pressesReceived();
+
+  /// Keeps all other programs from the server in between.
+  void stopServer();
+  void resumeServer();
+
+  /// Adds a pair of master devices, and with it a new slave keyboard "NAME XTEST keyboard".
+  void addMaster(const std::string& name);
+  void removeMaster(const std::string& name);
+
+  /// Detaches the server's keyboard from its master, and attaches it again.
+  void detachKeyboard();
+  void attachKeyboard();
+
+ private:
+  struct Native;
+  std::unique_ptr<Native> native_;
+};
+
+}  // namespace vorrin::x11_tests

@@ -1,0 +1,119 @@
+#include <csignal>
+
+#include "tap_test.h"
+
+namespace vorrin::x11_tests {
+namespace {
+
+// The program with the tap is stopped, hangs or dies.
+struct StallTest : TapTest {
+  StallTest() { swallow("50 48"); }
+
+  /// Holds a key down until the client has received so many of its repeats, which come 25 a second
+  /// after the first two thirds of a second.
+  void holdFor(std::uint16_t key, int repeats) {
+    user.press(key);
+    client.readUntil([presses = 0, key, repeats](const ClientEvent& event) mutable {
+      const bool isPress = event.kind == "KeyPress" && event.detail == keycodeOf(key);
+      return isPress && ++presses == repeats;
+    });
+    user.release(key);
+  }
+};
+
+constexpr int aboveTwoSeconds = 40;
+
+TEST_F(StallTest, other_keys_flow_while_the_program_is_stopped) {
+  tap.process().signal(SIGSTOP);
+  user.type("abc");
+  EXPECT_EQ(textOf(client.readAll(user)), "abc");
+}
+
+TEST_F(StallTest, other_keys_flow_after_a_shortcut_while_the_program_is_stopped) {
+  tap.process().signal(SIGSTOP);
+  user.tap(keys::backtick);
+  user.type("abc");
+  EXPECT_EQ(textOf(client.readAll(user)), "abc");
+}
+
+TEST_F(StallTest, a_shortcut_pressed_long_ago_does_nothing_on_waking_up) {
+  tap.process().signal(SIGSTOP);
+  user.tap(keys::backtick);
+  holdFor(keys::a, aboveTwoSeconds);
+  tap.process().signal(SIGCONT);
+  const std::string seen = describe(tap.readSeen(user));
+  EXPECT_EQ(seen.find("50"), std::string::npos) << seen;
+  EXPECT_EQ(keysOf(client.readAll(user)), "-38");
+}
+
+TEST_F(StallTest, other_keys_pressed_long_ago_are_still_seen) {
+  tap.process().signal(SIGSTOP);
+  user.tap(keys::escape);
+  holdFor(keys::a, aboveTwoSeconds);
+  tap.process().signal(SIGCONT);
+  EXPECT_EQ(describe(tap.readSeen(user)), "53+ 53- 0+ 0-");
+}
+
+TEST_F(StallTest, shortcuts_work_again_after_waking_up) {
+  tap.process().signal(SIGSTOP);
+  user.tap(keys::backtick);
+  holdFor(keys::a, aboveTwoSeconds);
+  tap.process().signal(SIGCONT);
+  received();
+  user.tap(keys::backtick);
+  EXPECT_EQ(describe(tap.readSeen(user)), "50+ 50-");
+  EXPECT_EQ(keysOf(client.readAll(user)), "");
+}
+
+TEST_F(StallTest, the_release_of_a_shortcut_pressed_in_time_is_seen_however_late) {
+  user.press(keys::backtick);
+  ASSERT_TRUE(tap.waitForRepeat(keys::backtick));
+  tap.process().signal(SIGSTOP);
+  user.release(keys::backtick);
+  holdFor(keys::a, aboveTwoSeconds);
+  tap.process().signal(SIGCONT);
+  const std::string seen = describe(tap.readSeen(user));
+  EXPECT_NE(seen.find("50-"), std::string::npos) << seen;
+}
+
+TEST_F(StallTest, a_shortcut_pressed_while_the_main_loop_is_busy_counts) {
+  tap.start("block 400");
+  user.tap(keys::backtick);
+  ASSERT_TRUE(tap.readUpTo("block yes"));
+  EXPECT_EQ(describe(tap.readSeen(user)), "50+ 50-");
+}
+
+TEST_F(StallTest, keys_typed_with_a_held_shortcut_are_not_lost_while_the_main_loop_is_busy) {
+  tap.start("block 400");
+  user.press(keys::backtick);
+  user.type("abc");
+  ASSERT_TRUE(tap.readUpTo("block yes"));
+  user.release(keys::backtick);
+  EXPECT_EQ(textOf(received()), "abc");
+}
+
+TEST_F(StallTest, a_program_killed_with_a_shortcut_held_leaves_the_keyboard_as_it_was) {
+  user.press(keys::backtick);
+  ASSERT_TRUE(tap.waitForRepeat(keys::backtick));
+  tap.process().signal(SIGKILL);
+  ASSERT_TRUE(tap.process().waitForEnd());
+  user.release(keys::backtick);
+  user.type("a");
+  user.tap(keys::backtick);
+  const std::vector<ClientEvent> events = client.readAll(user);
+  EXPECT_EQ(textOf(events), "a");
+  EXPECT_EQ(countOf(events, "KeyPress"), countOf(events, "KeyRelease"));
+}
+
+TEST_F(StallTest, a_program_killed_while_stopped_with_a_shortcut_held_frees_the_keyboard) {
+  tap.process().signal(SIGSTOP);
+  user.press(keys::backtick);
+  tap.process().signal(SIGKILL);
+  ASSERT_TRUE(tap.process().waitForEnd());
+  user.type("abc");
+  user.release(keys::backtick);
+  EXPECT_EQ(textOf(client.readAll(user)), "abc");
+}
+
+}  // namespace
+}  // namespace vorrin::x11_tests
