@@ -30,7 +30,7 @@ class Connection {
   /// To be used only while not `lost`.
   [[nodiscard]] Display* display() const { return display_; }
 
-  /// Whether the server is gone. No call of Xlib may follow.
+  /// Whether the server is gone. No call of Xlib that talks to it may follow.
   [[nodiscard]] bool lost() const { return lost_; }
 
   /// Calls `action` within the Xlib call that finds the server gone.

@@ -74,7 +74,7 @@ void Listener::handle(XEvent& event) {
   if (event.type != GenericEvent || event.xcookie.extension != connection_.inputOpcode()) return;
   if (XGetEventData(display, &event.xcookie) == 0) return;
   handleInput(event.xcookie);
-  if (!connection_.lost()) XFreeEventData(display, &event.xcookie);
+  XFreeEventData(display, &event.xcookie);  // its own memory: needs no server
 }
 
 void Listener::selectEvents(bool selected) {
