@@ -1,0 +1,52 @@
+#include "platform/linux/key_codes.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+
+namespace vorrin {
+namespace {
+
+TEST(KeyCodesTest, no_name_stands_for_two_keys) {
+  std::set<std::uint16_t> virtualKeys;
+  std::set<std::uint16_t> evdevCodes;
+  std::set<std::string_view> xkbNames;
+  for (const KeyNames& key : keyTable) {
+    virtualKeys.insert(key.virtualKey);
+    evdevCodes.insert(key.evdev);
+    xkbNames.insert(key.xkb);
+  }
+  EXPECT_EQ(virtualKeys.size(), keyTable.size());
+  EXPECT_EQ(evdevCodes.size(), keyTable.size());
+  EXPECT_EQ(xkbNames.size(), keyTable.size());
+}
+
+TEST(KeyCodesTest, the_keys_of_the_macros_have_their_positions) {
+  EXPECT_EQ(evdevCode(50), KEY_GRAVE);
+  EXPECT_EQ(evdevCode(48), KEY_TAB);
+  EXPECT_EQ(evdevCode(97), KEY_F6);
+  EXPECT_EQ(evdevCode(98), KEY_F7);
+  EXPECT_EQ(evdevCode(100), KEY_F8);
+  EXPECT_EQ(evdevCode(101), KEY_F9);
+  EXPECT_EQ(evdevCode(53), KEY_ESC);
+  EXPECT_EQ(evdevCode(29), KEY_0);
+  EXPECT_EQ(evdevCode(22), KEY_6);
+}
+
+TEST(KeyCodesTest, every_code_leads_back_to_its_key) {
+  for (const KeyNames& key : keyTable) {
+    EXPECT_EQ(evdevCode(key.virtualKey), key.evdev);
+    EXPECT_EQ(virtualKeyOfEvdev(key.evdev), key.virtualKey);
+    EXPECT_EQ(virtualKeyOfXkbName(key.xkb), key.virtualKey);
+  }
+}
+
+TEST(KeyCodesTest, unknown_keys_have_no_counterpart) {
+  EXPECT_FALSE(evdevCode(0x37));
+  EXPECT_FALSE(virtualKeyOfEvdev(KEY_LEFTSHIFT));
+  EXPECT_FALSE(virtualKeyOfXkbName("LFSH"));
+  EXPECT_FALSE(virtualKeyOfXkbName(""));
+}
+
+}  // namespace
+}  // namespace vorrin
