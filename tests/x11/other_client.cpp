@@ -7,13 +7,10 @@
 #include <stdexcept>
 
 #include "tests/x11/harness/display.h"
-#include "tests/x11/harness/user.h"
 
 namespace vorrin::x11_tests {
 
 namespace {
-
-constexpr const char* keyboardName = "Xvfb keyboard";
 
 // Xlib ends the process at the first error; here a refusal is an answer.
 bool refused = false;
@@ -129,14 +126,14 @@ void OtherClient::removeMaster(const std::string& name) {
 void OtherClient::detachKeyboard() {
   XIAnyHierarchyChangeInfo change{};
   change.detach.type = XIDetachSlave;
-  change.detach.deviceid = native_->deviceNamed(keyboardName);
+  change.detach.deviceid = native_->deviceNamed(serverKeyboard);
   native_->change(change);
 }
 
 void OtherClient::attachKeyboard() {
   XIAnyHierarchyChangeInfo change{};
   change.attach.type = XIAttachSlave;
-  change.attach.deviceid = native_->deviceNamed(keyboardName);
+  change.attach.deviceid = native_->deviceNamed(serverKeyboard);
   change.attach.new_master = native_->deviceNamed("Virtual core keyboard");
   native_->change(change);
 }

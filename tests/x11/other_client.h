@@ -4,6 +4,8 @@
 #include <memory>
 #include <string>
 
+#include "tests/x11/harness/user.h"
+
 namespace vorrin::x11_tests {
 
 /// Another program that grabs keys and changes devices. What it holds is free when it goes.
@@ -15,7 +17,7 @@ class OtherClient {
   OtherClient& operator=(const OtherClient&) = delete;
 
   /// Grabs one key of a slave keyboard. False when it is refused.
-  bool holdKey(std::uint16_t virtualKey, const std::string& device = "Xvfb keyboard");
+  bool holdKey(std::uint16_t virtualKey, const std::string& device = serverKeyboard);
 
   /// Grabs one key as programs with global shortcuts commonly do. False when it is refused.
   bool holdKeyOfCore(std::uint16_t virtualKey);

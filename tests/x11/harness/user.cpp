@@ -22,7 +22,7 @@ XDevice* openKeyboard(Display* display) {
   XDeviceInfo* const devices = XListInputDevices(display, &count);
   XDevice* keyboard = nullptr;
   for (int index = 0; index < count; ++index) {
-    if (std::strcmp(devices[index].name, "Xvfb keyboard") != 0) continue;
+    if (std::strcmp(devices[index].name, serverKeyboard) != 0) continue;
     keyboard = XOpenDevice(display, devices[index].id);
   }
   XFreeDeviceList(devices);

@@ -26,6 +26,9 @@ inline constexpr unsigned capsLock = 58;
 inline constexpr unsigned numLock = 69;
 }  // namespace modifier_keys
 
+/// The name of the keyboard that the server brings along.
+inline constexpr const char* serverKeyboard = "Xvfb keyboard";
+
 /// Somebody who types and points. Every call has taken effect in the server when it returns.
 class User {
  public:

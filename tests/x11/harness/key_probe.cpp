@@ -1,0 +1,72 @@
+#include "tests/x11/harness/key_probe.h"
+
+#include <X11/extensions/XInput2.h>
+
+#include <array>
+#include <span>
+#include <string_view>
+
+#include "tests/x11/harness/display.h"
+#include "tests/x11/harness/user.h"
+#include "tests/x11/harness/wait.h"
+
+namespace vorrin::x11_tests {
+
+namespace {
+
+int keyboardOf(Display* display) {
+  int count = 0;
+  XIDeviceInfo* const devices = XIQueryDevice(display, XIAllDevices, &count);
+  int keyboard = 0;
+  for (const XIDeviceInfo& device : std::span(devices, static_cast<std::size_t>(count))) {
+    if (device.name == std::string_view(serverKeyboard)) keyboard = device.deviceid;
+  }
+  XIFreeDeviceInfo(devices);
+  return keyboard;
+}
+
+}  // namespace
+
+struct KeyProbe::Native {
+  DisplayPointer display;
+  int keyboard;
+};
+
+KeyProbe::KeyProbe(const std::string& display) {
+  DisplayPointer connection = openDisplay(display);
+  int major = 2;
+  int minor = 2;
+  XIQueryVersion(connection.get(), &major, &minor);
+  const int keyboard = keyboardOf(connection.get());
+  native_.reset(new Native{std::move(connection), keyboard});
+}
+
+KeyProbe::~KeyProbe() = default;
+
+bool KeyProbe::isHeld(std::uint16_t virtualKey) {
+  Display* const display = native_->display.get();
+  const int keycode = static_cast<int>(keycodeOf(virtualKey));
+  std::array<unsigned char, XIMaskLen(XI_LASTEVENT)> bits{};
+  XIEventMask mask{native_->keyboard, static_cast<int>(bits.size()), bits.data()};
+  XIGrabModifiers modifiers{0, 0};
+  XGrabServer(display);
+  const int refused = XIGrabKeycode(display, native_->keyboard, keycode, DefaultRootWindow(display),
+                                    XIGrabModeAsync, XIGrabModeAsync, False, &mask, 1, &modifiers);
+  modifiers = {0, 0};
+  if (refused == 0) {
+    XIUngrabKeycode(display, native_->keyboard, keycode, DefaultRootWindow(display), 1, &modifiers);
+  }
+  XUngrabServer(display);
+  XSync(display, False);
+  return refused != 0;
+}
+
+bool KeyProbe::waitUntilHeld(std::uint16_t virtualKey) {
+  return waitUntil([&] { return isHeld(virtualKey); });
+}
+
+bool KeyProbe::waitUntilFree(std::uint16_t virtualKey) {
+  return waitUntil([&] { return !isHeld(virtualKey); });
+}
+
+}  // namespace vorrin::x11_tests
