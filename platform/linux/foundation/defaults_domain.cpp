@@ -1,9 +1,6 @@
 #include "platform/linux/foundation/defaults_domain.h"
 
-#include <sys/stat.h>
-
 #include <algorithm>
-#include <cerrno>
 #include <system_error>
 
 #include "platform/linux/foundation/domain_files.h"
@@ -45,6 +42,7 @@ std::optional<DefaultsObject> DefaultsDomain::object(const std::string& key) {
 }
 
 void DefaultsDomain::set(std::span<const std::pair<std::string, DefaultsObject>> values) {
+  if (values.empty()) return;
   tellFailure(perform(WhenMissing::make, [&](DomainConnection& connection) {
     const bool unchanged =
         !connection.isBlank() && std::all_of(values.begin(), values.end(), [&](const auto& entry) {
@@ -68,6 +66,7 @@ StorageResult DefaultsDomain::perform(WhenMissing whenMissing, const Operation& 
     if (result.isDone()) result = operation(*connection_);
     if (result.isDone()) break;
     const auto mended = mend(result, whenMissing);
+    connection_.reset();
     if (!mended.isDone()) {
       result = mended;
       break;
@@ -80,11 +79,6 @@ StorageResult DefaultsDomain::perform(WhenMissing whenMissing, const Operation& 
 StorageResult DefaultsDomain::connect() {
   // A file that was blank may have been filled by another process.
   if (connection_ && !connection_->isBlank() && !connection_->hasMoved()) return {};
-  connection_.reset();
-  struct stat status {};
-  if (::stat(file_.c_str(), &status) != 0 && (errno == ENOENT || errno == ENOTDIR)) {
-    return {StorageStatus::missing, std::generic_category().message(errno)};
-  }
   connection_ = std::make_unique<DomainConnection>(file_, patience_);
   return connection_->inspect();
 }
@@ -94,28 +88,25 @@ StorageResult DefaultsDomain::mend(const StorageResult& fault, WhenMissing whenM
     case StorageStatus::missing:
       return whenMissing == WhenMissing::make ? makeDomainFile(file_, patience_) : fault;
     case StorageStatus::stale:
-      connection_.reset();
       return {};
     case StorageStatus::damaged:
       return setAside("damaged", fault.cause);
     case StorageStatus::newer:
       return setAside("newer", fault.cause);
     default:
-      connection_.reset();
       return fault;
   }
 }
 
 StorageResult DefaultsDomain::setAside(const std::string& reason, const std::string& cause) {
   const auto replaced = [this] { return connection_->hasMoved(); };
-  auto result = setDomainFileAside(file_, reason, replaced, patience_);
-  connection_.reset();
+  std::filesystem::path newName;
+  auto result = setDomainFileAside(file_, reason, replaced, patience_, newName);
   if (!result.isDone()) {
     result.cause = cause + "; not set aside: " + result.cause;
-  } else if (!result.cause.empty()) {
+  } else if (!newName.empty()) {
     tell("The settings in “" + file_.string() + "” cannot be used (" + cause +
-         ") and were set aside as “" + result.cause + "”");
-    result.cause.clear();
+         ") and were set aside as “" + newName.string() + "”");
   }
   return result;
 }

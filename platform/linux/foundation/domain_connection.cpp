@@ -1,6 +1,6 @@
 #include "platform/linux/foundation/domain_connection.h"
 
-#include <algorithm>
+#include <cerrno>
 #include <system_error>
 
 #include "platform/linux/foundation/domain_values.h"
@@ -63,17 +63,16 @@ bool asksForLaterSqlite(sqlite3* database) {
 
 }  // namespace
 
-DomainConnection::DomainConnection(const std::filesystem::path& path,
-                                   const LockPatience& patience) {
+DomainConnection::DomainConnection(const std::filesystem::path& path, LockPatience& patience) {
   sqlite3* opened = nullptr;
   sqlite3_open_v2(path.c_str(), &opened, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
   database_.reset(opened);
   sqlite3_busy_handler(
       opened,
       [](void* context, int) -> int {
-        return static_cast<const LockPatience*>(context)->waitOn() ? 1 : 0;
+        return static_cast<LockPatience*>(context)->waitOn() ? 1 : 0;
       },
-      const_cast<LockPatience*>(&patience));
+      &patience);
 }
 
 StorageResult DomainConnection::inspect() {
@@ -84,7 +83,7 @@ StorageResult DomainConnection::inspect() {
   const bool readable = sqlite3_errcode(database_.get()) == SQLITE_OK &&
                         query("PRAGMA user_version", version) &&
                         query("SELECT count(*) FROM sqlite_master", objects) &&
-                        query(selectTable, table) && query("PRAGMA quick_check(1)", check);
+                        query(selectTable, table) && query("PRAGMA integrity_check(1)", check);
   if (!readable) {
     auto result = lastResult();
     if (result.status == StorageStatus::stale) result.status = StorageStatus::damaged;
@@ -120,7 +119,7 @@ StorageResult DomainConnection::write(
   const bool written = execute("PRAGMA journal_mode=DELETE") &&
                        execute("PRAGMA synchronous=FULL") && execute("BEGIN IMMEDIATE") &&
                        (!blank_ || makeTable()) && upsert(values) && execute("COMMIT");
-  const auto result = written ? StorageResult() : lastResult();
+  auto result = written ? StorageResult() : lastResult();
   if (written) blank_ = false;
   if (sqlite3_get_autocommit(database_.get()) == 0) execute("ROLLBACK");
   return result;
@@ -167,14 +166,18 @@ bool DomainConnection::query(const char* sql, std::string& text) {
 }
 
 StorageResult DomainConnection::lastResult() const {
-  const auto status = statusOf(sqlite3_extended_errcode(database_.get()));
-  if (status == StorageStatus::done) return {};
-  std::string cause = sqlite3_errmsg(database_.get());
+  const int code = sqlite3_extended_errcode(database_.get());
+  StorageResult result{statusOf(code), {}};
+  if (result.isDone()) return result;
+  result.cause = sqlite3_errmsg(database_.get());
+  if (result.status != StorageStatus::unavailable) return result;
   const int systemError = sqlite3_system_errno(database_.get());
-  if (status == StorageStatus::unavailable && systemError != 0) {
-    cause += ": " + std::generic_category().message(systemError);
-  }
-  return {status, cause};
+  if (systemError != 0) result.cause += ": " + std::generic_category().message(systemError);
+  // To look for the file instead would tell how things are by now: another process may be making a
+  // new one.
+  const bool isMissing = systemError == ENOENT || systemError == ENOTDIR;
+  if ((code & 0xFF) == SQLITE_CANTOPEN && isMissing) result.status = StorageStatus::missing;
+  return result;
 }
 
 }  // namespace vorrin

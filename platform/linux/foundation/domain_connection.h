@@ -21,7 +21,7 @@ class DomainConnection {
  public:
   /// Opens the file at `path`, which must exist, without looking into it. `patience` is asked
   /// whenever the file is locked and must outlive the connection.
-  DomainConnection(const std::filesystem::path& path, const LockPatience& patience);
+  DomainConnection(const std::filesystem::path& path, LockPatience& patience);
 
   /// Looks whether the file is sound and has a form that this program can use. To be done before
   /// anything else.

@@ -8,12 +8,12 @@
 #include <array>
 #include <cerrno>
 #include <ctime>
+#include <string_view>
 #include <system_error>
 #include <vector>
 
 #include "platform/linux/foundation/domain_location.h"
 #include "platform/linux/foundation/file_descriptor.h"
-#include "platform/linux/foundation/storage_notice.h"
 
 namespace vorrin {
 
@@ -31,7 +31,7 @@ StorageResult systemFailure() {
 
 /// The directory, open and, where its file system can do that, locked. Closing it unlocks it.
 /// Not open when it cannot be opened, or `patience` ended; errno says why.
-FileDescriptor lockDirectory(const path& directory, const LockPatience& patience) {
+FileDescriptor lockDirectory(const path& directory, LockPatience& patience) {
   FileDescriptor opened(::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   while (opened.isOpen() && ::flock(opened.get(), LOCK_EX | LOCK_NB) != 0) {
     if (errno != EWOULDBLOCK && errno != EINTR) break;
@@ -57,20 +57,18 @@ std::string timestamp() {
   return text.data();
 }
 
-/// `file` with `suffix`, and a number when there is such a file already.
-path unusedName(const path& file, const std::string& suffix) {
-  path name = file;
-  name += suffix;
-  for (int number = 2; isThere(name); ++number) {
-    name = file;
-    name += suffix + "-" + std::to_string(number);
-  }
-  return name;
-}
-
 path withSuffix(path file, const std::string& suffix) {
   file += suffix;
   return file;
+}
+
+/// `file` with `suffix`, and a number when there is such a file already.
+path unusedName(const path& file, const std::string& suffix) {
+  path name = withSuffix(file, suffix);
+  for (int number = 2; isThere(name); ++number) {
+    name = withSuffix(file, suffix + "-" + std::to_string(number));
+  }
+  return name;
 }
 
 /// Whether the file called `name` was made from the domain file called `domain`.
@@ -87,7 +85,7 @@ bool belongsTo(const std::string& name, const std::string& domain) {
 
 }  // namespace
 
-StorageResult makeDomainFile(const path& file, const LockPatience& patience) {
+StorageResult makeDomainFile(const path& file, LockPatience& patience) {
   // Another process may remove the directory, empty as it is, before the file is in it.
   constexpr int mostAttempts = 100;
   for (int attempt = 0; attempt < mostAttempts; ++attempt) {
@@ -104,8 +102,8 @@ StorageResult makeDomainFile(const path& file, const LockPatience& patience) {
 }
 
 StorageResult setDomainFileAside(const path& file, const std::string& reason,
-                                 const std::function<bool()>& replaced,
-                                 const LockPatience& patience) {
+                                 const std::function<bool()>& replaced, LockPatience& patience,
+                                 path& newName) {
   const auto directory = lockDirectory(file.parent_path(), patience);
   if (!directory.isOpen()) return systemFailure();
   if (replaced()) return {};
@@ -118,7 +116,8 @@ StorageResult setDomainFileAside(const path& file, const std::string& reason,
     }
   }
   if (::rename(file.c_str(), name.c_str()) != 0) return systemFailure();
-  return {StorageStatus::done, name};
+  newName = name;
+  return {};
 }
 
 void removeDomainFiles(const path& file) {

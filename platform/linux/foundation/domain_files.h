@@ -14,14 +14,14 @@ namespace vorrin {
 
 /// Makes an empty file for the domain at `file` that only this user can read, and the directories
 /// above it. Done also when the file is there already.
-StorageResult makeDomainFile(const std::filesystem::path& file, const LockPatience& patience);
+StorageResult makeDomainFile(const std::filesystem::path& file, LockPatience& patience);
 
 /// Renames the file of a domain, and what SQLite keeps beside it, to
-/// "FILE.`reason`-YYYYMMDD-HHMMSS". The new name is the result's cause. Does nothing when
-/// `replaced` tells, under the lock, that another process has already put a new file there.
+/// "FILE.`reason`-YYYYMMDD-HHMMSS", which becomes `newName`. Does nothing when `replaced` tells,
+/// under the lock, that another process has already put a new file there.
 StorageResult setDomainFileAside(const std::filesystem::path& file, const std::string& reason,
-                                 const std::function<bool()>& replaced,
-                                 const LockPatience& patience);
+                                 const std::function<bool()>& replaced, LockPatience& patience,
+                                 std::filesystem::path& newName);
 
 /// Removes the file of a domain and all files made from it, and the directories that are empty
 /// then and were made for it.

@@ -1,15 +1,13 @@
 #include "platform/linux/foundation/domain_location.h"
 
-#include <fcntl.h>
 #include <stdlib.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <set>
+#include <string_view>
 
-#include "platform/linux/foundation/file_descriptor.h"
 #include "platform/text_file.h"
 
 namespace vorrin {
@@ -51,12 +49,14 @@ bool isPrivate(const path& directory) {
          status.st_uid == ::geteuid() && (status.st_mode & 077) == 0;
 }
 
-std::optional<path> temporaryDirectoryPath() {
+/// What temporaryDirectories may give, in order of preference, whether or not it exists.
+std::vector<path> temporaryCandidates() {
   const auto name = "vorrin-" + std::to_string(::geteuid());
+  std::vector<path> candidates;
   for (const path& parent : {absolutePathIn("TMPDIR", "/tmp"), path("/tmp")}) {
-    if (keepsEntriesToTheirOwners(parent)) return parent / name;
+    if (keepsEntriesToTheirOwners(parent)) candidates.push_back(parent / name);
   }
-  return {};
+  return candidates;
 }
 
 }  // namespace
@@ -77,16 +77,17 @@ path settingsDirectory() {
   return absolutePathIn("XDG_CONFIG_HOME", homeDirectory() / ".config") / "vorrin";
 }
 
-std::optional<path> temporaryDirectory() {
-  auto directory = temporaryDirectoryPath();
-  if (directory && !isPrivate(*directory)) return {};
-  return directory;
+std::vector<path> temporaryDirectories() {
+  auto directories = temporaryCandidates();
+  std::erase_if(directories, [](const path& directory) { return !isPrivate(directory); });
+  return directories;
 }
 
 std::optional<path> makeTemporaryDirectory() {
-  const auto directory = temporaryDirectoryPath();
-  if (directory) makeDirectory(*directory);
-  return temporaryDirectory();
+  for (const path& directory : temporaryCandidates()) {
+    if (makeDirectory(directory) && isPrivate(directory)) return directory;
+  }
+  return {};
 }
 
 bool makeDirectories(const path& directory) {

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace vorrin {
 
@@ -16,11 +17,11 @@ std::filesystem::path domainFile(const std::filesystem::path& directory, const s
 /// Where the user's settings belong by the XDG Base Directory rules. It need not exist.
 std::filesystem::path settingsDirectory();
 
-/// The directory of this user's own among the temporary files that stands in where the settings
-/// directory cannot be written. Nothing when it does not exist, or may be another user's.
-std::optional<std::filesystem::path> temporaryDirectory();
+/// The directories among the temporary files that can stand in where the settings directory cannot
+/// be written: those that exist and are this user's own and closed to all others.
+std::vector<std::filesystem::path> temporaryDirectories();
 
-/// The same, made when it does not exist.
+/// The first of them, made when there is none; nothing when none can be made.
 std::optional<std::filesystem::path> makeTemporaryDirectory();
 
 /// Makes `directory`, and those above it that are missing, for this user alone. True when it exists

@@ -14,7 +14,7 @@ void LockPatience::endOperation(bool wasLocked) {
   spent_ = wasLocked;
 }
 
-bool LockPatience::waitOn() const {
+bool LockPatience::waitOn() {
   if (std::chrono::steady_clock::now() >= deadline_) return false;
   // Short against the few milliseconds of a commit, so that no one of many writers starves.
   std::this_thread::sleep_for(1ms);

@@ -13,7 +13,7 @@ class LockPatience {
   void endOperation(bool wasLocked);
 
   /// Waits for a moment; false, at once, when the operation has waited for long enough.
-  [[nodiscard]] bool waitOn() const;
+  [[nodiscard]] bool waitOn();
 
  private:
   std::chrono::steady_clock::time_point deadline_;

@@ -4,28 +4,21 @@
 #include <stdlib.h>
 #include <unicode/ubrk.h>
 #include <unicode/uchar.h>
-#include <unicode/ucol.h>
-#include <unicode/uloc.h>
 #include <unicode/utext.h>
 
-#include <array>
 #include <cerrno>
 #include <cstdint>
 #include <memory>
 
-#include "platform/fatal_error.h"
+#include "platform/linux/foundation/collation.h"
+#include "platform/linux/foundation/icu_status.h"
 
 namespace vorrin {
 
 namespace {
 
 using BreakIterator = std::unique_ptr<UBreakIterator, decltype([](auto* it) { ubrk_close(it); })>;
-using Collator = std::unique_ptr<UCollator, decltype([](auto* it) { ucol_close(it); })>;
 using TextView = std::unique_ptr<UText, decltype([](auto* it) { utext_close(it); })>;
-
-void requireSuccess(UErrorCode status) {
-  if (U_FAILURE(status)) fatalError(u_errorName(status));
-}
 
 TextView viewOf(std::string_view text) {
   UErrorCode status = U_ZERO_ERROR;
@@ -44,35 +37,6 @@ UBreakIterator* characterBreaks() {
     return opened;
   }();
   return breaks.get();
-}
-
-/// ICU's name of the locale that the user's environment names for the order of texts, in the order
-/// of precedence that POSIX gives. The root locale for "C" and "POSIX": taken literally they would
-/// order by code point and put "b" after "Z".
-std::array<char, ULOC_FULLNAME_CAPACITY> collationLocale() {
-  std::array<char, ULOC_FULLNAME_CAPACITY> name{};
-  for (const char* variable : {"LC_ALL", "LC_COLLATE", "LANG"}) {
-    const char* const value = ::getenv(variable);
-    if (value == nullptr || *value == '\0') continue;
-    UErrorCode status = U_ZERO_ERROR;
-    uloc_canonicalize(value, name.data(), static_cast<std::int32_t>(name.size()), &status);
-    const std::string_view canonical = name.data();
-    if (U_FAILURE(status) || canonical == "c" || canonical.ends_with("POSIX")) name = {};
-    break;
-  }
-  return name;
-}
-
-const UCollator* collator() {
-  static const Collator cached = [] {
-    UErrorCode status = U_ZERO_ERROR;
-    Collator opened(ucol_open(collationLocale().data(), &status));
-    requireSuccess(status);
-    ucol_setAttribute(opened.get(), UCOL_NUMERIC_COLLATION, UCOL_ON, &status);
-    requireSuccess(status);
-    return opened;
-  }();
-  return cached.get();
 }
 
 }  // namespace
@@ -105,12 +69,8 @@ std::size_t characterCount(std::string_view text) {
 }
 
 std::weak_ordering localizedStandardCompare(std::string_view left, std::string_view right) {
-  UErrorCode status = U_ZERO_ERROR;
-  const auto order =
-      ucol_strcollUTF8(collator(), left.data(), static_cast<std::int32_t>(left.size()),
-                       right.data(), static_cast<std::int32_t>(right.size()), &status);
-  requireSuccess(status);
-  return order <=> 0;
+  static const Collation collation(collationLocale());
+  return collation.compare(left, right);
 }
 
 std::optional<double> parseNumber(std::string_view text) {

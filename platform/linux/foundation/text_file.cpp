@@ -10,7 +10,7 @@
 #include <array>
 #include <cerrno>
 #include <cstdint>
-#include <cstdio>
+#include <utility>
 
 #include "platform/linux/foundation/file_descriptor.h"
 #include "platform/uuid.h"
@@ -20,6 +20,7 @@ namespace vorrin {
 namespace {
 
 bool isUtf8(std::string_view text) {
+  if (!std::in_range<std::int32_t>(text.size())) return false;
   // Asked only for the length in UTF-16, ICU still checks every byte.
   std::int32_t length = 0;
   UErrorCode status = U_ZERO_ERROR;
@@ -95,8 +96,7 @@ bool writeTextFileAtomically(const std::filesystem::path& path, std::string_view
   const bool replaces = ::lstat(target->c_str(), &old) == 0;
   if (replaces && !S_ISREG(old.st_mode)) return false;
 
-  const auto temporary =
-      target->parent_path() / ("." + target->filename().string() + "." + newUuidString());
+  const auto temporary = target->parent_path() / (".vorrin-" + newUuidString());
   const FileDescriptor file(
       ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
   if (!file.isOpen()) return false;

@@ -11,7 +11,7 @@ namespace vorrin {
 
 namespace {
 
-const std::string standardName = "org.vorrin.Vorrin";
+constexpr const char* standardName = "org.vorrin.Vorrin";
 
 bool isSuiteName(const std::string& name) {
   return isDomainName(name) && name != standardName;
@@ -31,9 +31,9 @@ UserDefaults UserDefaults::standard() {
 
 std::optional<UserDefaults> UserDefaults::suite(const std::string& name) {
   if (!isSuiteName(name)) return {};
-  if (const auto directory = temporaryDirectory()) {
+  for (const auto& directory : temporaryDirectories()) {
     // Where it was made it stays, also when the settings directory can be written again.
-    const auto file = domainFile(*directory, name);
+    const auto file = domainFile(directory, name);
     std::error_code error;
     if (std::filesystem::exists(file, error)) return UserDefaults(std::make_shared<Native>(file));
   }
@@ -53,8 +53,8 @@ std::optional<UserDefaults> UserDefaults::suite(const std::string& name) {
 void UserDefaults::removePersistentDomain(const std::string& name) {
   if (!isSuiteName(name)) return;
   removeDomainFiles(domainFile(settingsDirectory(), name));
-  if (const auto directory = temporaryDirectory()) {
-    removeDomainFiles(domainFile(*directory, name));
+  for (const auto& directory : temporaryDirectories()) {
+    removeDomainFiles(domainFile(directory, name));
   }
 }
 
