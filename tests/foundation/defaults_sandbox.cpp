@@ -1,0 +1,116 @@
+#include "tests/foundation/defaults_sandbox.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <utility>
+
+#include "tests/foundation/child_process.h"
+
+namespace vorrin {
+
+namespace {
+
+std::filesystem::path newDirectory() {
+  // In memory where there is such a place: the tests commit thousands of times.
+  const std::string parent = ::access("/dev/shm", W_OK) == 0 ? "/dev/shm/" : testing::TempDir();
+  std::string name = parent + "vorrin-tests-XXXXXX";
+  if (::mkdtemp(name.data()) == nullptr) std::abort();
+  return name;
+}
+
+}  // namespace
+
+SavedEnvironment::SavedEnvironment(const std::vector<std::string>& variables) {
+  for (const auto& variable : variables) {
+    const char* const value = ::getenv(variable.c_str());
+    values_[variable] = value == nullptr ? std::nullopt : std::optional<std::string>(value);
+  }
+}
+
+SavedEnvironment::~SavedEnvironment() {
+  for (const auto& [variable, value] : values_) {
+    if (value) {
+      ::setenv(variable.c_str(), value->c_str(), 1);
+    } else {
+      ::unsetenv(variable.c_str());
+    }
+  }
+}
+
+DefaultsSandbox::DefaultsSandbox()
+    : root(newDirectory()), environment_({"HOME", "XDG_CONFIG_HOME", "TMPDIR"}) {
+  std::filesystem::create_directory(home);
+  std::filesystem::create_directory(temporary);
+  ::setenv("HOME", home.c_str(), 1);
+  ::setenv("TMPDIR", temporary.c_str(), 1);
+  ::unsetenv("XDG_CONFIG_HOME");
+}
+
+DefaultsSandbox::~DefaultsSandbox() {
+  std::error_code error;
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(root, error)) {
+    if (!entry.is_symlink() && entry.is_directory()) ::chmod(entry.path().c_str(), 0700);
+  }
+  std::filesystem::remove_all(root, error);
+}
+
+std::filesystem::path DefaultsSandbox::standardFile() const {
+  return settings / "org.vorrin.Vorrin.sqlite3";
+}
+
+void DefaultsSandbox::giveToOrdinaryUser() const {
+  const auto give = [](const std::filesystem::path& path) {
+    if (::lchown(path.c_str(), ordinaryUser(), ordinaryUser()) != 0) std::abort();
+  };
+  give(root);
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(root)) give(entry.path());
+}
+
+void store(const UserDefaults& defaults, const std::string& key, const DefaultsObject& value) {
+  const std::pair<std::string, DefaultsObject> entry(key, value);
+  defaults.set({&entry, 1});
+}
+
+std::vector<std::string> namesIn(const std::filesystem::path& directory) {
+  std::vector<std::string> names;
+  std::error_code error;
+  for (const auto& entry : std::filesystem::directory_iterator(directory, error)) {
+    names.push_back(entry.path().filename());
+  }
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+std::string contentOf(const std::filesystem::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+void fill(const std::filesystem::path& file, const std::string& content) {
+  std::ofstream(file, std::ios::binary) << content;
+}
+
+unsigned permissionsOf(const std::filesystem::path& file) {
+  return static_cast<unsigned>(std::filesystem::status(file).permissions());
+}
+
+std::size_t openDescriptors() {
+  return namesIn("/proc/self/fd").size();
+}
+
+std::vector<std::string> inheritableDescriptors() {
+  auto names = namesIn("/proc/self/fd");
+  std::erase_if(names, [](const std::string& name) {
+    const int flags = ::fcntl(std::stoi(name), F_GETFD);
+    return flags < 0 || (flags & FD_CLOEXEC) != 0;
+  });
+  return names;
+}
+
+}  // namespace vorrin

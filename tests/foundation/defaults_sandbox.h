@@ -1,0 +1,67 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/user_defaults.h"
+
+namespace vorrin {
+
+/// Gives variables of the environment back the values that they had.
+class SavedEnvironment {
+ public:
+  explicit SavedEnvironment(const std::vector<std::string>& variables);
+  SavedEnvironment(const SavedEnvironment&) = delete;
+  SavedEnvironment& operator=(const SavedEnvironment&) = delete;
+  ~SavedEnvironment();
+
+ private:
+  std::map<std::string, std::optional<std::string>> values_;
+};
+
+/// A home, a settings directory and a directory for temporary files of the test's own, which the
+/// environment leads to.
+class DefaultsSandbox : public testing::Test {
+ protected:
+  DefaultsSandbox();
+  ~DefaultsSandbox() override;
+
+  /// The file of the user's own domain.
+  [[nodiscard]] std::filesystem::path standardFile() const;
+
+  /// Gives everything in the sandbox to the user that becomeOrdinaryUser makes of the caller.
+  void giveToOrdinaryUser() const;
+
+  const std::filesystem::path root;
+  const std::filesystem::path home = root / "home";
+  const std::filesystem::path settings = home / ".config" / "vorrin";
+  const std::filesystem::path temporary = root / "temporary";
+
+ private:
+  const SavedEnvironment environment_;
+};
+
+/// Stores one value.
+void store(const UserDefaults& defaults, const std::string& key, const DefaultsObject& value);
+
+/// The names of what is in `directory`, in order; none when there is no such directory.
+std::vector<std::string> namesIn(const std::filesystem::path& directory);
+
+std::string contentOf(const std::filesystem::path& file);
+void fill(const std::filesystem::path& file, const std::string& content);
+
+/// The permission bits of `file`.
+unsigned permissionsOf(const std::filesystem::path& file);
+
+/// How many descriptors this process has open.
+std::size_t openDescriptors();
+
+/// Those of them that a program started by this process would get.
+std::vector<std::string> inheritableDescriptors();
+
+}  // namespace vorrin

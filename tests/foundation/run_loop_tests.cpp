@@ -1,0 +1,137 @@
+#include "platform/run_loop.h"
+
+#include <gtest/gtest.h>
+#include <sys/prctl.h>
+
+#include <chrono>
+
+#include "tests/foundation/child_process.h"
+#include "tests/foundation/defaults_sandbox.h"
+
+namespace vorrin {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+double secondsSince(Clock::time_point start) {
+  return std::chrono::duration<double>(Clock::now() - start).count();
+}
+
+TEST(RunLoop, runs_for_as_long_as_asked) {
+  const auto start = Clock::now();
+  RunLoop::main().runFor(0.05);
+  EXPECT_GE(secondsSince(start), 0.05);
+  EXPECT_LT(secondsSince(start), 1.0);
+}
+
+TEST(RunLoop, returns_when_asked_to_run_for_no_time) {
+  const auto start = Clock::now();
+  RunLoop::main().runFor(0);
+  RunLoop::main().runFor(-1);
+  EXPECT_LT(secondsSince(start), 1.0);
+}
+
+TEST(RunLoop, serves_timers_of_both_modes) {
+  int standard = 0;
+  int common = 0;
+  const Timer first(0.005, [&] { ++standard; });
+  const Timer second(0.005, [&] { ++common; });
+  RunLoop::main().add(first, RunLoopMode::standard);
+  RunLoop::main().add(second, RunLoopMode::common);
+  RunLoop::main().runFor(0.1);
+  first.invalidate();
+  second.invalidate();
+  EXPECT_GT(standard, 0);
+  EXPECT_GT(common, 0);
+}
+
+TEST(RunLoop, serves_timers_only_while_it_runs) {
+  int count = 0;
+  const Timer timer(0.001, [&] { ++count; });
+  RunLoop::main().add(timer, RunLoopMode::common);
+  RunLoop::main().runFor(0.02);
+  const int after = count;
+  const auto start = Clock::now();
+  while (secondsSince(start) < 0.01) {
+  }
+  EXPECT_EQ(count, after);
+  RunLoop::main().runFor(0.02);
+  EXPECT_GT(count, after);
+  timer.invalidate();
+}
+
+TEST(RunLoop, keeps_a_scheduled_timer_alive_when_nobody_else_does) {
+  ChildProcess child([] {  // ends with the timer, which nobody can invalidate
+    int count = 0;
+    RunLoop::main().add(Timer(0.002, [&] { ++count; }), RunLoopMode::common);
+    RunLoop::main().runFor(0.1);
+    return count > 1;
+  });
+  EXPECT_TRUE(child.wait());
+}
+
+TEST(RunLoop, takes_a_timer_added_twice_for_one) {
+  int count = 0;
+  const auto start = Clock::now();
+  const Timer timer(0.01, [&] { ++count; });
+  RunLoop::main().add(timer, RunLoopMode::common);
+  RunLoop::main().add(timer, RunLoopMode::common);
+  RunLoop::main().runFor(0.055);
+  timer.invalidate();
+  EXPECT_GT(count, 0);
+  EXPECT_LE(count, static_cast<int>(secondsSince(start) / 0.01));
+}
+
+TEST(RunLoop, does_not_take_an_invalidated_timer) {
+  int count = 0;
+  const Timer timer(0.001, [&] { ++count; });
+  timer.invalidate();
+  RunLoop::main().add(timer, RunLoopMode::common);
+  RunLoop::main().runFor(0.01);
+  EXPECT_EQ(count, 0);
+}
+
+TEST(RunLoop, runs_within_itself) {
+  const auto start = Clock::now();
+  double inner = 0;
+  const Timer timer(0.001, [&] {
+    if (inner > 0) return;
+    RunLoop::main().runFor(0.05);
+    inner = secondsSince(start);
+  });
+  RunLoop::main().add(timer, RunLoopMode::common);
+  RunLoop::main().runFor(0.01);
+  timer.invalidate();
+  EXPECT_GE(inner, 0.05);
+}
+
+TEST(RunLoop, needs_no_application_no_display_and_no_session) {
+  ChildProcess child([] {
+    ::clearenv();
+    int count = 0;
+    const Timer timer(0.001, [&] { ++count; });
+    RunLoop::main().add(timer, RunLoopMode::common);
+    RunLoop::main().runFor(0.1);
+    return count > 0;
+  });
+  EXPECT_TRUE(child.wait());
+  EXPECT_EQ(child.errors(), "");
+}
+
+TEST(RunLoop, lets_the_kernel_delay_no_wait_of_the_process) {
+  const Timer timer(1, [] {});
+  RunLoop::main().add(timer, RunLoopMode::common);
+  timer.invalidate();
+  EXPECT_EQ(::prctl(PR_GET_TIMERSLACK), 1);
+}
+
+TEST(RunLoop, hands_no_descriptor_of_its_own_to_started_programs) {
+  const auto before = inheritableDescriptors();
+  const Timer timer(1, [] {});
+  RunLoop::main().add(timer, RunLoopMode::common);
+  EXPECT_EQ(inheritableDescriptors(), before);
+  timer.invalidate();
+}
+
+}  // namespace
+}  // namespace vorrin

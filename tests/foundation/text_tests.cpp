@@ -1,0 +1,190 @@
+#include "platform/text.h"
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <clocale>
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+#include <random>
+#include <string>
+
+namespace vorrin {
+namespace {
+
+using namespace std::string_literals;
+
+TEST(Trimmed, takes_blanks_off_both_ends_and_none_from_within) {
+  EXPECT_EQ(trimmed("  Work  hard  "), "Work  hard");
+}
+
+TEST(Trimmed, takes_off_every_kind_of_unicode_white_space) {
+  for (const char* space :
+       {"\t",     "\n",     "\v",     "\f",     "\r",     " ",      "\u0085", "\u00A0", "\u1680",
+        "\u2000", "\u2001", "\u2002", "\u2003", "\u2004", "\u2005", "\u2006", "\u2007", "\u2008",
+        "\u2009", "\u200A", "\u2028", "\u2029", "\u202F", "\u205F", "\u3000"}) {
+    EXPECT_EQ(trimmed(space + "x"s + space), "x");
+    EXPECT_EQ(trimmed(space), "");
+  }
+}
+
+TEST(Trimmed, keeps_invisible_characters_that_are_no_white_space) {
+  for (const char* character : {"\u200B", "\u200D", "\uFEFF", "\u2060", "\u180E", "\u00AD"}) {
+    EXPECT_EQ(trimmed(character), character);
+  }
+  EXPECT_EQ(trimmed("\0"s), "\0"s);
+}
+
+TEST(Trimmed, leaves_a_text_without_surrounding_white_space_alone) {
+  EXPECT_EQ(trimmed(""), "");
+  EXPECT_EQ(trimmed({}), "");
+  EXPECT_EQ(trimmed("x"), "x");
+  EXPECT_EQ(trimmed("👩‍👩‍👧‍👦"), "👩‍👩‍👧‍👦");
+}
+
+TEST(Trimmed, keeps_bytes_that_are_not_utf8) {
+  EXPECT_EQ(trimmed(" \xFF "), "\xFF");
+  EXPECT_EQ(trimmed(" \xE2\x80"), "\xE2\x80");
+  EXPECT_EQ(trimmed("\x83 \x80\xA0 "), "\x83 \x80\xA0");
+}
+
+TEST(CharacterCount, counts_letters_of_every_script) {
+  EXPECT_EQ(characterCount(""), 0u);
+  EXPECT_EQ(characterCount({}), 0u);
+  EXPECT_EQ(characterCount("Work"), 4u);
+  EXPECT_EQ(characterCount("Größe"), 5u);
+  EXPECT_EQ(characterCount("Привет"), 6u);
+  EXPECT_EQ(characterCount("日本語"), 3u);
+  EXPECT_EQ(characterCount("שלום"), 4u);
+  EXPECT_EQ(characterCount("مرحبا"), 5u);
+  EXPECT_EQ(characterCount("한국어"), 3u);
+}
+
+TEST(CharacterCount, counts_a_letter_with_its_marks_once) {
+  EXPECT_EQ(characterCount("e\u0301"), 1u);
+  EXPECT_EQ(characterCount("Z\u0351\u036B\u0343\u032A"), 1u);
+  EXPECT_EQ(characterCount("\u05E9\u05C1\u05B8"), 1u);
+  EXPECT_EQ(characterCount("\u1112\u1161\u11AB"), 1u);  // Hangul from its parts
+  EXPECT_EQ(characterCount("नि"), 1u);
+  EXPECT_EQ(characterCount("กำ"), 1u);
+}
+
+TEST(CharacterCount, counts_an_emoji_made_of_several_once) {
+  EXPECT_EQ(characterCount("👍🏽"), 1u);
+  EXPECT_EQ(characterCount("👩‍👩‍👧‍👦"), 1u);
+  EXPECT_EQ(characterCount("🇩🇪"), 1u);
+  EXPECT_EQ(characterCount("🇩🇪🇫🇷"), 2u);
+  EXPECT_EQ(characterCount("🏴󠁧󠁢󠁳󠁣󠁴󠁿"), 1u);
+  EXPECT_EQ(characterCount("❤️"), 1u);
+  EXPECT_EQ(characterCount("1️⃣"), 1u);
+}
+
+TEST(CharacterCount, counts_a_line_end_of_two_characters_once) {
+  EXPECT_EQ(characterCount("\r\n"), 1u);
+  EXPECT_EQ(characterCount("\n\r"), 2u);
+  EXPECT_EQ(characterCount("a\r\nb"), 3u);
+}
+
+TEST(CharacterCount, counts_eighty_emoji_as_eighty) {
+  std::string text;
+  for (int i = 0; i < 80; ++i) text += "👨‍👩‍👧";
+  EXPECT_EQ(characterCount(text), 80u);
+  EXPECT_EQ(characterCount(text + "👍"), 81u);
+}
+
+TEST(CharacterCount, counts_what_is_not_utf8_as_replacement_characters) {
+  EXPECT_EQ(characterCount("\xFF\xFE"), 2u);
+  EXPECT_EQ(characterCount("a\xC3"), 2u);
+  EXPECT_EQ(characterCount("\xED\xA0\x80"), 3u);  // half of a surrogate pair
+  EXPECT_EQ(characterCount("\0\0"s), 2u);
+}
+
+TEST(Texts, of_random_bytes_do_no_harm) {
+  std::mt19937 random(1);
+  for (int i = 0; i < 3000; ++i) {
+    std::string left(random() % 24, '\0');
+    std::string right(random() % 24, '\0');
+    for (char& c : left) c = static_cast<char>(random());
+    for (char& c : right) c = static_cast<char>(random());
+    EXPECT_LE(characterCount(left), left.size());
+    EXPECT_LE(trimmed(left).size(), left.size());
+    const auto order = localizedStandardCompare(left, right);
+    EXPECT_EQ(0 <=> order, localizedStandardCompare(right, left)) << i;
+    static_cast<void>(parseNumber(left));
+  }
+}
+
+TEST(LocalizedStandardCompare, orders_names_as_a_user_expects) {
+  EXPECT_TRUE(localizedStandardCompare("Preset 2", "Preset 10") < 0);
+  EXPECT_TRUE(localizedStandardCompare("A", "b") < 0);
+  EXPECT_TRUE(localizedStandardCompare("b", "A") > 0);
+  EXPECT_TRUE(localizedStandardCompare("same", "same") == 0);
+  EXPECT_TRUE(localizedStandardCompare("", "a") < 0);
+  EXPECT_TRUE(localizedStandardCompare({}, {}) == 0);
+}
+
+TEST(LocalizedStandardCompare, takes_the_two_ways_to_write_an_accent_as_the_same) {
+  EXPECT_TRUE(localizedStandardCompare("caf\u00E9", "cafe\u0301") == 0);
+}
+
+TEST(ParseNumber, reads_what_the_c_library_reads) {
+  EXPECT_EQ(parseNumber("0.05"), 0.05);
+  EXPECT_EQ(parseNumber("+5."), 5.0);
+  EXPECT_EQ(parseNumber("-.5e1"), -5.0);
+  EXPECT_EQ(parseNumber("1e-3"), 0.001);
+  EXPECT_EQ(parseNumber("0x1p-1"), 0.5);
+  EXPECT_EQ(parseNumber("inf"), std::numeric_limits<double>::infinity());
+  EXPECT_TRUE(std::isnan(parseNumber("nan").value()));
+}
+
+TEST(ParseNumber, refuses_what_is_not_wholly_a_number) {
+  for (const char* text : {"", "abc", "1 s", "1 ", "1,5", "1.5.2", "--1", "1e", "0x", ".", "e5",
+                           "\u0661", "1\u00A0", "１"}) {
+    EXPECT_FALSE(parseNumber(text)) << text;
+  }
+  EXPECT_FALSE(parseNumber({}));
+}
+
+TEST(ParseNumber, refuses_leading_white_space) {
+  for (const char* text : {" 1", "\t1", "\n1", "\v1", "\f1", "\r1"}) {
+    EXPECT_FALSE(parseNumber(text));
+  }
+}
+
+TEST(ParseNumber, refuses_a_zero_byte_anywhere) {
+  EXPECT_FALSE(parseNumber("1\0"s));
+  EXPECT_FALSE(parseNumber("1\0005"s));
+  EXPECT_FALSE(parseNumber("\0001"s));
+  EXPECT_FALSE(parseNumber("\0"s));
+}
+
+TEST(ParseNumber, refuses_overflow_and_underflow) {
+  EXPECT_FALSE(parseNumber("1e999"));
+  EXPECT_FALSE(parseNumber("-1e999"));
+  EXPECT_FALSE(parseNumber("1e-999"));
+  EXPECT_EQ(parseNumber("1e308"), 1e308);
+}
+
+TEST(ParseNumber, does_not_take_an_old_error_for_its_own) {
+  errno = ERANGE;
+  EXPECT_EQ(parseNumber("1"), 1.0);
+}
+
+TEST(ParseNumber, takes_the_full_stop_for_the_decimal_separator_in_every_locale) {
+  ::setenv("LOCPATH", VORRIN_TEST_LOCALES, 1);
+  ASSERT_NE(std::setlocale(LC_ALL, "de_DE.UTF-8"), nullptr);
+  ASSERT_EQ(std::strtod("0,5", nullptr), 0.5) << "the locale has no decimal comma";
+  EXPECT_EQ(parseNumber("0.5"), 0.5);
+  EXPECT_FALSE(parseNumber("0,5"));
+  std::setlocale(LC_ALL, "C");
+  ::unsetenv("LOCPATH");
+}
+
+TEST(ParseNumber, reads_a_part_of_a_longer_text) {
+  const std::string_view text = "0.1259";
+  EXPECT_EQ(parseNumber(text.substr(0, 5)), 0.125);
+}
+
+}  // namespace
+}  // namespace vorrin

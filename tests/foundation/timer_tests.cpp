@@ -1,0 +1,331 @@
+#include "platform/timer.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+#include <memory>
+#include <new>
+#include <optional>
+#include <thread>
+#include <vector>
+
+#include "platform/run_loop.h"
+#include "tests/foundation/defaults_sandbox.h"
+
+namespace {
+
+std::atomic<long> allocations = 0;
+
+}  // namespace
+
+void* operator new(std::size_t size) {
+  ++allocations;
+  void* const memory = std::malloc(size);
+  if (memory == nullptr) throw std::bad_alloc();
+  return memory;
+}
+
+void operator delete(void* memory) noexcept {
+  std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t) noexcept {
+  std::free(memory);
+}
+
+namespace vorrin {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+double secondsSince(Clock::time_point start) {
+  return std::chrono::duration<double>(Clock::now() - start).count();
+}
+
+/// Holds the main thread up.
+void stall(double seconds) {
+  std::this_thread::sleep_for(std::chrono::duration<double>(seconds));
+}
+
+void schedule(const Timer& timer) {
+  RunLoop::main().add(timer, RunLoopMode::common);
+}
+
+/// Runs the main run loop until `done` gives true, for 10 seconds at most.
+template <typename Condition>
+bool runUntil(Condition done) {
+  const auto start = Clock::now();
+  while (!done() && secondsSince(start) < 10) RunLoop::main().runFor(0.001);
+  return done();
+}
+
+TEST(Timer, fires_first_one_interval_after_it_was_added) {
+  std::optional<double> fired;
+  Clock::time_point added;
+  const Timer timer(0.05, [&] {
+    if (!fired) fired = secondsSince(added);
+  });
+  stall(0.02);
+  added = Clock::now();
+  schedule(timer);
+  ASSERT_TRUE(runUntil([&] { return fired.has_value(); }));
+  timer.invalidate();
+  EXPECT_GE(*fired, 0.05);
+  EXPECT_LT(*fired, 1.0);
+}
+
+TEST(Timer, fires_once_at_most_for_every_whole_multiple_of_its_interval_and_never_before_it) {
+  constexpr double interval = 0.01;
+  std::vector<double> firings;
+  const auto added = Clock::now();
+  const Timer timer(interval, [&] { firings.push_back(secondsSince(added)); });
+  schedule(timer);
+  ASSERT_TRUE(runUntil([&] { return firings.size() >= 30; }));
+  timer.invalidate();
+  for (std::size_t i = 0; i < firings.size(); ++i) {
+    EXPECT_GE(firings[i], static_cast<double>(i + 1) * interval);
+  }
+}
+
+TEST(Timer, keeps_its_grid_after_a_stall) {
+  constexpr double interval = 0.02;
+  std::vector<double> firings;
+  const auto added = Clock::now();
+  const Timer timer(interval, [&] {
+    firings.push_back(secondsSince(added));
+    if (firings.size() % 2 == 0) stall(2.5 * interval);
+  });
+  schedule(timer);
+  // A timer that counted its interval from the late firing would never come sooner than that.
+  const auto cameSooner = [&] {
+    for (std::size_t i = 1; i < firings.size(); ++i) {
+      if (firings[i] - firings[i - 1] < 0.75 * interval) return true;
+    }
+    return false;
+  };
+  EXPECT_TRUE(runUntil(cameSooner));
+  timer.invalidate();
+}
+
+TEST(Timer, makes_no_burst_after_the_main_thread_was_blocked) {
+  int count = 0;
+  const Timer timer(0.001, [&] { ++count; });
+  schedule(timer);
+  stall(0.2);
+  const auto served = Clock::now();
+  RunLoop::main().runFor(0.01);
+  const double elapsed = secondsSince(served);
+  timer.invalidate();
+  EXPECT_GE(count, 1);
+  EXPECT_LE(count, 2 + static_cast<int>(elapsed / 0.001));
+}
+
+TEST(Timer, of_a_thousandth_of_a_second_fires_near_a_thousand_times_a_second) {
+  int count = 0;
+  const auto added = Clock::now();
+  const Timer timer(0.001, [&] { ++count; });
+  schedule(timer);
+  RunLoop::main().runFor(1);
+  timer.invalidate();
+  EXPECT_LE(count, static_cast<int>(secondsSince(added) / 0.001));
+  EXPECT_GE(count, 200);
+}
+
+TEST(Timer, takes_the_interval_exactly_to_the_nanosecond) {
+  int count = 0;
+  const auto added = Clock::now();
+  const Timer timer(0.001234567, [&] { ++count; });
+  schedule(timer);
+  ASSERT_TRUE(runUntil([&] { return count >= 50; }));
+  EXPECT_GE(secondsSince(added), 50 * 0.001234567);
+  timer.invalidate();
+}
+
+TEST(Timer, of_the_longest_interval_can_be_stopped) {
+  int count = 0;
+  const Timer timer(3600, [&] { ++count; });
+  schedule(timer);
+  RunLoop::main().runFor(0.02);
+  timer.invalidate();
+  EXPECT_EQ(count, 0);
+  EXPECT_FALSE(timer.isValid());
+}
+
+TEST(Timer, takes_intervals_without_sense_for_very_short_or_very_long_ones) {
+  int often = 0;
+  int never = 0;
+  std::vector<Timer> timers;
+  for (const double interval : {0.0, -1.0, std::nan("")}) {
+    timers.emplace_back(interval, [&] { ++often; });
+  }
+  for (const double interval : {1e30, std::numeric_limits<double>::infinity()}) {
+    timers.emplace_back(interval, [&] { ++never; });
+  }
+  for (const auto& timer : timers) schedule(timer);
+  EXPECT_TRUE(runUntil([&] { return often >= 10; }));
+  EXPECT_EQ(never, 0);
+  for (const auto& timer : timers) timer.invalidate();
+}
+
+TEST(Timer, does_not_fire_unless_added) {
+  int count = 0;
+  const Timer timer(0.001, [&] { ++count; });
+  RunLoop::main().runFor(0.01);
+  EXPECT_EQ(count, 0);
+  EXPECT_TRUE(timer.isValid());
+}
+
+TEST(Timer, stops_at_once_when_its_own_block_invalidates_it) {
+  int count = 0;
+  std::optional<Timer> timer;
+  timer.emplace(0.001, [&] {
+    ++count;
+    timer->invalidate();
+    timer->invalidate();
+  });
+  schedule(*timer);
+  ASSERT_TRUE(runUntil([&] { return count > 0; }));
+  RunLoop::main().runFor(0.01);
+  EXPECT_EQ(count, 1);
+}
+
+TEST(Timer, does_not_fire_once_invalidated_even_if_it_was_due_already) {
+  int count = 0;
+  std::vector<Timer> timers;
+  for (int i = 0; i < 2; ++i) {
+    timers.emplace_back(0.01, [&] {
+      ++count;
+      for (const auto& timer : timers) timer.invalidate();
+    });
+  }
+  for (const auto& timer : timers) schedule(timer);
+  stall(0.05);
+  ASSERT_TRUE(runUntil([&] { return count > 0; }));
+  RunLoop::main().runFor(0.03);
+  EXPECT_EQ(count, 1);
+}
+
+TEST(Timer, copies_are_the_same_timer) {
+  int count = 0;
+  const Timer timer(0.001, [&] { ++count; });
+  const Timer copy = timer;
+  schedule(timer);
+  copy.invalidate();
+  EXPECT_FALSE(timer.isValid());
+  RunLoop::main().runFor(0.01);
+  EXPECT_EQ(count, 0);
+}
+
+TEST(Timer, releases_its_block_when_it_is_invalidated) {
+  auto owned = std::make_shared<int>();
+  const Timer timer(0.001, [owned] {});
+  schedule(timer);
+  EXPECT_EQ(owned.use_count(), 2);
+  timer.invalidate();
+  EXPECT_EQ(owned.use_count(), 1);
+}
+
+TEST(Timer, releases_its_block_after_it_when_it_invalidates_the_timer) {
+  auto owned = std::make_shared<int>();
+  std::optional<Timer> timer;
+  long usesInside = 0;
+  timer.emplace(0.001, [&, owned] {
+    timer->invalidate();
+    usesInside = owned.use_count();
+  });
+  schedule(*timer);
+  ASSERT_TRUE(runUntil([&] { return usesInside > 0; }));
+  EXPECT_EQ(usesInside, 2);
+  EXPECT_EQ(owned.use_count(), 1);
+}
+
+TEST(Timer, releases_its_block_with_its_last_copy_when_it_was_never_added) {
+  auto owned = std::make_shared<int>();
+  {
+    const Timer timer(0.001, [owned] {});
+  }
+  EXPECT_EQ(owned.use_count(), 1);
+}
+
+TEST(Timer, may_be_owned_by_its_own_block) {
+  auto held = std::make_shared<std::optional<Timer>>();
+  int count = 0;
+  held->emplace(0.001, [held, &count] {
+    ++count;
+    (*held)->invalidate();
+  });
+  schedule(**held);
+  const std::weak_ptr<std::optional<Timer>> watched = held;
+  held.reset();
+  ASSERT_TRUE(runUntil([&] { return count > 0; }));
+  EXPECT_TRUE(watched.expired());
+}
+
+TEST(Timer, does_not_enter_a_block_that_is_still_running) {
+  int depth = 0;
+  int deepest = 0;
+  int count = 0;
+  const Timer timer(0.001, [&] {
+    deepest = std::max(deepest, ++depth);
+    RunLoop::main().runFor(0.005);
+    --depth;
+    ++count;
+  });
+  schedule(timer);
+  ASSERT_TRUE(runUntil([&] { return count >= 3; }));
+  timer.invalidate();
+  EXPECT_EQ(deepest, 1);
+}
+
+TEST(Timer, may_be_invalidated_while_its_block_runs_the_run_loop) {
+  int count = 0;
+  std::optional<Timer> timer;
+  timer.emplace(0.001, [&] {
+    const Timer other(0.001, [&] { timer->invalidate(); });
+    schedule(other);
+    RunLoop::main().runFor(0.01);
+    other.invalidate();
+    ++count;
+  });
+  schedule(*timer);
+  ASSERT_TRUE(runUntil([&] { return count > 0; }));
+  RunLoop::main().runFor(0.01);
+  EXPECT_EQ(count, 1);
+}
+
+TEST(Timer, allocates_nothing_at_a_firing) {
+  long before = 0;
+  int count = 0;
+  constexpr int warmUp = 5;
+  constexpr int measured = 50;
+  long during = -1;
+  const Timer timer(0.001, [&] {
+    if (++count == warmUp) before = allocations;
+    if (count == warmUp + measured) during = allocations - before;
+  });
+  schedule(timer);
+  // One long run: what the run loop itself needs is made at its beginning.
+  RunLoop::main().runFor(1);
+  timer.invalidate();
+  EXPECT_EQ(during, 0);
+}
+
+TEST(Timer, gives_its_descriptor_back) {
+  RunLoop::main().runFor(0.001);
+  const auto before = openDescriptors();
+  for (int i = 0; i < 20; ++i) {
+    const Timer timer(0.001, [] {});
+    schedule(timer);
+    RunLoop::main().runFor(0.002);
+    timer.invalidate();
+  }
+  EXPECT_EQ(openDescriptors(), before);
+}
+
+}  // namespace
+}  // namespace vorrin
