@@ -10,8 +10,15 @@
 namespace vorrin {
 
 std::string trimmed(std::string_view text) {
-  NSCharacterSet* blanks = NSCharacterSet.whitespaceAndNewlineCharacterSet;
-  return standardString([nsString(text) stringByTrimmingCharactersInSet:blanks]);
+  NSString* all = nsString(text);
+  NSCharacterSet* kept = NSCharacterSet.whitespaceAndNewlineCharacterSet.invertedSet;
+  const NSRange first = [all rangeOfCharacterFromSet:kept];
+  if (first.location == NSNotFound) return {};
+  const NSRange last = [all rangeOfCharacterFromSet:kept options:NSBackwardsSearch];
+  // Cut from the bytes given, so that those which are not UTF-8 stay what they are.
+  const std::size_t leading = standardString([all substringToIndex:first.location]).size();
+  const std::size_t trailing = standardString([all substringFromIndex:NSMaxRange(last)]).size();
+  return std::string(text.substr(leading, text.size() - leading - trailing));
 }
 
 std::size_t characterCount(std::string_view text) {
