@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "support/engine_test.h"
+#include "support/required.h"
 
 namespace vorrin {
 namespace {
@@ -14,6 +15,7 @@ static_assert(!std::is_copy_constructible_v<Engine> && !std::is_copy_assignable_
 static_assert(!std::is_polymorphic_v<Engine>);
 
 using test::EngineTest;
+using test::required;
 
 PerMacro<bool> both(bool value) {
   return {value, value};
@@ -45,8 +47,7 @@ TEST(FreshEngine, starts_and_acts_without_any_closure_installed) {
 TEST_F(EngineTest, a_start_sets_the_macro_running_and_calls_changed_once) {
   macros.toggle(0);
   EXPECT_EQ(macros.running, (PerMacro<bool>{true, false}));
-  ASSERT_TRUE(macros.timers[0]);
-  EXPECT_TRUE(macros.timers[0]->isValid());
+  EXPECT_TRUE(required(macros.timers[0]).isValid());
   EXPECT_EQ(changes, 1);
   EXPECT_EQ(questions, 1);
 }
@@ -105,7 +106,7 @@ TEST_F(EngineTest, a_macro_without_permission_does_not_start) {
 
 TEST_F(EngineTest, toggling_a_running_macro_stops_it) {
   macros.toggle(0);
-  const Timer timer = *macros.timers[0];
+  const Timer timer = required(macros.timers[0]);
   macros.toggle(0);
   EXPECT_EQ(macros.running, both(false));
   EXPECT_FALSE(macros.timers[0]);

@@ -6,6 +6,7 @@
 
 #include "platform/application_activity.h"
 #include "platform/workspace.h"
+#include "support/required.h"
 
 namespace vorrin {
 namespace {
@@ -54,12 +55,12 @@ TEST_F(FakeSystemTest, openings_of_the_settings_are_counted) {
 
 TEST_F(FakeSystemTest, a_tap_swallows_only_what_it_was_allowed_to) {
   const std::uint16_t allowed = 50;
-  const auto tap = EventTap::create(
-      0x400, {&allowed, 1}, [](const TapEvent&) { return TapVerdict::swallow; }, [] {});
+  const EventTap tap = test::required(EventTap::create(
+      0x400, {&allowed, 1}, [](const TapEvent&) { return TapVerdict::swallow; }, [] {}));
   EXPECT_EQ(fake::feed({.keyCode = 50}), TapVerdict::pass);
-  tap->addToMainRunLoop();
+  tap.addToMainRunLoop();
   EXPECT_EQ(fake::feed({.keyCode = 50}), TapVerdict::pass);
-  tap->setEnabled(true);
+  tap.setEnabled(true);
   EXPECT_EQ(fake::feed({.keyCode = 50}), TapVerdict::swallow);
   EXPECT_EQ(fake::feed({.keyCode = 48}), TapVerdict::pass);
   EXPECT_EQ(fake::feed({.type = EventType::keyUp, .keyCode = 50}), TapVerdict::pass);

@@ -19,14 +19,12 @@ using test::ConnectedTest;
 using test::ListenerTest;
 
 TEST(EventMaskBit, is_the_bit_of_the_raw_value) {
+  EXPECT_EQ(eventMaskBit(EventType::leftMouseDown), 2U);
   EXPECT_EQ(eventMaskBit(EventType::keyDown), 0x400U);
   EXPECT_EQ(eventMaskBit(EventType::keyUp), 0x800U);
-  EXPECT_EQ(eventMaskBit(EventType{0}), 1U);
-  EXPECT_EQ(eventMaskBit(EventType{63}), 0x8000000000000000U);
 }
 
 TEST(EventMaskBit, is_0_for_raw_values_of_64_and_more) {
-  EXPECT_EQ(eventMaskBit(EventType{64}), 0U);
   EXPECT_EQ(eventMaskBit(EventType::tapDisabledByTimeout), 0U);
   EXPECT_EQ(eventMaskBit(EventType::tapDisabledByUserInput), 0U);
 }

@@ -8,12 +8,14 @@
 
 #include "support/preset_text.h"
 #include "support/presets.h"
+#include "support/required.h"
 
 namespace vorrin {
 namespace {
 
 using test::otherPreset;
 using test::presetText;
+using test::required;
 using test::startJson;
 using test::startPreset;
 using namespace std::string_literals;
@@ -38,14 +40,14 @@ TEST(PresetJson, members_of_other_names_are_passed_over) {
 }
 
 TEST(PresetJson, an_encoded_record_reads_back_equal) {
-  EXPECT_EQ(decodePreset(encodePreset(otherPreset()).value()), otherPreset());
+  EXPECT_EQ(decodePreset(required(encodePreset(otherPreset()))), otherPreset());
 }
 
 TEST(PresetJson, lists_of_any_length_and_values_of_any_range_read_back_equal) {
   const Preset odd{
       {1e300, -5e-324, 0}, {0, 65535, 53}, std::numeric_limits<std::int64_t>::min(), {}};
-  EXPECT_EQ(decodePreset(encodePreset(odd).value()), odd);
-  EXPECT_EQ(decodePreset(encodePreset(Preset{}).value()), Preset{});
+  EXPECT_EQ(decodePreset(required(encodePreset(odd))), odd);
+  EXPECT_EQ(decodePreset(required(encodePreset(Preset{}))), Preset{});
 }
 
 TEST(PresetJson, an_interval_that_is_not_finite_cannot_be_written) {
@@ -67,9 +69,9 @@ TEST(PresetJson, a_record_without_one_of_the_members_is_refused) {
 }
 
 TEST(PresetJson, whole_numbers_serve_as_intervals) {
-  EXPECT_EQ(decodePreset(presetText("intervals", "[1,2]")).value().intervals,
+  EXPECT_EQ(required(decodePreset(presetText("intervals", "[1,2]"))).intervals,
             (std::vector<double>{1, 2}));
-  EXPECT_EQ(decodePreset(presetText("intervals", "[18446744073709551615,-3]")).value().intervals,
+  EXPECT_EQ(required(decodePreset(presetText("intervals", "[18446744073709551615,-3]"))).intervals,
             (std::vector<double>{18446744073709551616.0, -3}));
 }
 
@@ -85,7 +87,7 @@ TEST(PresetJson, an_interval_beyond_double_is_refused) {
 }
 
 TEST(PresetJson, key_codes_from_0_to_65535_are_read) {
-  EXPECT_EQ(decodePreset(presetText("keys", "[0,65535]")).value().keys,
+  EXPECT_EQ(required(decodePreset(presetText("keys", "[0,65535]"))).keys,
             (std::vector<std::uint16_t>{0, 65535}));
 }
 
@@ -111,16 +113,16 @@ TEST(PresetJson, a_digit_that_is_no_integer_is_refused) {
 }
 
 TEST(PresetJson, integers_of_the_whole_range_are_read_as_digits) {
-  EXPECT_EQ(decodePreset(presetText("digit", "42")).value().digit, 42);
-  EXPECT_EQ(decodePreset(presetText("digit", "-3")).value().digit, -3);
-  EXPECT_EQ(decodePreset(presetText("digit", "9223372036854775807")).value().digit,
+  EXPECT_EQ(required(decodePreset(presetText("digit", "42"))).digit, 42);
+  EXPECT_EQ(required(decodePreset(presetText("digit", "-3"))).digit, -3);
+  EXPECT_EQ(required(decodePreset(presetText("digit", "9223372036854775807"))).digit,
             std::numeric_limits<std::int64_t>::max());
 }
 
 TEST(PresetJson, an_integer_may_be_written_with_a_fraction_of_zero) {
-  EXPECT_EQ(decodePreset(presetText("digit", "4.0")).value().digit, 4);
-  EXPECT_EQ(decodePreset(presetText("digit", "0.4e1")).value().digit, 4);
-  EXPECT_EQ(decodePreset(presetText("keys", "[50.0,48]")).value().keys[0], 50);
+  EXPECT_EQ(required(decodePreset(presetText("digit", "4.0"))).digit, 4);
+  EXPECT_EQ(required(decodePreset(presetText("digit", "0.4e1"))).digit, 4);
+  EXPECT_EQ(required(decodePreset(presetText("keys", "[50.0,48]"))).keys[0], 50);
 }
 
 TEST(PresetJson, enabled_flags_of_another_type_are_refused) {

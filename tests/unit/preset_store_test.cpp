@@ -9,6 +9,7 @@
 #include "settings/preset_json.h"
 #include "support/preset_text.h"
 #include "support/presets.h"
+#include "support/required.h"
 #include "support/storage_test.h"
 
 namespace vorrin {
@@ -16,6 +17,7 @@ namespace {
 
 using test::otherPreset;
 using test::presetText;
+using test::required;
 using test::startPreset;
 using Presets = std::map<std::string, Preset>;
 
@@ -29,7 +31,7 @@ class PresetStoreTest : public test::StorageTest {
     return object ? std::get<Data>(*object).bytes : "";
   }
 
-  [[nodiscard]] Presets storedPresets() const { return decodePresets(storedJson()).value(); }
+  [[nodiscard]] Presets storedPresets() const { return required(decodePresets(storedJson())); }
 
   const PresetStore store{defaults};
 };
@@ -239,7 +241,7 @@ TEST_F(PresetStoreTest, a_preset_that_is_not_valid_is_not_listed_and_goes_with_t
   Preset stopped = startPreset();
   stopped.intervals[0] = 0;
   const Presets stored{{"bad", stopped}, {"good", startPreset()}};
-  putJson(encodePresets(stored).value());
+  putJson(required(encodePresets(stored)));
   EXPECT_EQ(store.all(), (Presets{{"good", startPreset()}}));
   EXPECT_FALSE(store.rename("bad", "better"));
   EXPECT_FALSE(store.remove("bad"));
@@ -251,7 +253,7 @@ TEST_F(PresetStoreTest, a_preset_that_is_not_valid_is_not_listed_and_goes_with_t
 TEST_F(PresetStoreTest, stored_names_are_neither_trimmed_nor_measured) {
   const std::string longName(500, 'n');
   const Presets stored{{longName, startPreset()}, {" ", startPreset()}};
-  putJson(encodePresets(stored).value());
+  putJson(required(encodePresets(stored)));
   EXPECT_EQ(store.all(), stored);
 }
 
@@ -306,7 +308,7 @@ TEST_F(PresetStoreTest, the_time_taken_grows_about_as_the_number_of_presets) {
     for (int index = 0; index < count; ++index) {
       presets["Preset " + std::to_string(index)] = index % 2 == 0 ? startPreset() : otherPreset();
     }
-    putJson(encodePresets(presets).value());
+    putJson(required(encodePresets(presets)));
   };
   fill(1'000);
   const double few = secondsToSaveAndDelete(store);

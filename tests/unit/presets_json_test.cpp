@@ -8,12 +8,14 @@
 
 #include "support/preset_text.h"
 #include "support/presets.h"
+#include "support/required.h"
 
 namespace vorrin {
 namespace {
 
 using test::otherPreset;
 using test::presetText;
+using test::required;
 using test::startJson;
 using test::startPreset;
 using namespace std::string_literals;
@@ -38,7 +40,7 @@ TEST(PresetsJson, names_with_every_kind_of_character_read_back_the_same) {
       {"日本語 한국어 العربية हिन्दी", otherPreset()},
       {"👩‍👩‍👧‍👦🇩🇪👍🏽", startPreset()},
       {"\xF4\x8F\xBF\xBF", startPreset()}};
-  EXPECT_EQ(decodePresets(encodePresets(presets).value()), presets);
+  EXPECT_EQ(decodePresets(required(encodePresets(presets))), presets);
 }
 
 TEST(PresetsJson, escaped_names_are_read) {
@@ -71,9 +73,8 @@ TEST(PresetsJson, one_broken_preset_makes_the_whole_unreadable) {
 }
 
 TEST(PresetsJson, presets_that_are_not_valid_are_read_all_the_same) {
-  const auto presets = decodePresets("{\"a\":" + presetText("intervals", "[0]") + "}");
-  ASSERT_TRUE(presets);
-  EXPECT_FALSE(presets->at("a").valid());
+  const auto presets = required(decodePresets("{\"a\":" + presetText("intervals", "[0]") + "}"));
+  EXPECT_FALSE(presets.at("a").valid());
 }
 
 TEST(PresetsJson, anything_but_an_object_is_refused) {
@@ -85,7 +86,7 @@ TEST(PresetsJson, anything_but_an_object_is_refused) {
 TEST(PresetsJson, of_a_name_given_twice_the_last_counts) {
   const std::string json =
       "{\"a\":" + std::string(startJson) + ",\"a\":" + presetText("digit", "7") + "}";
-  EXPECT_EQ(decodePresets(json).value().at("a").digit, 7);
+  EXPECT_EQ(required(decodePresets(json)).at("a").digit, 7);
 }
 
 TEST(PresetsJson, a_million_levels_do_no_harm) {
@@ -114,7 +115,7 @@ TEST(PresetsJson, a_member_passed_over_may_be_as_deep_as_the_limit) {
 TEST(PresetsJson, brackets_in_names_nest_nothing) {
   const std::map<std::string, Preset> presets{{std::string(2000, '['), startPreset()},
                                               {"\\\"" + std::string(2000, '{'), startPreset()}};
-  EXPECT_EQ(decodePresets(encodePresets(presets).value()), presets);
+  EXPECT_EQ(decodePresets(required(encodePresets(presets))), presets);
 }
 
 TEST(PresetsJson, large_text_does_no_harm) {
@@ -122,7 +123,7 @@ TEST(PresetsJson, large_text_does_no_harm) {
   EXPECT_FALSE(decodePresets("{\"" + std::string(2'000'000, 'x')));
   const std::string name(2'000'000, 'n');
   EXPECT_EQ(
-      decodePresets("{\"" + name + "\":" + std::string(startJson) + "}").value().begin()->first,
+      required(decodePresets("{\"" + name + "\":" + std::string(startJson) + "}")).begin()->first,
       name);
 }
 
@@ -133,13 +134,13 @@ TEST(PresetsJson, random_presets_read_back_equal) {
     for (int count = random.between(0, 30); count > 0; --count) {
       presets["name " + std::to_string(random.between(0, 1000))] = test::randomValidPreset(random);
     }
-    ASSERT_EQ(decodePresets(encodePresets(presets).value()), presets);
+    ASSERT_EQ(decodePresets(required(encodePresets(presets))), presets);
   }
 }
 
 TEST(PresetsJson, spoilt_text_is_read_or_refused_but_does_no_harm) {
   test::Random random;
-  const std::string json = encodePresets({{"a", startPreset()}, {"b", otherPreset()}}).value();
+  const std::string json = required(encodePresets({{"a", startPreset()}, {"b", otherPreset()}}));
   for (int count = 0; count < 20'000; ++count) {
     std::string spoilt = json;
     for (int left = random.between(1, 4); left > 0; --left) {

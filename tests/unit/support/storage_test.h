@@ -6,6 +6,7 @@
 #include <string>
 
 #include "platform/user_defaults.h"
+#include "support/required.h"
 
 namespace vorrin::test {
 
@@ -21,10 +22,10 @@ class StorageTest : public testing::Test {
   }
 
   /// A second view of the same domain, as another part of the program would have it.
-  [[nodiscard]] UserDefaults reopened() const { return UserDefaults::suite(domain).value(); }
+  [[nodiscard]] UserDefaults reopened() const { return required(UserDefaults::suite(domain)); }
 
   const std::string domain = "vorrin-unit-" + std::to_string(getpid());
-  const UserDefaults defaults = UserDefaults::suite(domain).value();
+  const UserDefaults defaults = required(UserDefaults::suite(domain));
 };
 
 }  // namespace vorrin::test
