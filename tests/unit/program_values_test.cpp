@@ -1,0 +1,36 @@
+#include "app/program_values.h"
+
+#include <gtest/gtest.h>
+
+#include <utility>
+#include <vector>
+
+#include "ui/theme.h"
+
+namespace vorrin {
+namespace {
+
+bool dryRunWith(const std::vector<const char*>& arguments) {
+  readArguments(static_cast<int>(arguments.size()), arguments.data());
+  return std::exchange(dryRun, false);
+}
+
+TEST(DryRun, is_asked_for_by_one_argument_at_any_place) {
+  EXPECT_TRUE(dryRunWith({"vorrin", "--self-test"}));
+  EXPECT_TRUE(dryRunWith({"vorrin", "x", "--ui-test", "--self-test", "y"}));
+}
+
+TEST(DryRun, is_not_asked_for_by_anything_else) {
+  EXPECT_FALSE(dryRunWith({}));
+  EXPECT_FALSE(dryRunWith({"vorrin"}));
+  EXPECT_FALSE(dryRunWith({"vorrin", "--ui-test", "-self-test", "--self-tests", "--self-test=1",
+                           "--Self-Test", " --self-test", ""}));
+}
+
+TEST(Greens, are_those_of_the_theme) {
+  EXPECT_EQ(hackerGreen, (Color{0.25, 0.9, 0.48, 1}));
+  EXPECT_EQ(dimGreen, (Color{0.35, 0.58, 0.42, 1}));
+}
+
+}  // namespace
+}  // namespace vorrin
