@@ -30,7 +30,7 @@ ClickSeries clicksOfVorrin(Stage& stage, double interval, double seconds) {
   Client client(stage.desktop.display());
   stage.user.pointAt(client.window());
   stage.user.tap(tabKey);
-  ClickSeries series = collectClicks(client, *vorrin, seconds);
+  ClickSeries series = collectClicks(client, vorrin->process(), seconds);
   stage.user.tap(escapeKey);
   client.readAll(stage.user);
   return series;

@@ -54,7 +54,7 @@ void demonstrate(const std::filesystem::path& pictureFile) {
   std::printf("Private X server %s with a window manager\n", stage.desktop.display().c_str());
   const auto vorrin =
       vorrin::bench::startConnectedVorrin(stage, vorrin::bench::clickingEvery(0.001));
-  std::printf("Vorrin is connected: %s", stage.home.status().c_str());
+  std::printf("Vorrin is connected: %s", vorrin->status().value_or("").c_str());
   Client client(stage.desktop.display(), "Counting what arrives here");
   stage.user.pointAt(client.window());
   std::puts("A second program is in front. Pressing Tab (click every 0.001 s):");

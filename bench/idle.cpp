@@ -15,11 +15,11 @@ void measureIdle() {
   const x11_tests::Client client(stage.desktop.display());
   // The time is what is measured here, not waited for: nothing must happen meanwhile.
   std::this_thread::sleep_for(std::chrono::seconds(2));
-  const ProcessFigures before = figuresOf(vorrin->id());
+  const ProcessFigures before = figuresOf(vorrin->process().id());
   std::this_thread::sleep_for(period);
-  const ProcessFigures after = figuresOf(vorrin->id());
+  const ProcessFigures after = figuresOf(vorrin->process().id());
   const auto seconds = static_cast<double>(period.count());
-  const MemoryFigures memory = memoryOf(vorrin->id());
+  const MemoryFigures memory = memoryOf(vorrin->process().id());
   printTable(
       "Vorrin idle, another program in front",
       {{"what", "value", "aim"},

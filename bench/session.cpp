@@ -1,51 +1,27 @@
 #include "bench/session.h"
 
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
 #include <stdexcept>
 
 #include "settings/settings_persistence.h"
-#include "tests/x11/harness/wait.h"
 
 namespace vorrin::bench {
 
-namespace fs = std::filesystem;
-using x11_tests::Process;
+using x11_tests::Program;
 
-PrivateHome::PrivateHome() {
-  std::string pattern = (fs::temp_directory_path() / "vorrin-home-XXXXXX").string();
-  if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no folder for a private home");
-  path_ = pattern;
-  fs::create_directories(path_ / "Library/Logs");
-  setenv("HOME", path_.c_str(), 1);
-  setenv("XDG_CONFIG_HOME", (path_ / "config").c_str(), 1);
-  setenv("XDG_RUNTIME_DIR", path_.c_str(), 1);
-  setenv("DBUS_SESSION_BUS_ADDRESS", "disabled:", 1);
+SharedHome::SharedHome() {
+  for (const auto& [name, value] : environment()) setenv(name.c_str(), value.c_str(), 1);
 }
 
-PrivateHome::~PrivateHome() {
-  std::error_code ignored;
-  fs::remove_all(path_, ignored);
+std::unique_ptr<Program> startVorrin(const Stage& stage) {
+  return std::make_unique<Program>(stage.desktop.display(), stage.home);
 }
 
-std::string PrivateHome::status() const {
-  std::ifstream file(path_ / "Library/Logs/Vorrin-status.txt");
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
-std::unique_ptr<Process> startVorrin(const Stage& stage) {
-  return std::make_unique<Process>(std::vector<std::string>{VORRIN_PROGRAM},
-                                   x11_tests::Environment{{"DISPLAY", stage.desktop.display()}});
-}
-
-std::unique_ptr<Process> startConnectedVorrin(const Stage& stage, const Preset& settings) {
+std::unique_ptr<Program> startConnectedVorrin(const Stage& stage, const Preset& settings) {
   storeCurrentSettings(UserDefaults::standard(), settings);
-  fs::remove(stage.home.path() / "Library/Logs/Vorrin-status.txt");
+  std::filesystem::remove(stage.home.path() / "Library/Logs/Vorrin-status.txt");
   auto vorrin = startVorrin(stage);
-  const bool connected = x11_tests::waitUntil(
-      [&stage] { return stage.home.status().find("ready=true") != std::string::npos; });
-  if (!connected) throw std::runtime_error("Vorrin did not connect");
+  if (!vorrin->waitUntilReady()) throw std::runtime_error("Vorrin did not connect");
   return vorrin;
 }
 

@@ -44,10 +44,10 @@ void measureStartup() {
         timeToWindow(front, [&] { client = std::make_unique<Client>(stage.desktop.display()); }));
     client.reset();
     waitForFocus(front);
-    std::unique_ptr<x11_tests::Process> program;
+    std::unique_ptr<x11_tests::Program> program;
     vorrin.push_back(timeToWindow(front, [&] { program = startVorrin(stage); }));
-    program->signal(SIGTERM);
-    program->waitForEnd();
+    program->process().signal(SIGTERM);
+    program->process().waitForEnd();
     waitForFocus(front);
   }
   printTable("From the start of the program to its window, in ms (10 rounds)",

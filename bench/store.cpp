@@ -55,7 +55,7 @@ std::array<double, 4> measure(const PresetStore& store, int count) {
 }  // namespace
 
 void measureStore() {
-  const PrivateHome home;
+  const SharedHome home;
   const UserDefaults defaults = UserDefaults::standard();
   const PresetStore store(defaults);
   std::vector<Row> rows{
