@@ -29,6 +29,7 @@ ClickSeries clicksOfVorrin(Stage& stage, double interval, double seconds) {
   const auto vorrin = startConnectedVorrin(stage, clickingEvery(interval));
   Client client(stage.desktop.display());
   stage.user.pointAt(client.window());
+  waitForShortcut(stage, tabKey);
   stage.user.tap(tabKey);
   ClickSeries series = collectClicks(client, vorrin->process(), seconds);
   stage.user.tap(escapeKey);

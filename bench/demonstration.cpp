@@ -57,6 +57,7 @@ void demonstrate(const std::filesystem::path& pictureFile) {
   std::printf("Vorrin is connected: %s", vorrin->status().value_or("").c_str());
   Client client(stage.desktop.display(), "Counting what arrives here");
   stage.user.pointAt(client.window());
+  vorrin::bench::waitForShortcut(stage, vorrin::bench::tabKey);
   std::puts("A second program is in front. Pressing Tab (click every 0.001 s):");
   stage.user.tap(vorrin::bench::tabKey);
   countAloud(client, "ButtonPress", "clicks");

@@ -70,6 +70,7 @@ void measureLatency() {
   const auto vorrin = startConnectedVorrin(stage, clickingEvery(interval));
   Client client(stage.desktop.display());
   stage.user.pointAt(client.window());
+  waitForShortcut(stage, tabKey);
   Latencies latencies;
   for (int round = 0; round < rounds; ++round) measureRound(client, stage.user, latencies);
   printTable("From a key press, in ms (100 rounds)",

@@ -4,6 +4,9 @@
 #include <stdexcept>
 
 #include "settings/settings_persistence.h"
+#include "tests/x11/harness/key_probe.h"
+#include "tests/x11/harness/wait.h"
+#include "tests/x11/harness/windows.h"
 
 namespace vorrin::bench {
 
@@ -21,8 +24,21 @@ std::unique_ptr<Program> startConnectedVorrin(const Stage& stage, const Preset& 
   storeCurrentSettings(UserDefaults::standard(), settings);
   std::filesystem::remove(stage.home.path() / "Library/Logs/Vorrin-status.txt");
   auto vorrin = startVorrin(stage);
-  if (!vorrin->waitUntilReady()) throw std::runtime_error("Vorrin did not connect");
+  // It connects before it shows its window, which would take the focus from whoever comes next.
+  x11_tests::Windows windows(stage.desktop.display());
+  const bool inFront = x11_tests::waitUntil([&windows] {
+    const auto window = windows.titled("Vorrin");
+    return window && windows.active() == *window;
+  });
+  if (!inFront || !vorrin->waitUntilReady()) throw std::runtime_error("Vorrin did not connect");
   return vorrin;
+}
+
+void waitForShortcut(const Stage& stage, std::uint16_t virtualKey) {
+  x11_tests::KeyProbe probe(stage.desktop.display());
+  if (!probe.waitUntilHeld(virtualKey)) {
+    throw std::runtime_error("Vorrin does not listen to the shortcut");
+  }
 }
 
 Preset clickingEvery(double seconds) {

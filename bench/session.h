@@ -27,10 +27,14 @@ struct Stage {
 /// Starts Vorrin on the stage; returns at once.
 std::unique_ptr<x11_tests::Program> startVorrin(const Stage& stage);
 
-/// Starts Vorrin with these settings and returns when it is connected; throws std::runtime_error
-/// when that does not happen.
+/// Starts Vorrin with these settings and returns when it is connected and in front; throws
+/// std::runtime_error when that does not happen.
 std::unique_ptr<x11_tests::Program> startConnectedVorrin(const Stage& stage,
                                                          const Preset& settings);
+
+/// Returns when Vorrin would take up this shortcut: it learns a moment after the window manager
+/// that its own window is no longer in front. Throws std::runtime_error when that does not happen.
+void waitForShortcut(const Stage& stage, std::uint16_t virtualKey);
 
 /// The macOS key codes that the benchmark presses.
 inline constexpr std::uint16_t tabKey = 48;

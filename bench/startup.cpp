@@ -1,54 +1,65 @@
 #include <chrono>
-#include <csignal>
+#include <functional>
+#include <memory>
+#include <stdexcept>
 
 #include "bench/sections.h"
 #include "bench/session.h"
 #include "bench/statistics.h"
 #include "bench/table.h"
+#include "tests/x11/harness/windows.h"
 
 namespace vorrin::bench {
 
 namespace {
 
-using x11_tests::Client;
-using x11_tests::ClientEvent;
+using x11_tests::Windows;
 
 constexpr int rounds = 10;
+constexpr const char* plainTitle = "plain";
 
-/// Milliseconds from the start of a program to the moment its window takes the focus from `front`.
-double timeToWindow(Client& front, const std::function<void()>& start) {
-  const auto begin = std::chrono::steady_clock::now().time_since_epoch();
+/// Milliseconds from the start of a program to the moment the window manager lists its window.
+double timeToWindow(Windows& windows, const std::string& title,
+                    const std::function<void()>& start) {
+  const auto begin = std::chrono::steady_clock::now();
   start();
-  const auto lost =
-      front.readUntil([](const ClientEvent& event) { return event.kind == "FocusOut"; }).back();
-  return static_cast<double>(lost.arrival -
-                             std::chrono::duration_cast<std::chrono::nanoseconds>(begin).count()) /
-         1e6;
+  if (!x11_tests::waitUntil([&] { return windows.titled(title).has_value(); })) {
+    throw std::runtime_error("no window appeared");
+  }
+  return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin)
+      .count();
 }
 
-/// Waits until `front` has the focus again after a window in front of it closed.
-void waitForFocus(Client& front) {
-  front.readUntil([](const ClientEvent& event) { return event.kind == "FocusIn"; });
+double plainWindow(const Stage& stage, Windows& windows) {
+  std::unique_ptr<x11_tests::Process> plain;
+  return timeToWindow(windows, plainTitle, [&] {
+    plain = std::make_unique<x11_tests::Process>(
+        std::vector<std::string>{VORRIN_TEST_CLIENT, plainTitle},
+        x11_tests::Environment{{"DISPLAY", stage.desktop.display()}});
+  });
+}
+
+double vorrinWindow(const Stage& stage, Windows& windows) {
+  std::unique_ptr<x11_tests::Program> vorrin;
+  return timeToWindow(windows, "Vorrin", [&] { vorrin = startVorrin(stage); });
+}
+
+void waitUntilClosed(Windows& windows) {
+  x11_tests::waitUntil([&] { return windows.all().empty(); });
 }
 
 }  // namespace
 
 void measureStartup() {
-  Stage stage;
-  Client front(stage.desktop.display());
+  const Stage stage;
+  Windows windows(stage.desktop.display());
   std::vector<double> plain;
   std::vector<double> vorrin;
   for (int round = 0; round < rounds; ++round) {
-    std::unique_ptr<Client> client;
-    plain.push_back(
-        timeToWindow(front, [&] { client = std::make_unique<Client>(stage.desktop.display()); }));
-    client.reset();
-    waitForFocus(front);
-    std::unique_ptr<x11_tests::Program> program;
-    vorrin.push_back(timeToWindow(front, [&] { program = startVorrin(stage); }));
-    program->process().signal(SIGTERM);
-    program->process().waitForEnd();
-    waitForFocus(front);
+    plain.push_back(plainWindow(stage, windows));
+    waitUntilClosed(windows);
+    vorrin.push_back(vorrinWindow(stage, windows));
+    waitUntilClosed(windows);
   }
   printTable("From the start of the program to its window, in ms (10 rounds)",
              {{"who", "p50", "worst", "of the plain window's"},
