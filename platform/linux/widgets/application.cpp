@@ -15,6 +15,7 @@
 #include "platform/linux/widgets/main_menu.h"
 #include "platform/linux/widgets/palette.h"
 #include "platform/linux/widgets/termination_signals.h"
+#include "platform/linux/widgets/x11_notifications.h"
 
 namespace vorrin {
 
@@ -67,6 +68,7 @@ Application::Native::Native(int count, char** arguments)
       terminationSignals([this] { terminate(); }),
       instance({.reopen = [this] { reopen(); }, .stopAll = [this] { stopAll(); }}) {
   shared = this;
+  leaveOutPointerButtons();
   QApplication::setApplicationName(identifier);
   QApplication::setApplicationDisplayName("Vorrin");
   QApplication::setDesktopFileName(identifier);

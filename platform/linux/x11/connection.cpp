@@ -23,7 +23,9 @@ int dropOwnErrors(Display* display, XErrorEvent* error) {
   return display == ownDisplay ? 0 : formerErrorHandler(display, error);
 }
 
-int bearOwnLoss(Display* display) { return display == ownDisplay ? 0 : formerLossHandler(display); }
+int bearOwnLoss(Display* display) {
+  return display == ownDisplay ? 0 : formerLossHandler(display);
+}
 
 void takeErrorsOf(Display* display) {
   precondition(ownDisplay == nullptr, "a process has one connection of this kind");

@@ -11,18 +11,23 @@ namespace vorrin::x11 {
 
 struct MainLoopWatch::Native {
   std::function<void()> serve;
+  std::function<bool()> isWaiting;
   QSocketNotifier notifier;
 };
 
-MainLoopWatch::MainLoopWatch(int fileDescriptor, std::function<void()> serve)
-    : native_(
-          new Native{std::move(serve), QSocketNotifier(fileDescriptor, QSocketNotifier::Read)}) {
+MainLoopWatch::MainLoopWatch(int fileDescriptor, std::function<void()> serve,
+                             std::function<bool()> isWaiting)
+    : native_(new Native{std::move(serve), std::move(isWaiting),
+                         QSocketNotifier(fileDescriptor, QSocketNotifier::Read)}) {
   QAbstractEventDispatcher* const loop = QAbstractEventDispatcher::instance();
   precondition(loop != nullptr, "the main loop exists");
   QSocketNotifier* const notifier = &native_->notifier;
   const auto run = [native = native_.get()] { native->serve(); };
   QObject::connect(notifier, &QSocketNotifier::activated, notifier, run);
-  QObject::connect(loop, &QAbstractEventDispatcher::aboutToBlock, notifier, run);
+  QObject::connect(loop, &QAbstractEventDispatcher::aboutToBlock, notifier,
+                   [native = native_.get()] {
+                     if (native->isWaiting()) native->serve();
+                   });
 }
 
 MainLoopWatch::~MainLoopWatch() = default;

@@ -37,7 +37,9 @@ void Session::endListening(const Listener& listener) {
 
 void Session::watch() {
   if (lost() || watch_) return;
-  watch_.emplace(ConnectionNumber(connection_->display()), [this] { serve(); });
+  watch_.emplace(
+      ConnectionNumber(connection_->display()), [this] { serve(); },
+      [this] { return isWaiting(); });
   checkLater();
 }
 
@@ -78,6 +80,11 @@ void Session::serve() {
   const std::function<void()> invalidated = std::move(invalidated_);
   endListening(*listener_);
   if (invalidated) invalidated();
+}
+
+bool Session::isWaiting() const {
+  if (lost() || (listener_ && listener_->failed())) return true;
+  return XEventsQueued(connection_->display(), QueuedAlready) > 0;
 }
 
 void Session::handleEvents() {

@@ -44,6 +44,8 @@ class Session {
 
  private:
   void serve();
+  /// Whether there is something to serve that its descriptor does not tell of.
+  [[nodiscard]] bool isWaiting() const;
   void handleEvents();
 
   std::unique_ptr<Connection> connection_;
