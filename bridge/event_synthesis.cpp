@@ -7,6 +7,7 @@
 #include "platform/application_activity.h"
 #include "platform/event_post.h"
 #include "platform/fatal_error.h"
+#include "platform/workspace.h"
 
 namespace vorrin {
 namespace {
@@ -39,11 +40,11 @@ std::optional<EventPair> actionOf(int macro) {
 }  // namespace
 
 bool macrosPermitted(bool settingsValid) {
-  return settingsValid && engine.tap.has_value() && isProcessTrusted();
+  return settingsValid && engine.tap.has_value() && isProcessTrusted() && sessionIsActive();
 }
 
 void emitMacro(int macro, const std::function<void()>& refresh) {
-  if (applicationIsActive()) return;
+  if (applicationIsActive() || !sessionIsActive()) return;
   if (!isProcessTrusted()) {
     engine.stopAll();
     if (refresh) refresh();

@@ -9,6 +9,7 @@
 #include "platform/accessibility.h"
 #include "platform/application_activity.h"
 #include "platform/fatal_error.h"
+#include "platform/workspace.h"
 
 namespace vorrin {
 namespace {
@@ -23,6 +24,7 @@ std::vector<std::uint16_t> swallowable;
 std::uint64_t tapGeneration = 0;
 
 std::vector<std::uint16_t> keysToSwallow() {
+  if (!sessionIsActive()) return {};
   std::set<std::uint16_t> keys = engine.held;
   if (!applicationIsActive()) {
     for (const int macro : {0, 1}) {
@@ -87,6 +89,11 @@ TapVerdict keyboardTapCallback(const TapEvent& event) {
   }
   if (event.userData == marker) return TapVerdict::pass;
   const std::uint16_t key = checkedKeyCode(event.keyCode);
+  if (!sessionIsActive()) {
+    // What is typed there is nobody's business. Its keys only count as released.
+    engine.held.erase(key);
+    return TapVerdict::pass;
+  }
   if (!concernsEngine(key)) return TapVerdict::pass;
   const bool swallow = engine.handle(key, event.type == EventType::keyDown, event.autorepeat != 0,
                                      (event.flags & modifierFlags) != 0);

@@ -18,7 +18,8 @@ void connectKeyboardListener();
 TapVerdict keyboardTapCallback(const TapEvent& event);
 
 /// Tells the tap which keys it may have to swallow as things stand: those held, and the shortcuts
-/// of the enabled macros unless this program is the active one. Asks the system only when that
+/// of the enabled macros unless this program is the active one; none while the user is not at this
+/// session. Asks the system only when that
 /// changed. When the system refuses a key the tap is given up, to be made anew by the permission
 /// watch.
 void updateSwallowableKeys();

@@ -9,11 +9,17 @@ namespace vorrin {
 struct WorkspaceNotifications {
   std::function<void()> willSleep;               ///< the machine is about to sleep
   std::function<void()> sessionDidResignActive;  ///< the user's session was switched away or locked
+  std::function<void()> sessionDidBecomeActive;  ///< the user is back at it
 };
 
 /// Observes the shared workspace for as long as the value returned (or a copy) lives. Where the
 /// system has no such service, nothing is ever told.
 [[nodiscard]] std::shared_ptr<void> observeWorkspace(WorkspaceNotifications notifications);
+
+/// Whether the user is at this session. While it is switched away or locked, what is typed may be a
+/// password: no key may be swallowed then and nothing posted. Known while somebody observes the
+/// workspace; true otherwise.
+bool sessionIsActive();
 
 /// Opens the place where the permission of `isProcessTrusted` is given and taken back. Returns at
 /// once; the outcome is not reported.

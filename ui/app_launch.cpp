@@ -48,8 +48,11 @@ void App::installEngineCallbacks() {
 }
 
 void App::observeSystem() {
-  workspaceObserver_ =
-      observeWorkspace({.willSleep = &App::stopAll, .sessionDidResignActive = &App::stopAll});
+  workspaceObserver_ = observeWorkspace({.willSleep = &App::stopAll,
+                                         .sessionDidResignActive = &App::stopAll,
+                                         .sessionDidBecomeActive = [app = weak_from_this()] {
+                                           if (const auto alive = app.lock()) alive->refresh();
+                                         }});
 }
 
 void App::start() {

@@ -113,7 +113,6 @@ class DesktopRequests(unittest.TestCase):
             desktop.start_ready_vorrin()
             client = Client(desktop)
             client.focus()
-            desktop.text("xdotool", "mousemove", "--window", client.window, "50", "50")
             client.start_macros()
             self.assertEqual(desktop.call("org.freedesktop.Application.ActivateAction", "stop-all",
                                           "[]", "{}"), "()")

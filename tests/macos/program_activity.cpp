@@ -1,6 +1,7 @@
 #include "program_activity.h"
 
 #include "platform/application_activity.h"
+#include "platform/workspace.h"
 
 namespace {
 bool programIsActive = false;
@@ -14,6 +15,10 @@ namespace vorrin {
 
 bool applicationIsActive() {
   return programIsActive;
+}
+
+bool sessionIsActive() {
+  return true;
 }
 
 }  // namespace vorrin

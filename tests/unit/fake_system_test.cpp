@@ -38,14 +38,19 @@ TEST_F(FakeSystemTest, there_is_one_observer_of_activity) {
 
 TEST_F(FakeSystemTest, workspace_news_reach_every_observer_that_lives) {
   std::string told;
-  const auto first = observeWorkspace(
-      {.willSleep = [&] { told += 's'; }, .sessionDidResignActive = [&] { told += 'r'; }});
-  auto second = observeWorkspace({.willSleep = [&] { told += '2'; }, .sessionDidResignActive = {}});
+  const auto first =
+      observeWorkspace({.willSleep = [&] { told += 's'; },
+                        .sessionDidResignActive = [&] { told += sessionIsActive() ? '!' : 'r'; },
+                        .sessionDidBecomeActive = [&] { told += sessionIsActive() ? 'a' : '!'; }});
+  auto second = observeWorkspace({.willSleep = [&] { told += '2'; },
+                                  .sessionDidResignActive = {},
+                                  .sessionDidBecomeActive = {}});
   fake::sendWillSleep();
   fake::sendSessionDidResignActive();
+  fake::sendSessionDidBecomeActive();
   second.reset();
   fake::sendWillSleep();
-  EXPECT_EQ(told, "s2rs");
+  EXPECT_EQ(told, "s2ras");
 }
 
 TEST_F(FakeSystemTest, openings_of_the_settings_are_counted) {

@@ -68,8 +68,10 @@ std::size_t livingTaps();
 /// anything.
 void setApplicationActive(bool active);
 
-/// Workspace notifications, told to everyone who observes.
+/// Workspace notifications, told to everyone who observes. The last two also say whether the
+/// session is the active one from then on.
 void sendWillSleep();
 void sendSessionDidResignActive();
+void sendSessionDidBecomeActive();
 
 }  // namespace vorrin::fake

@@ -13,6 +13,10 @@ std::shared_ptr<void> observeWorkspace(WorkspaceNotifications notifications) {
   return observer;
 }
 
+bool sessionIsActive() {
+  return fake::session().userIsPresent;
+}
+
 void openAccessibilitySettings() {
   ++fake::system().settingsOpenings;
 }
@@ -36,7 +40,13 @@ void sendWillSleep() {
 }
 
 void sendSessionDidResignActive() {
+  session().userIsPresent = false;
   send(&WorkspaceNotifications::sessionDidResignActive);
+}
+
+void sendSessionDidBecomeActive() {
+  session().userIsPresent = true;
+  send(&WorkspaceNotifications::sessionDidBecomeActive);
 }
 
 }  // namespace fake

@@ -18,6 +18,8 @@ constexpr auto managerPath = "/org/freedesktop/login1";
 constexpr auto managerInterface = "org.freedesktop.login1.Manager";
 constexpr auto sessionInterface = "org.freedesktop.login1.Session";
 constexpr auto propertiesInterface = "org.freedesktop.DBus.Properties";
+constexpr auto active = "Active";
+constexpr auto lockedHint = "LockedHint";
 constexpr int answerMilliseconds = 5000;
 
 /// Calls a method and hands its reply, or its error, to `answered`, unless `receiver` dies first.
@@ -40,8 +42,8 @@ QDBusMessage managerCall(const QString& method, const QVariant& argument) {
 
 }  // namespace
 
-LoginSession::LoginSession(WorkspaceNotifications notifications)
-    : notifications_(std::move(notifications)), bus_(QString()) {
+LoginSession::LoginSession(SessionPresence& presence, std::function<void()> willSleep)
+    : presence_(presence), willSleep_(std::move(willSleep)), bus_(QString()) {
   // Reaching for the bus may take a while; the window comes first.
   QTimer::singleShot(0, this, [this] { connectToBus(); });
 }
@@ -51,6 +53,7 @@ void LoginSession::connectToBus() {
   if (!bus_.isConnected()) return;
   bus_.connect(service, managerPath, managerInterface, "PrepareForSleep", this,
                SLOT(prepareForSleep(bool)));
+  delaySleep();
   findSession();
 }
 
@@ -93,28 +96,55 @@ void LoginSession::findSessionById(const QString& id) {
 }
 
 void LoginSession::watch(const QString& sessionPath) {
-  bus_.connect(service, sessionPath, sessionInterface, "Lock", this, SLOT(sessionLocked()));
+  bus_.connect(service, sessionPath, sessionInterface, "Lock", this, SLOT(lockRequested()));
+  bus_.connect(service, sessionPath, sessionInterface, "Unlock", this, SLOT(unlockRequested()));
   bus_.connect(service, sessionPath, propertiesInterface, "PropertiesChanged", this,
                SLOT(sessionChanged(QString, QVariantMap)));
+  // Whether the session is on the screen at the start is not asked: it is where the user started
+  // the program, or another one that the program was started from by detours.
+  QDBusMessage call =
+      QDBusMessage::createMethodCall(service, sessionPath, propertiesInterface, "Get");
+  call << QString(sessionInterface) << QString(lockedHint);
+  callAsync(bus_, *this, call, [this](const QDBusPendingReply<QDBusVariant>& isLocked) {
+    if (!isLocked.isError() && isLocked.value().variant().toBool()) {
+      presence_.setLocked(service, true);
+    }
+  });
+}
+
+void LoginSession::delaySleep() {
+  QDBusMessage call =
+      QDBusMessage::createMethodCall(service, managerPath, managerInterface, "Inhibit");
+  call << QStringLiteral("sleep") << QStringLiteral("Vorrin")
+       << QStringLiteral("Both macros are stopped first") << QStringLiteral("delay");
+  callAsync(bus_, *this, call, [this](const QDBusPendingReply<QDBusUnixFileDescriptor>& delay) {
+    if (!delay.isError()) sleepDelay_ = delay.value();
+  });
 }
 
 void LoginSession::prepareForSleep(bool begins) {
-  if (begins && notifications_.willSleep) notifications_.willSleep();
+  if (begins) {
+    if (willSleep_) willSleep_();
+    sleepDelay_ = {};
+  } else {
+    delaySleep();
+  }
 }
 
-void LoginSession::sessionLocked() {
-  resign();
+void LoginSession::lockRequested() {
+  presence_.lockWasRequested();
+}
+
+void LoginSession::unlockRequested() {
+  presence_.unlockWasRequested();
 }
 
 void LoginSession::sessionChanged(const QString& interface, const QVariantMap& changed) {
   if (interface != QLatin1String(sessionInterface)) return;
-  const bool isSwitchedAway = changed.contains("Active") && !changed.value("Active").toBool();
-  const bool isLocked = changed.value("LockedHint").toBool();
-  if (isSwitchedAway || isLocked) resign();
-}
-
-void LoginSession::resign() const {
-  if (notifications_.sessionDidResignActive) notifications_.sessionDidResignActive();
+  if (changed.contains(active)) presence_.setOnScreen(changed.value(active).toBool());
+  if (changed.contains(lockedHint)) {
+    presence_.setLocked(service, changed.value(lockedHint).toBool());
+  }
 }
 
 }  // namespace vorrin

@@ -1,24 +1,30 @@
 #pragma once
 
 #include <QDBusConnection>
+#include <QDBusUnixFileDescriptor>
 #include <QObject>
 #include <QVariantMap>
+#include <functional>
 
-#include "platform/workspace.h"
+#include "platform/linux/session/session_presence.h"
 
 namespace vorrin {
 
 /// Listens to systemd's login manager on the system bus: the machine going to sleep, and this
-/// session being locked or switched away. Without a bus or a manager it hears nothing, silently.
+/// session being locked or switched away, which it tells `presence`. Without a bus or a manager it
+/// hears nothing, silently.
 class LoginSession : public QObject {
   Q_OBJECT
 
  public:
-  explicit LoginSession(WorkspaceNotifications notifications);
+  /// `presence` has to outlive this object. `willSleep` is called before the machine sleeps, and
+  /// the machine waits until it has returned; it may be empty.
+  LoginSession(SessionPresence& presence, std::function<void()> willSleep);
 
  private slots:
   void prepareForSleep(bool begins);
-  void sessionLocked();
+  void lockRequested();
+  void unlockRequested();
   void sessionChanged(const QString& interface, const QVariantMap& changed);
 
  private:
@@ -30,9 +36,12 @@ class LoginSession : public QObject {
   void findDisplaySession();
   void findSessionById(const QString& id);
   void watch(const QString& sessionPath);
-  void resign() const;
+  void delaySleep();
 
-  WorkspaceNotifications notifications_;
+  SessionPresence& presence_;
+  std::function<void()> willSleep_;
+  /// While it is open, the machine lets this program prepare for sleep first.
+  QDBusUnixFileDescriptor sleepDelay_;
   QDBusConnection bus_;
 };
 

@@ -9,17 +9,38 @@
 
 namespace vorrin {
 
+namespace {
+
+bool isSessionActive = true;
+
+/// Has `notification` called once `isSessionActive` holds what it tells.
+std::function<void()> remembering(bool isActive, std::function<void()> notification) {
+  return [isActive, notification = std::move(notification)] {
+    isSessionActive = isActive;
+    if (notification) notification();
+  };
+}
+
+}  // namespace
+
 std::shared_ptr<void> observeWorkspace(WorkspaceNotifications notifications) {
   struct Observers {
     std::shared_ptr<void> sleep;
-    std::shared_ptr<void> session;
+    std::shared_ptr<void> departure;
+    std::shared_ptr<void> arrival;
   };
   // The workspace has a centre of its own; these are not posted to the default one.
   NSNotificationCenter* center = NSWorkspace.sharedWorkspace.notificationCenter;
   return std::make_shared<Observers>(Observers{
       observe(center, NSWorkspaceWillSleepNotification, std::move(notifications.willSleep)),
       observe(center, NSWorkspaceSessionDidResignActiveNotification,
-              std::move(notifications.sessionDidResignActive))});
+              remembering(false, std::move(notifications.sessionDidResignActive))),
+      observe(center, NSWorkspaceSessionDidBecomeActiveNotification,
+              remembering(true, std::move(notifications.sessionDidBecomeActive)))});
+}
+
+bool sessionIsActive() {
+  return isSessionActive;
 }
 
 void openAccessibilitySettings() {

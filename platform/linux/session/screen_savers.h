@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QDBusMessage>
+#include <QDBusServiceWatcher>
+#include <QObject>
+
+#include "platform/linux/session/session_presence.h"
+
+namespace vorrin {
+
+/// Listens to the screen savers of the desktops on the session bus and tells `presence`, which has
+/// to outlive it, when one covers the screen. Where there is no bus or no screen saver it hears
+/// nothing, silently; none is started by it.
+class ScreenSavers : public QObject {
+  Q_OBJECT
+
+ public:
+  explicit ScreenSavers(SessionPresence& presence);
+
+ private Q_SLOTS:
+  void activeChanged(bool isActive, const QDBusMessage& signal);
+
+ private:
+  void connectToBus();
+  void askWhetherActive(const QString& name, const QString& path);
+
+  SessionPresence& presence_;
+  QDBusServiceWatcher departures_;
+};
+
+}  // namespace vorrin

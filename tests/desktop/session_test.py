@@ -1,0 +1,226 @@
+"""Sleep, the switch to another session, and the lock screen, as a login manager and screen savers
+tell them."""
+
+import os
+import signal
+import subprocess
+import sys
+import time
+import unittest
+
+from desktop import DIGIT_1, Client, Desktop, wait_until
+
+SESSION = "/org/freedesktop/login1/session/c1"
+BACKTICK, TAB, X = 49, 23, 53  # the server's key codes
+
+
+class LoginManager:
+    """A scripted login manager on a system bus of its own, with one session: c1."""
+
+    def __init__(self, desktop):
+        self._desktop = desktop
+        self.bus, self._address = desktop.start_bus()
+        desktop.environment["DBUS_SYSTEM_BUS_ADDRESS"] = self._address
+        desktop.environment["XDG_SESSION_ID"] = "c1"
+        self.process = desktop.start([sys.executable, "-m", "dbusmock", "--template", "logind"],
+                                     stdout=subprocess.DEVNULL)
+        wait_until(lambda: self._mock("/org/freedesktop/login1", "AddSession", "'c1'", "'seat0'",
+                                      f"uint32 {os.getuid()}", "'user'", "true"), "the session c1")
+
+    def _call(self, path, method, *arguments):
+        return self._desktop.text("gdbus", "call", "--address", self._address, "--timeout", "10",
+                                  "--dest", "org.freedesktop.login1", "--object-path", path,
+                                  "--method", method, *arguments)
+
+    def _mock(self, path, method, *arguments):
+        return self._call(path, "org.freedesktop.DBus.Mock." + method, *arguments)
+
+    def _signal(self, path, interface, name, signature, arguments):
+        self._mock(path, "EmitSignal", interface, name, signature, arguments)
+
+    def sleep(self, begins):
+        self._signal("/org/freedesktop/login1", "org.freedesktop.login1.Manager", "PrepareForSleep",
+                     "b", "[<true>]" if begins else "[<false>]")
+
+    def lock(self):
+        self._signal(SESSION, "org.freedesktop.login1.Session", "Lock", "", "@av []")
+
+    def unlock(self):
+        self._signal(SESSION, "org.freedesktop.login1.Session", "Unlock", "", "@av []")
+
+    def set(self, name, value):
+        """Changes a property of the session."""
+        self._mock(SESSION, "UpdateProperties", "org.freedesktop.login1.Session",
+                   "{'%s': <%s>}" % (name, str(value).lower()))
+
+    def sleep_delays(self):
+        """How many programs are waited for before the machine sleeps."""
+        return self._call("/org/freedesktop/login1", "org.freedesktop.login1.Manager.ListInhibitors"
+                          ).count("'sleep'")
+
+
+class ScreenSaver:
+    """A scripted screen saver of one of the desktops on the session bus."""
+
+    def __init__(self, desktop, name, path):
+        self._desktop, self._name, self._path = desktop, name, path
+        self.process = desktop.start([sys.executable, "-m", "dbusmock", name, path, name])
+        wait_until(lambda: self._mock("AddMethod", name, "GetActive", "", "b", "ret = False"),
+                   "the screen saver")
+
+    def _mock(self, method, *arguments):
+        return self._desktop.call("org.freedesktop.DBus.Mock." + method, *arguments, path=self._path,
+                                  to=self._name)
+
+    def set_active(self, active):
+        self._mock("EmitSignal", self._name, "ActiveChanged", "b", f"[<{str(active).lower()}>]")
+
+
+class SessionTest(unittest.TestCase):
+    def at_work(self, desktop):
+        """Vorrin behind a client in front, both macros running."""
+        vorrin = desktop.start_ready_vorrin()
+        self.settle(desktop)
+        client = Client(desktop)
+        client.focus()
+        client.start_macros()
+        return vorrin, client
+
+    def settle(self, desktop):
+        """Waits until Vorrin has dealt with what was sent to it before."""
+        for _ in range(2):
+            desktop.call("org.freedesktop.Application.ActivateAction", "none", "[]", "{}")
+
+    def typed(self, desktop, client, *keys):
+        """What arrives of these keys and of all that Vorrin does meanwhile: codes and clicks."""
+        before = len(client.pressed()), client.clicks()
+        desktop.type(*keys, "x")
+        wait_until(lambda: X in client.pressed()[before[0]:], "the last key")
+        return client.pressed()[before[0]:][:-1], client.clicks() - before[1]
+
+    def drain(self, desktop, client):
+        """Has everything that was posted before arrive; the server may take it later than keys typed
+        afterwards."""
+        self.settle(desktop)
+        wait_until(lambda: self.typed(desktop, client) == ([], 0), "an end of all clicks and digits")
+
+    def assert_away(self, desktop, client):
+        self.drain(desktop, client)
+        self.assertEqual(self.typed(desktop, client, "grave", "Tab"), ([BACKTICK, TAB], 0))
+
+    def assert_back_and_off(self, desktop, client):
+        self.settle(desktop)
+        self.assertEqual(self.typed(desktop, client), ([], 0))
+        client.start_macros_at_once()
+
+    def assert_stopped_but_there(self, desktop, client):
+        self.drain(desktop, client)
+        self.assert_back_and_off(desktop, client)
+
+
+class Login(SessionTest):
+    def test_sleep_is_delayed_until_both_macros_are_stopped(self):
+        with Desktop() as desktop:
+            manager = LoginManager(desktop)
+            _, client = self.at_work(desktop)
+            wait_until(lambda: manager.sleep_delays() == 1, "the delay")
+            manager.sleep(True)
+            self.assert_stopped_but_there(desktop, client)
+            manager.sleep(False)
+
+    def test_locking_is_noticed_by_each_of_its_signs(self):
+        signs = {
+            "Lock": (LoginManager.lock, LoginManager.unlock),
+            "LockedHint": (lambda manager: manager.set("LockedHint", True),
+                           lambda manager: manager.set("LockedHint", False)),
+            "Active": (lambda manager: manager.set("Active", False),
+                       lambda manager: manager.set("Active", True)),
+        }
+        with Desktop() as desktop:
+            manager = LoginManager(desktop)
+            _, client = self.at_work(desktop)
+            for name, (leave, come_back) in signs.items():
+                with self.subTest(name):
+                    leave(manager)
+                    self.assert_away(desktop, client)
+                    come_back(manager)
+                    self.assert_back_and_off(desktop, client)
+
+    def test_a_lock_that_nobody_takes_back_ends_when_the_user_is_at_the_window(self):
+        with Desktop() as desktop:
+            manager = LoginManager(desktop)
+            _, client = self.at_work(desktop)
+            manager.lock()
+            self.assert_away(desktop, client)
+            desktop.call("org.freedesktop.Application.Activate", "{}")
+            window = desktop.vorrin_windows()[0]
+            wait_until(lambda: desktop.active_window() == window, "the window in front")
+            self.settle(desktop)
+            client.focus()
+            self.settle(desktop)
+            self.assert_back_and_off(desktop, client)
+
+    def test_a_session_locked_at_the_start_is_left_alone(self):
+        with Desktop() as desktop:
+            manager = LoginManager(desktop)
+            manager.set("LockedHint", True)
+            desktop.start_ready_vorrin()
+            client = Client(desktop)
+            client.focus()
+            self.assert_away(desktop, client)
+            manager.set("LockedHint", False)
+            self.assert_back_and_off(desktop, client)
+
+    def test_no_login_manager_is_no_obstacle(self):
+        with Desktop() as desktop:
+            _, desktop.environment["DBUS_SYSTEM_BUS_ADDRESS"] = desktop.start_bus()
+            vorrin, _ = self.at_work(desktop)
+            desktop.end(vorrin)
+            self.assertEqual(vorrin.returncode, 0)
+
+    def test_a_login_manager_or_a_bus_that_never_answers_is_no_obstacle(self):
+        for hanging in ("process", "bus"):
+            with self.subTest(hanging), Desktop() as desktop:
+                os.kill(getattr(LoginManager(desktop), hanging).pid, signal.SIGSTOP)
+                begin = time.monotonic()
+                vorrin, _ = self.at_work(desktop)
+                self.assertLess(time.monotonic() - begin, 15)
+                desktop.end(vorrin)
+                self.assertEqual(vorrin.returncode, 0)
+
+
+class Savers(SessionTest):
+    names = {
+        "org.freedesktop.ScreenSaver": "/ScreenSaver",
+        "org.gnome.ScreenSaver": "/org/gnome/ScreenSaver",
+        "org.cinnamon.ScreenSaver": "/org/cinnamon/ScreenSaver",
+        "org.mate.ScreenSaver": "/org/mate/ScreenSaver",
+        "org.xfce.ScreenSaver": "/org/xfce/ScreenSaver",
+    }
+
+    def test_each_desktops_screen_saver_is_heard(self):
+        with Desktop() as desktop:
+            _, client = self.at_work(desktop)
+            for name, path in self.names.items():
+                with self.subTest(name):
+                    saver = ScreenSaver(desktop, name, path)
+                    saver.set_active(True)
+                    self.assert_away(desktop, client)
+                    saver.set_active(False)
+                    self.assert_back_and_off(desktop, client)
+
+    def test_a_screen_saver_that_is_killed_locks_nothing_any_more(self):
+        with Desktop() as desktop:
+            _, client = self.at_work(desktop)
+            saver = ScreenSaver(desktop, "org.gnome.ScreenSaver", "/org/gnome/ScreenSaver")
+            saver.set_active(True)
+            self.assert_away(desktop, client)
+            saver.process.kill()
+            saver.process.wait()
+            wait_until(lambda: desktop.name_owner_process("org.gnome.ScreenSaver") is None,
+                       "the name given back")
+            self.assert_back_and_off(desktop, client)
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)

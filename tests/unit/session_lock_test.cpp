@@ -1,0 +1,89 @@
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "bridge/event_synthesis.h"
+#include "platform/workspace.h"
+#include "support/listener_test.h"
+
+namespace vorrin {
+namespace {
+
+using test::ConnectedTest;
+using KeySet = std::set<std::uint16_t>;
+
+constexpr std::uint16_t backtick = 50;
+constexpr std::uint16_t tab = 48;
+
+/// With a window that keeps itself up to date, as the real one does.
+class SessionLockTest : public ConnectedTest {
+ protected:
+  SessionLockTest() {
+    observer_ = observeWorkspace({.willSleep = [] { engine.stopAll(); },
+                                  .sessionDidResignActive = [] { engine.stopAll(); },
+                                  .sessionDidBecomeActive = [] { updateSwallowableKeys(); }});
+  }
+
+ private:
+  std::shared_ptr<void> observer_;
+};
+
+TEST_F(SessionLockTest, a_password_typed_at_the_lock_screen_arrives_whole) {
+  fake::sendSessionDidResignActive();
+  for (const std::uint16_t key : {backtick, tab, std::uint16_t{0}}) {
+    EXPECT_EQ(press(key), TapVerdict::pass);
+    EXPECT_EQ(release(key), TapVerdict::pass);
+  }
+  EXPECT_FALSE(engine.running[0] || engine.running[1]);
+}
+
+TEST_F(SessionLockTest, no_key_is_kept_from_other_programs_while_locked) {
+  fake::sendSessionDidResignActive();
+  EXPECT_EQ(fake::system().swallowableChanges.back(), KeySet{});
+}
+
+TEST_F(SessionLockTest, the_shortcuts_are_back_after_unlocking_with_both_macros_off) {
+  press(tab);
+  release(tab);
+  fake::sendSessionDidResignActive();
+  fake::sendSessionDidBecomeActive();
+  EXPECT_FALSE(engine.running[1]);
+  EXPECT_EQ(fake::system().swallowableChanges.back(), (KeySet{backtick, tab}));
+  EXPECT_EQ(press(tab), TapVerdict::swallow);
+  EXPECT_TRUE(engine.running[1]);
+}
+
+TEST_F(SessionLockTest, a_key_held_down_while_locking_toggles_again_after_unlocking) {
+  press(tab);
+  fake::sendSessionDidResignActive();
+  release(tab);
+  fake::sendSessionDidBecomeActive();
+  press(tab);
+  EXPECT_TRUE(engine.running[1]);
+}
+
+TEST_F(SessionLockTest, nothing_is_posted_while_locked) {
+  fake::sendSessionDidResignActive();
+  emitMacro(0, nullptr);
+  emitMacro(1, nullptr);
+  EXPECT_TRUE(fake::system().posted.empty());
+}
+
+TEST_F(SessionLockTest, no_macro_may_start_while_locked) {
+  fake::sendSessionDidResignActive();
+  EXPECT_FALSE(macrosPermitted(true));
+  fake::sendSessionDidBecomeActive();
+  EXPECT_TRUE(macrosPermitted(true));
+}
+
+TEST_F(SessionLockTest, a_tap_made_while_locked_swallows_nothing_until_unlocked) {
+  fake::sendSessionDidResignActive();
+  engine.tap.reset();
+  connectKeyboardListener();
+  EXPECT_EQ(fake::system().tapCreations.back().swallowable, KeySet{});
+  fake::sendSessionDidBecomeActive();
+  EXPECT_EQ(press(tab), TapVerdict::swallow);
+}
+
+}  // namespace
+}  // namespace vorrin
