@@ -9,9 +9,11 @@ namespace vorrin {
 
 void leaveOutPointerButtons() {
   const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-  if (x11 == nullptr) return;
-  XkbSelectEventDetails(x11->display(), XkbUseCoreKbd, XkbStateNotify, XkbPointerButtonMask, 0);
-  XFlush(x11->display());
+  // The toolkit's offscreen mode passes for X11 too, without a display.
+  Display* const display = x11 != nullptr ? x11->display() : nullptr;
+  if (display == nullptr) return;
+  XkbSelectEventDetails(display, XkbUseCoreKbd, XkbStateNotify, XkbPointerButtonMask, 0);
+  XFlush(display);
 }
 
 }  // namespace vorrin
