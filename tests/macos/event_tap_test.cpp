@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <memory>
+#include <stdexcept>
 #include <vector>
 
 #include "quartz_stand_in.h"
@@ -31,12 +33,21 @@ class MacosEventTap : public testing::Test {
   }
 
   std::optional<EventTap> created() {
-    return EventTap::create(keyMask, {}, &callback, [this] { ++invalidations; });
+    return EventTap::create(keyMask, {}, &callback, [this] {
+      ++invalidations;
+      if (dropsWhatEnded) dropped.reset();
+    });
+  }
+
+  EventTap made() {
+    auto tap = created();
+    if (!tap) throw std::logic_error("the stand-in refused the tap");
+    return *tap;
   }
 
   /// A tap as the program uses it, with the calls made so far forgotten.
   EventTap connected() {
-    EventTap tap = created().value();
+    EventTap tap = made();
     tap.addToMainRunLoop();
     tap.setEnabled(true);
     quartz.takeCalls();
@@ -49,6 +60,9 @@ class MacosEventTap : public testing::Test {
   static inline TapVerdict verdict = TapVerdict::pass;
   QuartzStandIn quartz;
   int invalidations = 0;
+  /// Lets go of `dropped` when it is told that the tap ended.
+  bool dropsWhatEnded = false;
+  std::unique_ptr<EventTap> dropped;
 };
 
 TEST_F(MacosEventTap, is_an_active_filter_at_the_head_of_the_session_with_no_user_info) {
@@ -71,9 +85,9 @@ TEST_F(MacosEventTap, is_absent_when_the_system_refuses_it) {
 }
 
 TEST_F(MacosEventTap, is_served_by_the_main_run_loop_in_the_common_modes) {
-  const auto tap = created();
+  const EventTap tap = made();
   quartz.takeCalls();
-  tap->addToMainRunLoop();
+  tap.addToMainRunLoop();
   const auto calls = quartz.takeCalls();
   ASSERT_GE(calls.size(), 2U);
   EXPECT_EQ(calls[0], "CFMachPortCreateRunLoopSource(kCFAllocatorDefault, tap, 0)");
@@ -81,10 +95,10 @@ TEST_F(MacosEventTap, is_served_by_the_main_run_loop_in_the_common_modes) {
 }
 
 TEST_F(MacosEventTap, is_enabled_and_disabled_on_demand) {
-  const auto tap = created();
-  tap->setEnabled(true);
+  const EventTap tap = made();
+  tap.setEnabled(true);
   EXPECT_EQ(quartz.calls.back(), "CGEventTapEnable(tap, true)");
-  tap->setEnabled(false);
+  tap.setEnabled(false);
   EXPECT_EQ(quartz.calls.back(), "CGEventTapEnable(tap, false)");
 }
 
@@ -136,8 +150,8 @@ TEST_F(MacosEventTap, takes_any_keys_as_swallowable) {
 }
 
 TEST_F(MacosEventTap, watches_the_grant_ten_times_a_second_even_while_menus_are_open) {
-  const auto tap = created();
-  tap->addToMainRunLoop();
+  const EventTap tap = made();
+  tap.addToMainRunLoop();
   EXPECT_THAT(quartz.calls, testing::Contains("CFRunLoopTimerCreate(1000.1, 0.1)"));
   EXPECT_EQ(quartz.calls.back(), "CFRunLoopAddTimer(main, timer, kCFRunLoopCommonModes)");
 }
@@ -205,16 +219,14 @@ TEST_F(MacosEventTap, that_is_not_wanted_stays_disabled_when_the_grant_is_back) 
 }
 
 TEST_F(MacosEventTap, has_ended_when_the_grant_is_back_and_it_cannot_be_enabled_any_more) {
-  std::optional<EventTap> tap;
-  tap = EventTap::create(keyMask, {}, &callback, [&tap] { tap.reset(); });
-  tap->addToMainRunLoop();
-  tap->setEnabled(true);
+  dropsWhatEnded = true;
+  dropped = std::make_unique<EventTap>(connected());
   quartz.trusted = false;
   quartz.fireTimers();
   quartz.trusted = true;
   quartz.tapStaysOff = true;
   quartz.fireTimers();
-  EXPECT_FALSE(tap);
+  EXPECT_FALSE(dropped);
   EXPECT_EQ(quartz.liveObjects(), 0U);
 }
 
@@ -233,11 +245,10 @@ TEST_F(MacosEventTap, tells_when_its_port_is_taken_away) {
 }
 
 TEST_F(MacosEventTap, may_be_dropped_by_whoever_is_told_that_it_ended) {
-  std::optional<EventTap> tap;
-  tap = EventTap::create(keyMask, {}, &callback, [&tap] { tap.reset(); });
-  tap->addToMainRunLoop();
+  dropsWhatEnded = true;
+  dropped = std::make_unique<EventTap>(connected());
   quartz.invalidatePort();
-  EXPECT_FALSE(tap);
+  EXPECT_FALSE(dropped);
   EXPECT_EQ(quartz.scheduledTimers(), 0U);
 }
 

@@ -60,6 +60,7 @@ void UserDefaults::removePersistentDomain(const std::string& name) {
   NSURL* preferences = [[NSFileManager.defaultManager URLsForDirectory:NSLibraryDirectory
                                                              inDomains:NSUserDomainMask]
                             .firstObject URLByAppendingPathComponent:@"Preferences"];
+  if (preferences == nil) return;
   NSURL* file = [preferences
       URLByAppendingPathComponent:[applicationId stringByAppendingPathExtension:@"plist"]];
   [NSFileManager.defaultManager removeItemAtURL:file error:nil];

@@ -13,8 +13,8 @@ struct Observer {
     const auto call = std::make_shared<const std::function<void()>>(std::move(told));
     // The call may end the observation, and with it the block.
     const auto run = ^(NSNotification*) {
-      const auto kept = call;
-      if (*kept) (*kept)();
+      const std::function<void()> kept = *call;
+      if (kept) kept();
     };
     token = [center addObserverForName:name object:nil queue:nil usingBlock:run];
   }
