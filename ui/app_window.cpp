@@ -51,6 +51,8 @@ StackView App::buildContent() {
   root.addArrangedSubview(presetsCard());
   presetNotice = label("");
   presetNotice.setFont({12, FontWeight::regular, FontFamily::system});
+  // A name may be as wide as two lines; a third would push the last row out of the window.
+  presetNotice.setMaximumNumberOfLines(2);
   root.addArrangedSubview(presetNotice);
   reloadPresets(std::nullopt);
   status = label("");
