@@ -6,6 +6,7 @@
 #include <QTimer>
 #include <QWidget>
 #include <algorithm>
+#include <optional>
 #include <span>
 #include <string_view>
 
@@ -50,7 +51,7 @@ struct Application::Native {
   /// the process on some that it knows.
   int argumentCount = 1;
   const bool isInterfaceTest;
-  LaunchEnvironment launch;
+  std::optional<LaunchEnvironment> launch;  ///< while `application` is being made
   QApplication application;
   TerminationSignals terminationSignals;
   SingleInstance instance;
@@ -63,10 +64,11 @@ Application::Native* Application::Native::shared = nullptr;
 
 Application::Native::Native(int count, char** arguments)
     : isInterfaceTest(holdsInterfaceTest(count, arguments)),
-      launch(!isInterfaceTest),
+      launch(std::in_place, !isInterfaceTest),
       application(argumentCount, arguments),
       terminationSignals([this] { terminate(); }),
       instance({.reopen = [this] { reopen(); }, .stopAll = [this] { stopAll(); }}) {
+  launch.reset();
   shared = this;
   leaveOutPointerButtons();
   QApplication::setApplicationName(identifier);

@@ -44,6 +44,7 @@ void StackView::addArrangedSubview(const View& view) const {
   // In a column a label has the whole width to wrap in; everything else keeps its own.
   const Qt::Alignment inColumn = label != nullptr ? Qt::Alignment() : Qt::AlignLeft;
   layout.addWidget(&widget, 0, isRow ? Qt::AlignVCenter : inColumn);
+  if (widgetOf(*this).isVisible()) widget.show();
 }
 
 void StackView::setEdgeInsets(double inset) const {

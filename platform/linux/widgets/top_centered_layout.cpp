@@ -6,6 +6,8 @@ namespace vorrin {
 
 void TopCenteredLayout::add(QWidget& widget, int top, int width) {
   addChildWidget(&widget);
+  // In a window on the screen it would else stay hidden, and unplaced, until the next events.
+  if (parentWidget()->isVisible()) widget.show();
   hung_.push_back({std::make_unique<QWidgetItem>(&widget), top, width});
   invalidate();
 }
