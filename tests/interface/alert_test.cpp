@@ -1,0 +1,195 @@
+#include "platform/alert.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QTest>
+
+#include "interface_test.h"
+#include "platform/linux/widgets/window_widget.h"
+
+namespace vorrin {
+namespace {
+
+using testing::ElementsAre;
+
+class AlertSheet : public testing::Test {
+ protected:
+  AlertSheet() : window(Window::make({580, 400}, window_style::titled)) {
+    window.orderFront();
+    precondition(QTest::qWaitForWindowActive(&widgetOf(window)), "the window is shown");
+  }
+  ~AlertSheet() override { deleteWhatIsLeft(); }
+
+  void ask(const Alert& alert) {
+    beginSheet(alert, window, [this](int answer) { answers.push_back(answer); });
+  }
+
+  [[nodiscard]] QDialog* sheet() const { return widgetOf(window).sheet; }
+
+  void press(Qt::Key key) const {
+    ASSERT_TRUE(QTest::qWaitForWindowActive(sheet()));
+    QTest::keyClick(sheet()->windowHandle(), key);
+  }
+
+  static Alert question() {
+    return {.messageText = "Sure?",
+            .informativeText = "It cannot be undone.",
+            .buttons = {"Yes", "Cancel"},
+            .accessory = std::nullopt};
+  }
+
+  Window window;
+  std::vector<int> answers;
+};
+
+TEST_F(AlertSheet, it_returns_at_once_and_answers_later) {
+  ask(question());
+  ASSERT_NE(sheet(), nullptr);
+  EXPECT_TRUE(sheet()->isVisible());
+  EXPECT_EQ(sheet()->windowModality(), Qt::WindowModal);
+  EXPECT_TRUE(answers.empty());
+}
+
+TEST_F(AlertSheet, enter_answers_with_the_first_button) {
+  ask(question());
+  press(Qt::Key_Return);
+  EXPECT_THAT(answers, ElementsAre(0));
+  EXPECT_EQ(sheet(), nullptr);
+}
+
+TEST_F(AlertSheet, escape_answers_with_cancel_wherever_it_stands) {
+  ask(question());
+  press(Qt::Key_Escape);
+  Alert reversed = question();
+  reversed.buttons = {"Cancel", "Yes"};
+  ask(reversed);
+  press(Qt::Key_Escape);
+  EXPECT_THAT(answers, ElementsAre(1, 0));
+}
+
+TEST_F(AlertSheet, escape_does_nothing_where_nothing_can_be_cancelled) {
+  Alert alert = question();
+  alert.buttons = {"Left", "Right"};
+  ask(alert);
+  press(Qt::Key_Escape);
+  EXPECT_TRUE(answers.empty());
+  EXPECT_TRUE(sheet()->isVisible());
+  sheet()->close();
+  EXPECT_TRUE(sheet()->isVisible());
+}
+
+TEST_F(AlertSheet, its_close_button_means_cancel) {
+  ask(question());
+  sheet()->close();
+  EXPECT_THAT(answers, ElementsAre(1));
+}
+
+TEST_F(AlertSheet, a_second_sheet_is_refused_and_never_answers) {
+  ask(question());
+  QDialog* first = sheet();
+  int refused = 0;
+  beginSheet(question(), window, [&refused](int) { ++refused; });
+  EXPECT_EQ(sheet(), first);
+  press(Qt::Key_Return);
+  EXPECT_EQ(sheet(), nullptr);
+  EXPECT_EQ(refused, 0);
+}
+
+TEST_F(AlertSheet, its_answer_may_ask_the_next_question) {
+  beginSheet(question(), window, [this](int) { ask(question()); });
+  press(Qt::Key_Return);
+  ASSERT_NE(sheet(), nullptr);
+  press(Qt::Key_Return);
+  EXPECT_THAT(answers, ElementsAre(0));
+}
+
+TEST_F(AlertSheet, it_never_answers_when_its_window_goes_away) {
+  ask(question());
+  const QPointer<QDialog> open = sheet();
+  window = Window();
+  deleteWhatIsLeft();
+  EXPECT_TRUE(open.isNull());
+  EXPECT_TRUE(answers.empty());
+}
+
+TEST_F(AlertSheet, the_accessory_has_the_keyboard_and_its_text_is_selected) {
+  Alert alert = question();
+  alert.accessory = TextField::field("old name");
+  ask(alert);
+  ASSERT_TRUE(QTest::qWaitForWindowActive(sheet()));
+  const auto& field = widgetOf<QLineEdit>(*alert.accessory);
+  EXPECT_TRUE(waitFor([&field] { return field.hasFocus(); }));
+  EXPECT_EQ(field.selectedText(), "old name");
+}
+
+TEST_F(AlertSheet, the_accessory_outlives_the_sheet_for_its_answer) {
+  const TextField field = TextField::field("old");
+  std::string typed;
+  Alert alert = question();
+  alert.accessory = field;
+  beginSheet(alert, window, [&typed, field](int) { typed = field.text(); });
+  ASSERT_TRUE(QTest::qWaitForWindowActive(sheet()));
+  QTest::keyClicks(&widgetOf(field), "new");
+  press(Qt::Key_Return);
+  EXPECT_EQ(typed, "new");
+  deleteWhatIsLeft();
+  EXPECT_EQ(field.text(), "new");
+}
+
+TEST_F(AlertSheet, an_accessory_that_nobody_keeps_goes_away_with_the_answer) {
+  QPointer<QWidget> widget;
+  {
+    Alert alert = question();
+    alert.accessory = TextField::field("old");
+    widget = &widgetOf(*alert.accessory);
+    ask(alert);
+  }
+  press(Qt::Key_Return);
+  deleteWhatIsLeft();
+  EXPECT_TRUE(widget.isNull());
+}
+
+TEST_F(AlertSheet, the_window_below_gets_no_clicks) {
+  int clicks = 0;
+  const Button button =
+      Button::push("below", {&clicks, "act", [&clicks](const Button&) { ++clicks; }});
+  window.contentView().addTopCentered(button, 10, 100);
+  window.contentView().layoutSubtreeIfNeeded();
+  QWidget& parent = widgetOf(window);
+  const QPoint place = widgetOf(button).mapTo(&parent, QPoint(20, 10));
+  ask(question());
+  ASSERT_TRUE(QTest::qWaitForWindowActive(sheet()));
+  QTest::mouseClick(parent.windowHandle(), Qt::LeftButton, {}, place);
+  EXPECT_EQ(clicks, 0);
+  press(Qt::Key_Escape);
+  QTest::mouseClick(parent.windowHandle(), Qt::LeftButton, {}, place);
+  EXPECT_EQ(clicks, 1);
+}
+
+TEST_F(AlertSheet, long_words_wrap_inside_the_sheet) {
+  ask(question());
+  const int width = sheet()->width();
+  const int height = sheet()->height();
+  press(Qt::Key_Escape);
+  Alert alert = question();
+  alert.messageText = "Delete “" + std::string(80, 'W') + "”?";
+  ask(alert);
+  EXPECT_EQ(sheet()->width(), width);
+  EXPECT_GT(sheet()->height(), height);
+}
+
+TEST_F(AlertSheet, an_endless_text_leaves_the_buttons_on_the_screen) {
+  Alert alert = question();
+  alert.messageText = std::string(100000, 'W');
+  ask(alert);
+  EXPECT_LT(sheet()->height(), 500);
+}
+
+TEST_F(AlertSheet, screen_readers_hear_the_question) {
+  ask(question());
+  EXPECT_EQ(sheet()->accessibleName(), "Sure?");
+  EXPECT_EQ(sheet()->accessibleDescription(), "It cannot be undone.");
+}
+
+}  // namespace
+}  // namespace vorrin

@@ -1,0 +1,219 @@
+#include "platform/application.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <unistd.h>
+
+#include <QApplication>
+#include <QTest>
+#include <QTimer>
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <vector>
+
+#include "platform/linux/widgets/window_widget.h"
+#include "platform/window.h"
+#include "private_home.h"
+
+// Each test runs an application of its own in a process of its own, which says on standard error
+// what it was told.
+
+namespace vorrin {
+namespace {
+
+/// A command line that may be changed, as a main function gets it.
+class CommandLine {
+ public:
+  explicit CommandLine(std::vector<std::string> arguments) : texts_(std::move(arguments)) {
+    for (std::string& text : texts_) pointers_.push_back(text.data());
+    count_ = static_cast<int>(pointers_.size());
+    pointers_.push_back(nullptr);
+  }
+
+  int& count() { return count_; }
+  char** values() { return pointers_.data(); }
+
+ private:
+  std::vector<std::string> texts_;
+  std::vector<char*> pointers_;
+  int count_ = 0;
+};
+
+void say(const char* text) {
+  std::fprintf(stderr, "%s\n", text);
+}
+
+/// Runs an application that does `launched` when it has finished launching; its exit status is the
+/// process's.
+[[noreturn]] void runApplication(const std::function<void()>& launched,
+                                 const std::vector<std::string>& arguments = {"vorrin"}) {
+  CommandLine line(arguments);
+  int status = 0;
+  {
+    Application application(line.count(), line.values());
+    application.setDelegate({.didFinishLaunching =
+                                 [&launched] {
+                                   say("launched");
+                                   launched();
+                                 },
+                             .shouldHandleReopen = nullptr,
+                             .stopAll = nullptr,
+                             .shouldTerminateAfterLastWindowClosed =
+                                 [] {
+                                   say("last window closed");
+                                   return true;
+                                 },
+                             .willTerminate = [] { say("will terminate"); }});
+    status = application.run();
+  }
+  std::_Exit(status);
+}
+
+class ApplicationProcess : public testing::Test {
+ protected:
+  ApplicationProcess() {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    setenv("XDG_RUNTIME_DIR", home_.path.c_str(), 1);
+    unsetenv("DBUS_SESSION_BUS_ADDRESS");
+    unsetenv("DISPLAY");
+    unsetenv("WAYLAND_DISPLAY");
+  }
+
+ private:
+  PrivateHome home_;
+};
+
+TEST_F(ApplicationProcess, launching_finishes_inside_the_event_loop_and_terminate_ends_it) {
+  EXPECT_EXIT(runApplication([] { Application::terminate(); }), testing::ExitedWithCode(0),
+              "^launched\nwill terminate\n$");
+}
+
+TEST_F(ApplicationProcess, the_delegate_is_told_once_however_often_it_is_ended) {
+  EXPECT_EXIT(runApplication([] {
+                Application::terminate();
+                Application::terminate();
+                QApplication::quit();
+              }),
+              testing::ExitedWithCode(0), "^launched\nwill terminate\n$");
+}
+
+TEST_F(ApplicationProcess, ending_it_by_way_of_the_widget_library_tells_the_delegate_too) {
+  EXPECT_EXIT(runApplication([] { QApplication::quit(); }), testing::ExitedWithCode(0),
+              "^launched\nwill terminate\n$");
+}
+
+TEST_F(ApplicationProcess, closing_the_last_window_ends_it) {
+  EXPECT_EXIT(
+      {
+        Window window;
+        runApplication([&window] {
+          window = Window::make({300, 200}, window_style::titled | window_style::closable);
+          window.orderFront();
+          QTimer::singleShot(0, [&window] { widgetOf(window).close(); });
+        });
+      },
+      testing::ExitedWithCode(0), "^launched\nlast window closed\nwill terminate\n$");
+}
+
+TEST_F(ApplicationProcess, views_may_outlive_it) {
+  EXPECT_EXIT(
+      {
+        Window window;
+        TextField field;
+        runApplication([&] {
+          window = Window::make({300, 200}, window_style::titled);
+          field = TextField::field("on its own");
+          Application::terminate();
+        });
+      },
+      testing::ExitedWithCode(0), "will terminate");
+}
+
+TEST_F(ApplicationProcess, leaving_by_exit_while_it_runs_is_no_crash) {
+  EXPECT_EXIT(runApplication([] {
+                const Window window = Window::make({300, 200}, window_style::titled);
+                window.orderFront();
+                std::exit(3);
+              }),
+              testing::ExitedWithCode(3), "^launched\n");
+}
+
+TEST_F(ApplicationProcess, signals_that_ask_to_end_end_it_properly) {
+  for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+    EXPECT_EXIT(runApplication([signal] { kill(getpid(), signal); }), testing::ExitedWithCode(0),
+                "^launched\nwill terminate\n$");
+  }
+}
+
+TEST_F(ApplicationProcess, a_second_signal_ends_it_even_when_it_hangs) {
+  EXPECT_EXIT(runApplication([] {
+                kill(getpid(), SIGTERM);
+                kill(getpid(), SIGTERM);
+              }),
+              testing::KilledBySignal(SIGTERM), "^launched\n$");
+}
+
+TEST_F(ApplicationProcess, a_signal_that_was_ignored_at_the_start_stays_ignored) {
+  EXPECT_EXIT(
+      {
+        signal(SIGHUP, SIG_IGN);
+        runApplication([] {
+          kill(getpid(), SIGHUP);
+          QTimer::singleShot(50, [] {
+            say("still here");
+            Application::terminate();
+          });
+        });
+      },
+      testing::ExitedWithCode(0), "^launched\nstill here\nwill terminate\n$");
+}
+
+TEST_F(ApplicationProcess, without_a_display_it_says_so_in_one_line_and_fails) {
+  unsetenv("QT_QPA_PLATFORM");
+  EXPECT_EXIT(runApplication([] {}), testing::ExitedWithCode(1),
+              "^vorrin: no display · start Vorrin from within a graphical session\n$");
+}
+
+TEST_F(ApplicationProcess, with_a_display_that_does_not_answer_it_names_it_and_fails) {
+  unsetenv("QT_QPA_PLATFORM");
+  setenv("DISPLAY", ":4095", 1);
+  EXPECT_EXIT(runApplication([] {}), testing::ExitedWithCode(1),
+              "^vorrin: no display · could not connect to display :4095\n$");
+}
+
+TEST_F(ApplicationProcess, the_interface_check_needs_no_display) {
+  unsetenv("QT_QPA_PLATFORM");
+  EXPECT_EXIT(runApplication([] { Application::terminate(); }, {"vorrin", "--ui-test"}),
+              testing::ExitedWithCode(0), "^launched\nwill terminate\n$");
+}
+
+TEST_F(ApplicationProcess, the_interface_check_makes_do_with_a_display_that_does_not_answer) {
+  unsetenv("QT_QPA_PLATFORM");
+  setenv("DISPLAY", ":4095", 1);
+  EXPECT_EXIT(runApplication([] { Application::terminate(); }, {"vorrin", "--ui-test"}),
+              testing::ExitedWithCode(0), "^launched\nwill terminate\n$");
+}
+
+TEST_F(ApplicationProcess, arguments_meant_for_the_widget_library_are_ignored) {
+  EXPECT_EXIT(
+      runApplication([] { Application::terminate(); },
+                     {"vorrin", "-platform", "nonsense", "--style", "none", "-qmljsdebugger"}),
+      testing::ExitedWithCode(0), "^launched\nwill terminate\n$");
+}
+
+TEST_F(ApplicationProcess, it_is_known_by_its_identifier) {
+  EXPECT_EXIT(runApplication([] {
+                say(qPrintable(QApplication::applicationName()));
+                say(qPrintable(QApplication::desktopFileName()));
+                Application::loadIcon();
+                Application::terminate();
+              }),
+              testing::ExitedWithCode(0),
+              "^launched\norg.vorrin.Vorrin\norg.vorrin.Vorrin\nwill terminate\n$");
+}
+
+}  // namespace
+}  // namespace vorrin

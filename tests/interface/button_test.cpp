@@ -1,0 +1,90 @@
+#include "platform/button.h"
+
+#include <QAbstractButton>
+#include <QTest>
+
+#include "interface_test.h"
+
+namespace vorrin {
+namespace {
+
+TEST(Button, a_click_performs_the_action_with_the_button_as_sender) {
+  int tag = 0;
+  const Button button =
+      Button::push("b", {&tag, "act", [&tag](const Button& sender) { tag = sender.tag(); }});
+  button.setTag(5);
+  QTest::mouseClick(&widgetOf(button), Qt::LeftButton);
+  EXPECT_EQ(tag, 5);
+}
+
+TEST(Button, a_disabled_button_performs_nothing) {
+  int calls = 0;
+  const Button button = Button::push("b", {&calls, "act", [&calls](const Button&) { ++calls; }});
+  button.setEnabled(false);
+  QTest::mouseClick(&widgetOf(button), Qt::LeftButton);
+  EXPECT_EQ(calls, 0);
+  EXPECT_FALSE(button.isEnabled());
+}
+
+TEST(Button, a_button_without_an_action_can_be_clicked) {
+  const Button button = Button::push("b", {});
+  QTest::mouseClick(&widgetOf(button), Qt::LeftButton);
+  EXPECT_EQ(button.action(), "");
+  EXPECT_EQ(button.target(), nullptr);
+}
+
+TEST(Button, a_title_comes_back_as_it_was_set) {
+  const Button button = Button::push("Save & load", {});
+  EXPECT_EQ(button.title(), "Save & load");
+  button.setTitle("&&");
+  EXPECT_EQ(button.title(), "&&");
+}
+
+TEST(Button, an_ampersand_in_a_title_makes_no_key_of_the_letter_after_it) {
+  EXPECT_TRUE(widgetOf<QAbstractButton>(Button::push("Save & load", {})).shortcut().isEmpty());
+}
+
+TEST(Button, setting_a_check_box_performs_nothing) {
+  int calls = 0;
+  const Button check = Button::checkbox("c", {&calls, "act", [&calls](const Button&) { ++calls; }});
+  check.setOn(true);
+  EXPECT_TRUE(check.isOn());
+  EXPECT_EQ(calls, 0);
+}
+
+TEST(Button, a_click_switches_a_check_box_before_its_action_runs) {
+  bool on = false;
+  const Button check =
+      Button::checkbox("c", {&on, "act", [&on](const Button& sender) { on = sender.isOn(); }});
+  QTest::mouseClick(&widgetOf(check), Qt::LeftButton);
+  EXPECT_TRUE(on);
+}
+
+TEST(Button, an_action_may_let_go_of_its_button) {
+  auto held = std::make_shared<std::optional<Button>>();
+  bool performed = false;
+  *held = Button::push("b", {held.get(), "act", [&performed, held](const Button&) {
+                               held->reset();
+                               performed = true;
+                             }});
+  QTest::mouseClick(&widgetOf(**held), Qt::LeftButton);
+  EXPECT_TRUE(performed);
+  deleteWhatIsLeft();
+}
+
+TEST(Button, an_attributed_title_brings_its_font_and_colour) {
+  const Button check = Button::checkbox("", {});
+  check.setAttributedTitle("Enable", {13}, Color::sRgb(1, 0, 0));
+  EXPECT_EQ(check.title(), "Enable");
+  EXPECT_TRUE(check.hasFont());
+  EXPECT_EQ(widgetOf(check).palette().color(QPalette::WindowText), QColor(Qt::red));
+}
+
+TEST(Button, kinds_are_told_apart) {
+  EXPECT_EQ(Button::push("", {}).kind(), ButtonKind::push);
+  EXPECT_EQ(Button::checkbox("", {}).kind(), ButtonKind::checkbox);
+  EXPECT_EQ(PopUpButton::make({}).kind(), ButtonKind::popUp);
+}
+
+}  // namespace
+}  // namespace vorrin

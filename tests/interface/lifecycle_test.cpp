@@ -1,0 +1,102 @@
+#include <QTest>
+
+#include "bridge/program_engine.h"
+#include "interface_test.h"
+#include "platform/fake/system/fake_system.h"
+#include "platform/linux/widgets/window_widget.h"
+
+namespace vorrin {
+namespace {
+
+using Lifecycle = InterfaceTest;
+
+TEST_F(Lifecycle, a_start_button_starts_and_stops_its_own_macro_only) {
+  click(app->buttons[0]);
+  EXPECT_TRUE(engine.running[0]);
+  EXPECT_FALSE(engine.running[1]);
+  click(app->buttons[1]);
+  EXPECT_TRUE(engine.running[0]);
+  EXPECT_TRUE(engine.running[1]);
+  click(app->buttons[1]);
+  EXPECT_TRUE(engine.running[0]);
+  EXPECT_FALSE(engine.running[1]);
+}
+
+TEST_F(Lifecycle, stop_all_stops_both) {
+  click(app->buttons[0]);
+  click(app->buttons[1]);
+  click(button("Stop all · Esc"));
+  EXPECT_FALSE(engine.running[0]);
+  EXPECT_FALSE(engine.running[1]);
+  EXPECT_EQ(app->buttons[0].title(), "Start");
+}
+
+TEST_F(Lifecycle, sleep_stops_both_and_nothing_starts_again_afterwards) {
+  click(app->buttons[0]);
+  click(app->buttons[1]);
+  fake::sendWillSleep();
+  EXPECT_EQ(app->states[0].text(), "OFF");
+  EXPECT_EQ(app->states[1].text(), "OFF");
+}
+
+TEST_F(Lifecycle, switching_the_session_away_stops_both) {
+  click(app->buttons[0]);
+  click(app->buttons[1]);
+  fake::sendSessionDidResignActive();
+  EXPECT_FALSE(engine.running[0]);
+  EXPECT_FALSE(engine.running[1]);
+}
+
+TEST_F(Lifecycle, reopening_brings_a_hidden_window_back) {
+  QWidget& window = widgetOf(app->window);
+  window.hide();
+  EXPECT_TRUE(app->applicationShouldHandleReopen(false));
+  EXPECT_TRUE(window.isVisible());
+}
+
+TEST_F(Lifecycle, reopening_brings_a_minimised_window_back) {
+  QWidget& window = widgetOf(app->window);
+  window.showMinimized();
+  ASSERT_TRUE(waitFor([&window] { return window.isMinimized(); }));
+  EXPECT_TRUE(app->applicationShouldHandleReopen(true));
+  EXPECT_TRUE(waitFor([&window] { return !window.isMinimized() && window.isActiveWindow(); }));
+}
+
+TEST_F(Lifecycle, a_window_that_was_closed_still_exists) {
+  QWidget& window = widgetOf(app->window);
+  window.close();
+  EXPECT_FALSE(window.isVisible());
+  EXPECT_EQ(app->fields[0].text(), "0.05");
+  app->window.makeKeyAndOrderFront();
+  EXPECT_TRUE(window.isVisible());
+}
+
+TEST_F(Lifecycle, the_interface_check_gets_a_window_that_is_not_shown_and_no_listener) {
+  const auto arguments = std::vector<std::string>{"vorrin", "--ui-test"};
+  fake::resetSystem();
+  bool checked = false;
+  const auto checkedApp = std::make_shared<App>(arguments, [&checked](App& built) {
+    checked = true;
+    EXPECT_FALSE(widgetOf(built.window).isVisible());
+    EXPECT_FALSE(built.poll.has_value());
+  });
+  checkedApp->applicationDidFinishLaunching();
+  EXPECT_TRUE(checked);
+  EXPECT_TRUE(fake::system().tapCreations.empty());
+  UserDefaults::removePersistentDomain(checkedApp->testSuite);
+}
+
+TEST_F(Lifecycle, the_interface_check_leaves_the_users_settings_alone) {
+  const auto arguments = std::vector<std::string>{"vorrin", "--ui-test"};
+  const auto checkedApp = std::make_shared<App>(arguments, [](App& built) {
+    built.fields[0].setText("9");
+    built.autoSave();
+  });
+  checkedApp->applicationDidFinishLaunching();
+  EXPECT_EQ(stored("interval0"), std::nullopt);
+  EXPECT_EQ(checkedApp->defaults().object("interval0"), DefaultsObject(9.0));
+  UserDefaults::removePersistentDomain(checkedApp->testSuite);
+}
+
+}  // namespace
+}  // namespace vorrin

@@ -1,0 +1,188 @@
+#include <QApplication>
+#include <QClipboard>
+#include <QWheelEvent>
+
+#include "bridge/program_engine.h"
+#include "interface_test.h"
+#include "platform/fake/system/fake_system.h"
+#include "ui/theme.h"
+
+namespace vorrin {
+namespace {
+
+const std::string savedNotice = "Saved automatically · macros stopped · presets unchanged";
+const std::string intervalNotice = "Not saved: intervals must be 0.001–3600 seconds.";
+const std::string shortcutNotice = "Not saved: choose a different shortcut for each macro.";
+
+using Settings = InterfaceTest;
+
+TEST_F(Settings, a_valid_interval_is_stored_as_it_is_typed) {
+  type(app->fields[0], "0.125");
+  EXPECT_EQ(stored("interval0"), DefaultsObject(0.125));
+  EXPECT_EQ(engine.intervals[0], 0.125);
+  EXPECT_EQ(app->saveNotice.text(), savedNotice);
+  EXPECT_EQ(app->fields[0].textColor(), hackerGreen);
+}
+
+TEST_F(Settings, an_invalid_interval_is_shown_and_never_stored) {
+  type(app->fields[0], "0.125");
+  type(app->fields[0], "abc");
+  EXPECT_EQ(app->fields[0].text(), "abc");
+  EXPECT_EQ(stored("interval0"), DefaultsObject(0.125));
+  EXPECT_EQ(engine.intervals[0], 0.125);
+  EXPECT_EQ(app->saveNotice.text(), intervalNotice);
+  EXPECT_EQ(app->fields[0].textColor(), Color::systemOrange());
+  EXPECT_EQ(app->fields[1].textColor(), hackerGreen);
+}
+
+TEST_F(Settings, an_invalid_interval_forbids_starting_until_it_is_mended) {
+  type(app->fields[1], "0");
+  EXPECT_FALSE(app->buttons[0].isEnabled());
+  EXPECT_FALSE(app->buttons[1].isEnabled());
+  click(app->buttons[0]);
+  EXPECT_FALSE(engine.running[0]);
+  type(app->fields[1], "0.5");
+  EXPECT_EQ(app->saveNotice.text(), savedNotice);
+  EXPECT_EQ(app->fields[1].textColor(), hackerGreen);
+  click(app->buttons[0]);
+  EXPECT_TRUE(engine.running[0]);
+}
+
+TEST_F(Settings, these_intervals_are_refused) {
+  for (const char* text : {"", " ", "0", "-1", "0.0009", "3600.1", "1e9", "nan", "inf", "0,5", "1s",
+                           " 1", "1 ", "٣", "0x", "--1"}) {
+    type(app->fields[0], text);
+    EXPECT_EQ(app->saveNotice.text(), intervalNotice) << text;
+    EXPECT_FALSE(app->settingsValid) << text;
+  }
+}
+
+TEST_F(Settings, these_intervals_are_accepted) {
+  for (const char* text : {"0.001", "3600", "1", "2.50", "1e1", ".5"}) {
+    type(app->fields[0], text);
+    EXPECT_EQ(app->saveNotice.text(), savedNotice) << text;
+    EXPECT_TRUE(app->settingsValid) << text;
+  }
+}
+
+TEST_F(Settings, every_edit_stops_both_macros) {
+  click(app->buttons[0]);
+  click(app->buttons[1]);
+  ASSERT_TRUE(engine.running[0] && engine.running[1]);
+  click(app->fields[1]);
+  press(Qt::Key_5);
+  EXPECT_FALSE(engine.running[0]);
+  EXPECT_FALSE(engine.running[1]);
+  EXPECT_EQ(app->states[0].text(), "OFF");
+}
+
+TEST_F(Settings, an_edit_that_is_refused_stops_both_macros_too) {
+  click(app->buttons[0]);
+  click(app->fields[0]);
+  press(Qt::Key_X);
+  EXPECT_FALSE(app->settingsValid);
+  EXPECT_FALSE(engine.running[0]);
+}
+
+TEST_F(Settings, a_shortcut_chosen_is_stored) {
+  choose(app->shortcuts[0], 3);
+  EXPECT_EQ(app->shortcuts[0].titleOfSelectedItem(), "F7");
+  EXPECT_EQ(stored("key0"), DefaultsObject(std::int64_t{98}));
+  EXPECT_EQ(engine.keys[0], 98);
+  EXPECT_EQ(app->saveNotice.text(), savedNotice);
+}
+
+TEST_F(Settings, equal_shortcuts_are_refused_until_they_differ) {
+  choose(app->shortcuts[0], 1);
+  EXPECT_EQ(app->saveNotice.text(), shortcutNotice);
+  EXPECT_FALSE(app->buttons[0].isEnabled());
+  EXPECT_EQ(engine.keys[0], 50);
+  EXPECT_EQ(app->fields[0].textColor(), hackerGreen);
+  choose(app->shortcuts[1], 0);
+  EXPECT_EQ(app->saveNotice.text(), savedNotice);
+  EXPECT_EQ(stored("key0"), DefaultsObject(std::int64_t{48}));
+  EXPECT_EQ(stored("key1"), DefaultsObject(std::int64_t{50}));
+}
+
+TEST_F(Settings, equal_shortcuts_are_named_before_a_bad_interval) {
+  type(app->fields[0], "abc");
+  choose(app->shortcuts[0], 1);
+  EXPECT_EQ(app->saveNotice.text(), shortcutNotice);
+  EXPECT_EQ(app->fields[0].textColor(), Color::systemOrange());
+}
+
+TEST_F(Settings, the_digit_chosen_is_stored) {
+  choose(app->output, 9);
+  EXPECT_EQ(stored("digit"), DefaultsObject(std::int64_t{9}));
+  EXPECT_EQ(engine.digit, 9);
+  EXPECT_EQ(app->saveNotice.text(), savedNotice);
+}
+
+TEST_F(Settings, a_check_box_enables_and_disables_its_macro) {
+  click(app->checks[1]);
+  EXPECT_EQ(stored("enabled1"), DefaultsObject(false));
+  EXPECT_FALSE(app->buttons[1].isEnabled());
+  EXPECT_TRUE(app->buttons[0].isEnabled());
+  click(app->checks[1]);
+  EXPECT_EQ(stored("enabled1"), DefaultsObject(true));
+  EXPECT_TRUE(app->buttons[1].isEnabled());
+}
+
+TEST_F(Settings, clearing_the_check_box_of_a_running_macro_stops_it) {
+  click(app->buttons[1]);
+  click(app->checks[1]);
+  EXPECT_FALSE(engine.running[1]);
+  EXPECT_EQ(app->states[1].text(), "OFF");
+  EXPECT_FALSE(app->buttons[1].isEnabled());
+}
+
+TEST_F(Settings, an_accepted_edit_leaves_the_presets_alone) {
+  const Preset before = *app->currentPreset();
+  savePreset("Night", before);
+  type(app->fields[0], "7");
+  choose(app->output, 3);
+  EXPECT_EQ(app->presetStore().all().at("Night"), before);
+}
+
+TEST_F(Settings, what_was_accepted_is_there_after_a_restart) {
+  type(app->fields[0], "0.25");
+  choose(app->shortcuts[1], 5);
+  choose(app->output, 6);
+  click(app->checks[0]);
+  launch();
+  EXPECT_EQ(app->fields[0].text(), "0.25");
+  EXPECT_EQ(app->shortcuts[1].titleOfSelectedItem(), "F9");
+  EXPECT_EQ(app->output.titleOfSelectedItem(), "6");
+  EXPECT_FALSE(app->checks[0].isOn());
+}
+
+TEST_F(Settings, a_number_pasted_with_a_line_break_is_a_number) {
+  QApplication::clipboard()->setText("0.75\r\n");
+  click(app->fields[0]);
+  press(Qt::Key_A, Qt::ControlModifier);
+  press(Qt::Key_V, Qt::ControlModifier);
+  EXPECT_EQ(app->fields[0].text(), "0.75");
+  EXPECT_EQ(stored("interval0"), DefaultsObject(0.75));
+}
+
+TEST_F(Settings, taking_an_edit_back_is_an_edit) {
+  type(app->fields[0], "0.25");
+  press(Qt::Key_X);
+  ASSERT_FALSE(app->settingsValid);
+  press(Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_TRUE(app->settingsValid);
+  EXPECT_EQ(app->saveNotice.text(), savedNotice);
+}
+
+TEST_F(Settings, scrolling_over_a_pop_up_changes_nothing) {
+  QWidget& popUp = widgetOf(app->output);
+  const QPoint place = popUp.rect().center();
+  QWheelEvent wheel(place, popUp.mapToGlobal(place), {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
+                    Qt::NoScrollPhase, false);
+  QApplication::sendEvent(&popUp, &wheel);
+  EXPECT_EQ(app->output.indexOfSelectedItem(), 1);
+  EXPECT_EQ(app->saveNotice.text(), "Settings save automatically.");
+}
+
+}  // namespace
+}  // namespace vorrin

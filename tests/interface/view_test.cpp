@@ -1,0 +1,127 @@
+#include "platform/view.h"
+
+#include <QPointer>
+
+#include "interface_test.h"
+#include "platform/stack_view.h"
+#include "platform/text_field.h"
+
+namespace vorrin {
+namespace {
+
+using testing::ElementsAre;
+
+StackView column(std::initializer_list<View> views) {
+  return StackView::make(Orientation::vertical, 10, std::vector<View>(views));
+}
+
+TEST(View, a_default_made_value_refers_to_nothing) {
+  const View nothing;
+  EXPECT_FALSE(nothing);
+  EXPECT_EQ(nothing, View());
+  EXPECT_FALSE(nothing == View::spacer());
+}
+
+TEST(View, copies_are_equal_and_two_views_are_not) {
+  const View first = View::spacer();
+  const View copy = first;
+  EXPECT_EQ(first, copy);
+  EXPECT_FALSE(first == View::spacer());
+}
+
+TEST(View, a_view_on_its_own_dies_with_its_last_value) {
+  auto field = std::make_unique<TextField>(TextField::field("text"));
+  auto copy = std::make_unique<TextField>(*field);
+  const QPointer<QWidget> widget = &widgetOf(*field);
+  field.reset();
+  deleteWhatIsLeft();
+  EXPECT_FALSE(widget.isNull());
+  copy.reset();
+  deleteWhatIsLeft();
+  EXPECT_TRUE(widget.isNull());
+}
+
+TEST(View, a_view_inside_another_lives_and_dies_with_that_one) {
+  QPointer<QWidget> inner;
+  {
+    const StackView stack = column({});
+    {
+      const TextField field = TextField::field("text");
+      inner = &widgetOf(field);
+      stack.addArrangedSubview(field);
+    }
+    deleteWhatIsLeft();
+    ASSERT_FALSE(inner.isNull());
+    EXPECT_EQ(TextField::from(stack.subviews().front())->text(), "text");
+  }
+  deleteWhatIsLeft();
+  EXPECT_TRUE(inner.isNull());
+}
+
+TEST(View, subviews_are_the_views_added_in_their_order) {
+  const TextField label = TextField::wrappingLabel("a");
+  const Button button = Button::push("b", {});
+  const View spacer = View::spacer();
+  EXPECT_THAT(column({label, button, spacer}).subviews(), ElementsAre(label, button, spacer));
+}
+
+TEST(View, a_subview_found_again_shares_everything_with_the_value_it_was_added_by) {
+  int calls = 0;
+  const Button button = Button::push("b", {&calls, "count", [&calls](const Button&) { ++calls; }});
+  const TextField field = TextField::field("");
+  const StackView stack = column({button, field});
+  button.setTag(7);
+  field.setFont({12});
+  field.setDelegate({&calls, nullptr});
+  const auto buttonAgain = Button::from(stack.subviews()[0]);
+  const auto fieldAgain = TextField::from(stack.subviews()[1]);
+  EXPECT_EQ(buttonAgain->tag(), 7);
+  EXPECT_EQ(buttonAgain->action(), "count");
+  EXPECT_EQ(buttonAgain->target(), &calls);
+  EXPECT_TRUE(fieldAgain->hasFont());
+  EXPECT_EQ(fieldAgain->delegate(), &calls);
+}
+
+TEST(View, labels_fields_and_buttons_are_controls_and_stacks_and_spacers_are_not) {
+  EXPECT_TRUE(TextField::wrappingLabel("").isControl());
+  EXPECT_TRUE(TextField::field("").isControl());
+  EXPECT_TRUE(Button::push("", {}).isControl());
+  EXPECT_TRUE(Button::checkbox("", {}).isControl());
+  EXPECT_TRUE(PopUpButton::make({}).isControl());
+  EXPECT_FALSE(View::spacer().isControl());
+  EXPECT_FALSE(column({}).isControl());
+}
+
+TEST(View, a_view_is_no_field_or_button_of_another_kind) {
+  EXPECT_FALSE(TextField::from(Button::push("", {})));
+  EXPECT_FALSE(TextField::from(View::spacer()));
+  EXPECT_FALSE(Button::from(TextField::field("")));
+  EXPECT_FALSE(Button::from(View()));
+  EXPECT_TRUE(Button::from(PopUpButton::make({})));
+}
+
+TEST(View, a_description_names_the_kind_and_what_the_view_says) {
+  EXPECT_EQ(Button::push("Load", {}).description(), "Button \"Load\"");
+  EXPECT_EQ(TextField::wrappingLabel("OFF").description(), "Label \"OFF\"");
+  const Button check = Button::checkbox("", {});
+  check.setAccessibilityLabel("Enable");
+  EXPECT_EQ(check.description(), "Checkbox \"Enable\"");
+  EXPECT_EQ(View::spacer().description(), "Spacer");
+}
+
+TEST(View, fixed_sizes_are_kept) {
+  const TextField field = TextField::field("a very long text that would like more room");
+  field.setWidth(75);
+  field.setHeight(24);
+  const StackView stack = column({field});
+  stack.layoutSubtreeIfNeeded();
+  EXPECT_EQ(field.bounds().width, 75);
+  EXPECT_EQ(field.bounds().height, 24);
+}
+
+TEST(View, using_a_value_that_refers_to_nothing_ends_the_process) {
+  EXPECT_DEATH((void)View().bounds(), "Precondition failed");
+}
+
+}  // namespace
+}  // namespace vorrin
