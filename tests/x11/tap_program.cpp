@@ -108,6 +108,7 @@ void obey(const std::string& line) {
   fields >> command;
   if (command == "create") return answer(command, createTap(readNumbers<std::uint16_t>(fields)));
   if (command == "trusted") return answer(command, vorrin::isProcessTrusted());
+  if (command == "ask") return answer(command, vorrin::isProcessTrustedWithPrompt());
   if (command == "pointer") return answer(command, vorrin::pointerLocation().has_value());
   if (command == "choose") {
     return answer(command, state().tap->setSwallowable(readNumbers<std::uint16_t>(fields)));

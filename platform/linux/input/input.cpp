@@ -1,23 +1,36 @@
+#include <memory>
 #include <utility>
+#include <variant>
 
 #include "platform/accessibility.h"
 #include "platform/event_post.h"
 #include "platform/event_tap.h"
+#include "platform/linux/helper/backend.h"
+#include "platform/linux/input/input_backend.h"
+#include "platform/linux/input/input_way.h"
 #include "platform/linux/x11/backend.h"
 
 namespace vorrin {
 
 namespace {
 
-x11::Backend& backend() {
-  static x11::Backend backend;
+using Backend = std::variant<x11::Backend, helper::Backend>;
+
+Backend& backend() {
+  static Backend backend = inputWay() == InputWay::x11
+                               ? Backend(std::in_place_type<x11::Backend>)
+                               : Backend(std::in_place_type<helper::Backend>);
   return backend;
 }
 
 }  // namespace
 
+helper::Backend* helperBackend() {
+  return std::get_if<helper::Backend>(&backend());
+}
+
 struct EventTap::Native {
-  std::unique_ptr<x11::Tap> tap;
+  std::variant<std::shared_ptr<x11::Tap>, std::shared_ptr<helper::Tap>> tap;
 };
 
 EventTap::EventTap(std::shared_ptr<Native> native) : native_(std::move(native)) {}
@@ -25,38 +38,42 @@ EventTap::EventTap(std::shared_ptr<Native> native) : native_(std::move(native)) 
 std::optional<EventTap> EventTap::create(std::uint64_t mask,
                                          std::span<const std::uint16_t> swallowable,
                                          Callback callback, std::function<void()> invalidated) {
-  std::unique_ptr<x11::Tap> tap =
-      backend().createTap(mask, swallowable, callback, std::move(invalidated));
-  if (!tap) return std::nullopt;
-  return EventTap(std::shared_ptr<Native>(new Native{std::move(tap)}));
+  return std::visit(
+      [&](auto& way) -> std::optional<EventTap> {
+        auto tap = way.createTap(mask, swallowable, callback, std::move(invalidated));
+        if (!tap) return std::nullopt;
+        return EventTap(std::shared_ptr<Native>(new Native{std::move(tap)}));
+      },
+      backend());
 }
 
 void EventTap::addToMainRunLoop() const {
-  native_->tap->addToMainRunLoop();
+  std::visit([](const auto& tap) { tap->addToMainRunLoop(); }, native_->tap);
 }
 
 void EventTap::setEnabled(bool enabled) const {
-  native_->tap->setEnabled(enabled);
+  std::visit([=](const auto& tap) { tap->setEnabled(enabled); }, native_->tap);
 }
 
 bool EventTap::setSwallowable(std::span<const std::uint16_t> keyCodes) const {
-  return native_->tap->setSwallowable(keyCodes);
+  return std::visit([=](const auto& tap) { return tap->setSwallowable(keyCodes); }, native_->tap);
 }
 
 std::optional<PointerLocation> pointerLocation() {
-  return backend().pointerLocation();
+  return std::visit([](auto& way) { return way.pointerLocation(); }, backend());
 }
 
 void postEvents(std::span<const SyntheticEvent> events) {
-  backend().post(events);
+  std::visit([=](auto& way) { way.post(events); }, backend());
 }
 
 bool isProcessTrusted() {
-  return backend().isTrusted();
+  return std::visit([](auto& way) { return way.isTrusted(); }, backend());
 }
 
 bool isProcessTrustedWithPrompt() {
-  return backend().isTrusted();
+  if (auto* const helper = helperBackend()) return helper->isTrustedWithPrompt();
+  return isProcessTrusted();
 }
 
 }  // namespace vorrin

@@ -1,11 +1,43 @@
+#include "platform/linux/helper/backend.h"
+#include "platform/linux/input/input_backend.h"
 #include "platform/linux/widgets/sheet.h"
 #include "platform/linux/widgets/window_widget.h"
 #include "platform/workspace.h"
 
 namespace vorrin {
 
+namespace {
+
+/// What may be decided where the input helper does the work, and what the right means.
+void presentHelperPermission(helper::Backend& backend) {
+  Alert alert;
+  alert.messageText = "Who may use your keyboard";
+  alert.informativeText =
+      "In this session no ordinary program can read the keyboard or click, and Vorrin cannot "
+      "either. Its input helper does both, and that is the right you give: to pass your keys on, "
+      "to "
+      "ask Vorrin about the six shortcut keys and tell it of Escape, and to press digits and "
+      "click. "
+      "No other key leaves the helper, and no other program gets the right.\n\n“Allow for Good” "
+      "holds for you alone, at this machine, until you take it back. “Ask Every Time” asks at each "
+      "start of Vorrin. “Take Back” lets go at once and refuses from then on.\n\nEscape, Backspace "
+      "and Enter held down together end the helper at any moment.";
+  constexpr int close = 0;
+  constexpr int allow = 1;
+  constexpr int ask = 2;
+  alert.buttons = {"Close", "Allow for Good", "Ask Every Time", "Take Back"};
+  presentSheet(alert, close, *windows().front(), [&backend](int answer) {
+    if (answer == close) return;
+    if (answer != allow && answer != ask) backend.giveUpPermission();
+    backend.changePermission(answer == allow ? "allow" : answer == ask ? "ask" : "deny");
+  });
+}
+
+}  // namespace
+
 void openAccessibilitySettings() {
   if (windows().empty()) return;
+  if (auto* const backend = helperBackend()) return presentHelperPermission(*backend);
   Alert alert;
   alert.messageText = "No permission is needed in an X11 session";
   alert.informativeText =

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <span>
+
+#include "platform/linux/helper_protocol/file_descriptor.h"
+#include "platform/linux/helper_protocol/protocol.h"
+
+namespace vorrin::helper_protocol {
+
+/// What one attempt to receive found.
+enum class Received {
+  packet,   ///< a packet, possibly of a wrong length
+  nothing,  ///< none is there now
+  end,      ///< the other end is gone, or the connection failed
+};
+
+/// Two connected ends, both closed when another program is started; nothing on failure.
+struct SocketPair {
+  FileDescriptor first;
+  FileDescriptor second;
+};
+std::optional<SocketPair> makeSocketPair();
+
+/// Receives one packet without waiting. A packet longer than any message comes back empty, which no
+/// message decodes from.
+Received receivePacket(int socket, Packet& packet);
+
+/// Sends without waiting. False when the other end is gone or has left too much unread.
+[[nodiscard]] bool sendPacket(int socket, const Packet& packet);
+
+}  // namespace vorrin::helper_protocol

@@ -1,0 +1,40 @@
+#include "platform/linux/input/input_way.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace vorrin {
+namespace {
+
+std::string_view variable(const char* name) {
+  const char* value = std::getenv(name);
+  return value == nullptr ? std::string_view() : std::string_view(value);
+}
+
+}  // namespace
+
+InputChoice chooseInput(const InputEnvironment& environment) {
+  if (environment.wish == "x11") return {InputWay::x11, "VORRIN_INPUT says so"};
+  if (environment.wish == "helper") return {InputWay::helper, "VORRIN_INPUT says so"};
+  if (!environment.wayland.empty() || environment.sessionType == "wayland") {
+    return {InputWay::helper, "this is a Wayland session"};
+  }
+  if (!environment.display.empty()) return {InputWay::x11, "this is an X11 session"};
+  return {InputWay::helper, "there is neither an X server nor a Wayland compositor"};
+}
+
+InputWay inputWay() {
+  static const InputWay way = [] {
+    const InputChoice choice = chooseInput({.wish = variable("VORRIN_INPUT"),
+                                            .sessionType = variable("XDG_SESSION_TYPE"),
+                                            .wayland = variable("WAYLAND_DISPLAY"),
+                                            .display = variable("DISPLAY")});
+    std::fprintf(stderr, "vorrin: keyboard and clicks through %s, because %.*s\n",
+                 choice.way == InputWay::x11 ? "the X server" : "the input helper",
+                 static_cast<int>(choice.reason.size()), choice.reason.data());
+    return choice.way;
+  }();
+  return way;
+}
+
+}  // namespace vorrin

@@ -1,0 +1,100 @@
+#include "desktop_session.h"
+
+#include <sys/wait.h>
+
+#include <array>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <stdexcept>
+
+#include "tests/x11/harness/wait.h"
+
+namespace vorrin::machine {
+namespace {
+
+constexpr const char* runtime = "/run/user/4242";
+constexpr const char* ipc = "/run/user/4242/sway.sock";
+constexpr const char* configuration = "/tmp/sway.conf";
+
+void writeConfiguration() {
+  std::ofstream(configuration) << "xwayland disable\n"
+                                  "output HEADLESS-1 resolution 1280x800\n"
+                                  "focus_follows_mouse no\n"
+                                  "default_border none\n"
+                                  "for_window [app_id=\".*\"] floating enable\n"
+                                  "for_window [app_id=\"logging-client\"] move position 740 40\n"
+                                  "for_window [app_id=\"org.vorrin.Vorrin\"] move position 40 20\n";
+}
+
+}  // namespace
+
+Environment playerEnvironment() {
+  return {{"HOME", "/home/player"},
+          {"USER", "player"},
+          {"XDG_RUNTIME_DIR", runtime},
+          {"WAYLAND_DISPLAY", "wayland-1"},
+          {"QT_QPA_PLATFORM", "wayland"},
+          {"SWAYSOCK", ipc},
+          {"WLR_BACKENDS", "headless,libinput"},
+          {"WLR_RENDERER", "pixman"},
+          {"LIBSEAT_BACKEND", "seatd"},
+          {"ASAN_OPTIONS", "detect_leaks=0"}};
+}
+
+std::vector<std::string> asPlayer(const std::vector<std::string>& command) {
+  std::vector<std::string> words = {"setpriv", "--reuid=4242", "--regid=4242", "--init-groups"};
+  words.insert(words.end(), command.begin(), command.end());
+  return words;
+}
+
+std::string playerOutput(const std::vector<std::string>& command) {
+  Process process(asPlayer(command), playerEnvironment());
+  std::string text;
+  while (const auto line = process.readLine()) text += *line + "\n";
+  const auto ending = process.waitForEnd();
+  if (!ending || ending->bySignal || ending->number != 0) {
+    throw std::runtime_error(command.front() + " failed: " + text);
+  }
+  return text;
+}
+
+DesktopSession::DesktopSession() {
+  writeConfiguration();
+  seat_ = std::make_unique<Process>(std::vector<std::string>{"seatd", "-u", "player"});
+  if (!x11_tests::waitUntil([] { return std::filesystem::exists("/run/seatd.sock"); })) {
+    throw std::runtime_error("seatd does not start");
+  }
+  auto environment = playerEnvironment();
+  environment.erase("WAYLAND_DISPLAY");
+  sway_ = std::make_unique<Process>(asPlayer({"sway", "-c", configuration}), environment);
+  const auto display = std::filesystem::path(runtime) / "wayland-1";
+  if (!x11_tests::waitUntil(
+          [&] { return std::filesystem::exists(display) && std::filesystem::exists(ipc); },
+          std::chrono::seconds(40))) {
+    throw std::runtime_error("sway does not start");
+  }
+}
+
+void DesktopSession::command(const std::string& text) const {
+  playerOutput({"swaymsg", text});
+}
+
+void DesktopSession::focus(const std::string& application) const {
+  command("[app_id=\"" + application + "\"] focus");
+  command("seat seat0 cursor set 900 200");
+}
+
+std::string DesktopSession::tree() const {
+  return playerOutput({"swaymsg", "-rt", "get_tree"});
+}
+
+bool DesktopSession::hasInput(const std::string& name) const {
+  return playerOutput({"swaymsg", "-rt", "get_inputs"}).find('"' + name + '"') != std::string::npos;
+}
+
+void DesktopSession::takeScreenshot(const std::string& path) const {
+  playerOutput({"grim", path});
+}
+
+}  // namespace vorrin::machine

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "tests/x11/harness/process.h"
+
+namespace vorrin::machine {
+
+using x11_tests::Environment;
+using x11_tests::Process;
+
+/// The ordinary user's environment in the test machine.
+Environment playerEnvironment();
+
+/// `command` as the ordinary user runs it.
+std::vector<std::string> asPlayer(const std::vector<std::string>& command);
+
+/// What a command of the ordinary user prints; it has to succeed.
+std::string playerOutput(const std::vector<std::string>& command);
+
+/// A sway with libinput below and no screen but one in memory, run by the ordinary user.
+class DesktopSession {
+ public:
+  DesktopSession();
+
+  /// Gives the keyboard to the window with this application id, and moves the pointer over it.
+  void focus(const std::string& application) const;
+  [[nodiscard]] std::string tree() const;
+  /// Whether libinput has the device of this name.
+  [[nodiscard]] bool hasInput(const std::string& name) const;
+  void takeScreenshot(const std::string& path) const;
+
+ private:
+  void command(const std::string& text) const;
+
+  std::unique_ptr<Process> seat_;
+  std::unique_ptr<Process> sway_;
+};
+
+}  // namespace vorrin::machine
