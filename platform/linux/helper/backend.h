@@ -27,8 +27,8 @@ class Backend {
   Backend& operator=(const Backend&) = delete;
   ~Backend();
 
-  /// Whether a helper serves this program. Without one it is tried again to start it, at most once
-  /// a second, as long as that takes no question to the user.
+  /// Whether a helper serves this program. Once one was asked for with the prompt it is tried again
+  /// to start it, at most once a second, as long as that takes no question to the user.
   bool isTrusted();
   /// The same, but polkit may ask the user.
   bool isTrustedWithPrompt();
@@ -69,7 +69,7 @@ class Backend {
   std::optional<bool> available_;      ///< whether it holds the keyboards; set once it serves us
   bool asking_ = false;                ///< polkit was asked for the standing permission
   StartWay way_ = StartWay::directly;  ///< of the last start
-  bool waitForUser_ = false;           ///< only the user's own wish starts it again
+  bool waitForUser_ = true;            ///< only the user's own wish starts it (again)
   std::chrono::steady_clock::time_point nextTry_;
 };
 
