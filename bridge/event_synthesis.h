@@ -18,8 +18,8 @@ bool macrosPermitted(bool settingsValid);
 
 /// Performs one action of a macro: 0 presses and releases the digit key of `engine.digit`, any
 /// other clicks the left mouse button where the pointer is. Does nothing while this program is the
-/// active one or the user is not at this session. When the process is no longer trusted it stops both macros and calls `refresh`,
-/// which may be empty. Does not allocate unless that happens.
+/// active one or the user is not at this session. When the process is no longer trusted it stops
+/// both macros and calls `refresh`, which may be empty. Does not allocate unless that happens.
 void emitMacro(int macro, const std::function<void()>& refresh);
 
 }  // namespace vorrin
