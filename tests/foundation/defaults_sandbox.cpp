@@ -77,6 +77,16 @@ void store(const UserDefaults& defaults, const std::string& key, const DefaultsO
   defaults.set({&entry, 1});
 }
 
+DefaultsObject valueUnder(const UserDefaults& defaults, const std::string& key) {
+  return defaults.object(key).value_or(DefaultsObject(std::string()));
+}
+
+UserDefaults suiteNamed(const std::string& name) {
+  auto suite = UserDefaults::suite(name);
+  if (!suite) std::abort();
+  return *suite;
+}
+
 std::vector<std::string> namesIn(const std::filesystem::path& directory) {
   std::vector<std::string> names;
   std::error_code error;

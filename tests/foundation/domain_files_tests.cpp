@@ -18,7 +18,7 @@ class DomainFiles : public DefaultsSandbox {
   DomainFiles() { patience.beginOperation(); }
 
   const std::filesystem::path file = settings / "domain.sqlite3";
-  LockPatience patience;
+  LockPatience patience{file};
 };
 
 TEST_F(DomainFiles, makes_the_directories_above_the_file) {

@@ -179,12 +179,10 @@ TEST_F(UserDefaultsCrash, keeps_a_damaged_file_when_killed_at_any_instant_of_set
 
 TEST_F(UserDefaultsCrash, can_remove_a_suite_whose_removal_was_killed_at_any_instant) {
   for (int instant = 0;; ++instant) {
-    store(UserDefaults::suite("suite").value(), "key", std::int64_t{instant});
+    store(suiteNamed("suite"), "key", std::int64_t{instant});
     const bool killed =
         killedAtInstant(instant, [] { UserDefaults::removePersistentDomain("suite"); });
-    const auto suite = UserDefaults::suite("suite");
-    ASSERT_TRUE(suite);
-    const auto value = suite->object("key");
+    const auto value = suiteNamed("suite").object("key");
     ASSERT_TRUE(!value || value == DefaultsObject(std::int64_t{instant})) << instant;
     UserDefaults::removePersistentDomain("suite");
     ASSERT_EQ(namesIn(settings), std::vector<std::string>{});

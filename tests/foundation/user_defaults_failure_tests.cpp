@@ -191,9 +191,9 @@ TEST_F(SuiteFailure, leaves_nothing_among_the_temporary_files_when_it_is_removed
 TEST_F(SuiteFailure, stays_where_it_was_made) {
   closeHome();
   toldWhile([&] {
-    store(UserDefaults::suite("suite").value(), "key", std::int64_t{1});
+    store(suiteNamed("suite"), "key", std::int64_t{1});
     ::chmod(home.c_str(), 0700);
-    return UserDefaults::suite("suite")->object("key") == DefaultsObject(std::int64_t{1});
+    return suiteNamed("suite").object("key") == DefaultsObject(std::int64_t{1});
   });
 }
 

@@ -160,8 +160,7 @@ TEST_F(UserDefaultsSharing, keeps_a_suite_made_while_others_remove_theirs) {
         const auto suite = UserDefaults::suite(name);
         if (!suite) return false;
         store(*suite, "key", std::int64_t{i});
-        if (UserDefaults::suite(name)->object("key") != DefaultsObject(std::int64_t{i}))
-          return false;
+        if (suiteNamed(name).object("key") != DefaultsObject(std::int64_t{i})) return false;
         UserDefaults::removePersistentDomain(name);
       }
       return true;

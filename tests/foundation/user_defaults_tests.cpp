@@ -59,8 +59,8 @@ TEST_F(UserDefaultsTest, keeps_the_sign_of_zero_and_what_is_not_a_number) {
   const auto defaults = UserDefaults::standard();
   store(defaults, "zero", -0.0);
   store(defaults, "nan", std::nan(""));
-  EXPECT_TRUE(std::signbit(std::get<double>(defaults.object("zero").value())));
-  EXPECT_TRUE(std::isnan(std::get<double>(defaults.object("nan").value())));
+  EXPECT_TRUE(std::signbit(std::get<double>(valueUnder(defaults, "zero"))));
+  EXPECT_TRUE(std::isnan(std::get<double>(valueUnder(defaults, "nan"))));
 }
 
 TEST_F(UserDefaultsTest, never_takes_a_value_for_one_of_another_type) {
@@ -70,7 +70,7 @@ TEST_F(UserDefaultsTest, never_takes_a_value_for_one_of_another_type) {
         DefaultsObject(true), DefaultsObject(1.0)}) {
     store(defaults, "key", value);
     EXPECT_EQ(defaults.object("key"), value);
-    EXPECT_EQ(defaults.object("key")->index(), value.index());
+    EXPECT_EQ(valueUnder(defaults, "key").index(), value.index());
   }
 }
 
@@ -220,12 +220,12 @@ TEST_F(UserDefaultsTest, ignores_a_row_whose_type_and_value_do_not_agree) {
 using Suite = UserDefaultsTest;
 
 TEST_F(Suite, keeps_values_apart_from_every_other_domain) {
-  const auto first = UserDefaults::suite("first").value();
-  const auto second = UserDefaults::suite("second").value();
+  const auto first = suiteNamed("first");
+  const auto second = suiteNamed("second");
   store(first, "key", std::int64_t{1});
   EXPECT_FALSE(second.object("key"));
   EXPECT_FALSE(UserDefaults::standard().object("key"));
-  EXPECT_EQ(UserDefaults::suite("first")->object("key"), DefaultsObject(std::int64_t{1}));
+  EXPECT_EQ(suiteNamed("first").object("key"), DefaultsObject(std::int64_t{1}));
 }
 
 TEST_F(Suite, is_refused_a_name_that_is_none) {
@@ -238,7 +238,7 @@ TEST_F(Suite, is_refused_a_name_that_is_none) {
 
 TEST_F(Suite, leaves_nothing_behind_when_it_is_removed) {
   {
-    const auto suite = UserDefaults::suite("vorrin-test-1").value();
+    const auto suite = suiteNamed("vorrin-test-1");
     store(suite, "key", true);
     UserDefaults::removePersistentDomain("vorrin-test-1");
     EXPECT_FALSE(suite.object("key"));
@@ -261,9 +261,9 @@ TEST_F(Suite, takes_every_file_made_from_it_along_when_it_is_removed) {
 TEST_F(Suite, leaves_other_domains_and_their_directory_when_it_is_removed) {
   store(UserDefaults::standard(), "key", true);
   for (const char* name : {"suite.sqlite3.damaged-1", "suite2", "suite.sqlite3"}) {
-    store(UserDefaults::suite(name).value(), "key", true);
+    store(suiteNamed(name), "key", true);
   }
-  store(UserDefaults::suite("suite").value(), "key", true);
+  store(suiteNamed("suite"), "key", true);
   UserDefaults::removePersistentDomain("suite");
   EXPECT_EQ(namesIn(settings), (std::vector<std::string>{
                                    "org.vorrin.Vorrin.sqlite3", "suite.sqlite3.damaged-1.sqlite3",

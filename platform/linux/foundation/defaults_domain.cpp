@@ -24,7 +24,8 @@ bool isStored(DomainConnection& connection, const std::string& key, const Defaul
 
 }  // namespace
 
-DefaultsDomain::DefaultsDomain(const std::filesystem::path& file) : file_(resolved(file)) {}
+DefaultsDomain::DefaultsDomain(const std::filesystem::path& file)
+    : file_(resolved(file)), patience_(file_) {}
 
 StorageResult DefaultsDomain::make() {
   return perform(WhenMissing::make, [](DomainConnection& connection) {

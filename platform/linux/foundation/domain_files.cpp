@@ -121,7 +121,7 @@ StorageResult setDomainFileAside(const path& file, const std::string& reason,
 }
 
 void removeDomainFiles(const path& file) {
-  LockPatience patience;
+  LockPatience patience(file);
   patience.beginOperation();
   const auto directory = lockDirectory(file.parent_path(), patience);
   // The database before its journal, so that no reader in between finds one without the other: a

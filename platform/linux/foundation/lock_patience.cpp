@@ -1,24 +1,49 @@
 #include "platform/linux/foundation/lock_patience.h"
 
+#include <algorithm>
 #include <thread>
+#include <utility>
 
 namespace vorrin {
 
 using namespace std::chrono_literals;
 
+namespace {
+
+constexpr auto longestWait = 1000ms;
+constexpr auto longestWaitAmongOthers = 10s;
+// Short against the few milliseconds of a commit, so that no one of many writers starves.
+constexpr auto moment = 1ms;
+
+}  // namespace
+
+LockPatience::LockPatience(std::filesystem::path file) : file_(std::move(file)) {}
+
 void LockPatience::beginOperation() {
-  deadline_ = std::chrono::steady_clock::now() + (spent_ ? 0ms : 1000ms);
+  if (hasFileChanged()) isSpent_ = false;
+  begin_ = Clock::now();
+  deadline_ = isSpent_ ? begin_ : begin_ + longestWait;
 }
 
 void LockPatience::endOperation(bool wasLocked) {
-  spent_ = wasLocked;
+  isSpent_ = wasLocked;
 }
 
 bool LockPatience::waitOn() {
-  if (std::chrono::steady_clock::now() >= deadline_) return false;
-  // Short against the few milliseconds of a commit, so that no one of many writers starves.
-  std::this_thread::sleep_for(1ms);
+  const auto now = Clock::now();
+  if (hasFileChanged()) {
+    deadline_ = std::min(now + longestWait, begin_ + longestWaitAmongOthers);
+  }
+  if (now >= deadline_) return false;
+  std::this_thread::sleep_for(moment);
   return true;
+}
+
+bool LockPatience::hasFileChanged() {
+  struct stat status {};
+  ::stat(file_.c_str(), &status);
+  const timespec change = std::exchange(lastChange_, status.st_mtim);
+  return change.tv_sec != lastChange_.tv_sec || change.tv_nsec != lastChange_.tv_nsec;
 }
 
 }  // namespace vorrin

@@ -1,14 +1,20 @@
 #pragma once
 
+#include <sys/stat.h>
+
 #include <chrono>
+#include <filesystem>
 
 namespace vorrin {
 
-/// How long the operations on one domain wait for a lock that another process holds. They run on
-/// the main thread, so a lock that is never released may hold up only one of them: after it those
-/// that follow try without waiting, until one succeeds.
+/// How long the operations on a file wait for a lock that another process holds. They run on the
+/// main thread, so a lock that is never released may hold up one of them for a second, and those
+/// that follow not at all. While others change the file the lock is passing from hand to hand, and
+/// it is worth waiting for longer.
 class LockPatience {
  public:
+  explicit LockPatience(std::filesystem::path file);
+
   void beginOperation();
   void endOperation(bool wasLocked);
 
@@ -16,8 +22,16 @@ class LockPatience {
   [[nodiscard]] bool waitOn();
 
  private:
-  std::chrono::steady_clock::time_point deadline_;
-  bool spent_ = false;
+  using Clock = std::chrono::steady_clock;
+
+  /// Whether the file has changed since this was asked last.
+  bool hasFileChanged();
+
+  std::filesystem::path file_;
+  timespec lastChange_{};
+  Clock::time_point begin_;
+  Clock::time_point deadline_;
+  bool isSpent_ = false;
 };
 
 }  // namespace vorrin
