@@ -26,7 +26,7 @@ std::optional<SeenKey> parseEvent(const std::string& line) {
 }  // namespace
 
 TapProcess::TapProcess(const std::string& display)
-    : process_({VORRIN_TAP_PROGRAM}, {{"DISPLAY", display}}) {}
+    : process_({VORRIN_TAP_PROGRAM}, {{"DISPLAY", display}, {"VORRIN_INPUT", "x11"}}) {}
 
 bool TapProcess::command(const std::string& line) {
   process_.writeLine(line);
