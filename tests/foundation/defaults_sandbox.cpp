@@ -66,7 +66,7 @@ std::filesystem::path DefaultsSandbox::standardFile() const {
 
 void DefaultsSandbox::giveToOrdinaryUser() const {
   const auto give = [](const std::filesystem::path& path) {
-    if (::lchown(path.c_str(), ordinaryUser(), ordinaryUser()) != 0) std::abort();
+    if (::lchown(path.c_str(), ordinaryUser(), static_cast<gid_t>(-1)) != 0) std::abort();
   };
   give(root);
   for (const auto& entry : std::filesystem::recursive_directory_iterator(root)) give(entry.path());
