@@ -1,6 +1,8 @@
 #include "platform/application.h"
 
 #include <QApplication>
+#include <QDir>
+#include <QFile>
 #include <QIcon>
 #include <QPointer>
 #include <QTimer>
@@ -23,6 +25,18 @@ namespace vorrin {
 namespace {
 
 constexpr auto identifier = "org.vorrin.Vorrin";
+
+/// The icon's pictures beside the program, in an installation or in the build tree: for places that
+/// are none of the system's.
+QIcon iconBesideProgram() {
+  QIcon icon;
+  const QDir pictures(QApplication::applicationDirPath() + "/../share/icons/hicolor");
+  for (const QString& size : pictures.entryList({"*x*"}, QDir::Dirs)) {
+    const QString picture = pictures.filePath(size + "/apps/" + identifier + ".png");
+    if (QFile::exists(picture)) icon.addFile(picture);
+  }
+  return icon;
+}
 
 bool holdsInterfaceTest(int argumentCount, char** arguments) {
   const std::span all(arguments, static_cast<std::size_t>(argumentCount));
@@ -153,10 +167,7 @@ void Application::setMainMenu(const std::vector<Menu>& menus) {
 
 void Application::loadIcon() {
   QIcon icon = QIcon::fromTheme(identifier);
-  if (icon.isNull()) {
-    icon = QIcon(QApplication::applicationDirPath() + "/../share/icons/hicolor/scalable/apps/" +
-                 identifier + ".svg");
-  }
+  if (icon.isNull()) icon = iconBesideProgram();
   if (!icon.isNull()) QApplication::setWindowIcon(icon);
 }
 
