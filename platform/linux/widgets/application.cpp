@@ -13,6 +13,7 @@
 #include <string_view>
 
 #include "platform/linux/instance/single_instance.h"
+#include "platform/linux/widgets/accessible_window.h"
 #include "platform/linux/widgets/dark_style.h"
 #include "platform/linux/widgets/launch_environment.h"
 #include "platform/linux/widgets/main_menu.h"
@@ -88,6 +89,7 @@ Application::Native::Native(int count, char** arguments)
   QApplication::setApplicationName(identifier);
   QApplication::setApplicationDisplayName("Vorrin");
   QApplication::setDesktopFileName(identifier);
+  installAccessibleWindows();
   QApplication::setQuitOnLastWindowClosed(false);
   // A cursor that blinks wakes the process up all the time.
   QApplication::setCursorFlashTime(0);

@@ -3,6 +3,7 @@
 #include "platform/linux/widgets/native_text.h"
 #include "platform/linux/widgets/native_view.h"
 #include "platform/linux/widgets/palette.h"
+#include "platform/linux/widgets/pop_up_widget.h"
 
 namespace vorrin {
 
@@ -24,7 +25,13 @@ bool Control::hasFont() const {
 }
 
 void Control::setAccessibilityLabel(const std::string& label) const {
-  widgetOf(*this).setAccessibleName(nativeText(label));
+  QWidget& widget = widgetOf(*this);
+  widget.setAccessibleName(nativeText(label));
+  // A pop-up's name is, to the screen readers of this system, the item it shows. What it is for is
+  // said after that.
+  if (dynamic_cast<PopUpWidget*>(&widget) != nullptr) {
+    widget.setAccessibleDescription(nativeText(label));
+  }
 }
 
 }  // namespace vorrin

@@ -1,0 +1,177 @@
+"""Vorrin as a screen reader meets it, and worked by the keyboard alone."""
+
+import os
+import unittest
+import warnings
+
+from desktop import BUS_NAME, Desktop, wait_until
+
+KEYBOARD, MOUSE = "keyboard repeat", "left mouse click"
+
+
+class Accessibility(unittest.TestCase):
+    """One desktop for all tests: the library of the screen readers knows only one in its life."""
+
+    @classmethod
+    def setUpClass(cls):
+        cls.desktop = cls.enterClassContext(Desktop())
+        desktop = cls.desktop
+        desktop.start(["/usr/libexec/at-spi-bus-launcher", "--launch-immediately"])
+        wait_until(lambda: "true" in desktop.call(
+            "org.freedesktop.DBus.NameHasOwner", "org.a11y.Bus", path="/org/freedesktop/DBus",
+            to="org.freedesktop.DBus"), "the accessibility services")
+        desktop.call("org.freedesktop.DBus.Properties.Set", "org.a11y.Status", "IsEnabled", "<true>",
+                     path="/org/a11y/bus", to="org.a11y.Bus")
+        cls.process = desktop.start_ready_vorrin()
+        cls.window = desktop.vorrin_windows()[0]
+        desktop.text("xdotool", "windowactivate", "--sync", cls.window)
+        os.environ.update(desktop.environment)
+        warnings.simplefilter("ignore")
+        import gi
+        gi.require_version("Atspi", "2.0")
+        from gi.repository import Atspi, GLib
+        cls.atspi, cls.context = Atspi, GLib.MainContext.default()
+        Atspi.init()
+        cls.told = []
+        cls.listener = Atspi.EventListener.new(
+            lambda event: cls.told.append((event.source.get_role_name(), event.source.get_name())))
+        cls.listener.register("object:property-change:accessible-name")
+        cls.application = wait_until(cls.find_application, "Vorrin among the applications")
+
+    @classmethod
+    def pump(cls):
+        while cls.context.iteration(False):
+            pass
+
+    @classmethod
+    def find_application(cls):
+        cls.pump()
+        root = cls.atspi.get_desktop(0)
+        found = [root.get_child_at_index(i) for i in range(root.get_child_count())]
+        return next((one for one in found if one.get_name() == BUS_NAME), None)
+
+    def everything(self, inside=None):
+        inside = inside or self.application
+        for index in range(inside.get_child_count()):
+            child = inside.get_child_at_index(index)
+            if child is not None:
+                yield child
+                yield from self.everything(child)
+
+    def states(self, thing):
+        self.pump()
+        return {state.value_nick for state in thing.get_state_set().get_states()}
+
+    def find(self, role, name):
+        """The thing of this role that has `name` as its name or description."""
+        self.pump()
+        for thing in self.everything():
+            if thing.get_role_name() == role and name in (thing.get_name(), thing.get_description()):
+                return thing
+        return None
+
+    def has(self, role, name):
+        return wait_until(lambda: self.find(role, name), f"{role} “{name}”")
+
+    def focused(self):
+        self.pump()
+        for thing in self.everything():
+            if {"focused", "focusable"} <= self.states(thing) and thing.get_role_name() != "list item":
+                return thing.get_role_name(), thing.get_description() or thing.get_name()
+        return None
+
+    def go_to(self, role, name):
+        """Has the user press Tab until the thing is in focus."""
+        for _ in range(30):
+            if self.focused() == (role, name):
+                return
+            before = self.focused()
+            self.desktop.type("Tab")
+            wait_until(lambda: self.focused() != before, "another thing in focus")
+        self.fail(f"{role} “{name}” is not reached by the keyboard")
+
+    def test_the_window_is_one(self):
+        window = self.has("frame", "Vorrin")
+        self.assertIn("active", self.states(window))
+
+    def test_every_control_says_what_it_is_and_what_it_is_for(self):
+        controls = [(thing.get_role_name(), thing.get_description() or thing.get_name())
+                    for thing in self.everything() if "focusable" in self.states(thing)
+                    and thing.get_role_name() not in ("list", "list item")]
+        self.assertEqual(controls, [
+            ("push button", "Full screen"),
+            ("check box", "Enable keyboard repeat"),
+            ("push button", "Start keyboard repeat"),
+            ("combo box", "Shortcut of keyboard repeat"),
+            ("text", "Seconds between two actions of keyboard repeat"),
+            ("check box", "Enable left mouse click"),
+            ("push button", "Start left mouse click"),
+            ("combo box", "Shortcut of left mouse click"),
+            ("text", "Seconds between two actions of left mouse click"),
+            ("combo box", "Keyboard output"),
+            ("push button", "Stop all · Esc"),
+            ("text", "Preset name"),
+            ("push button", "Save preset"),
+            ("combo box", "Saved presets"),
+            ("push button", "Load"),
+            ("push button", "Rename"),
+            ("push button", "Delete"),
+            ("push button", "Open Accessibility Settings"),
+            ("push button", "Retry connection"),
+        ])
+
+    def test_texts_are_read_as_they_are_shown(self):
+        for text in ("> VORRIN", "Toggle once to repeat. Escape always stops both macros.", "OFF",
+                     "Connected · settings persist · starts OFF on every launch"):
+            self.has("label", text)
+
+    def test_states_tell_what_is_on_and_what_can_be_used(self):
+        self.assertIn("checked", self.states(self.has("check box", "Enable left mouse click")))
+        self.assertIn("sensitive", self.states(self.has("push button", "Start left mouse click")))
+        self.assertNotIn("sensitive", self.states(self.has("combo box", "Saved presets")))
+
+    def test_a_macro_is_worked_by_the_keyboard_and_its_state_is_told(self):
+        self.told.clear()
+        self.go_to("push button", "Start keyboard repeat")
+        self.desktop.type("space")
+        self.has("label", "PAUSED · app focused")
+        self.has("push button", "Stop keyboard repeat")
+        wait_until(lambda: (self.pump(), ("label", "PAUSED · app focused") in self.told)[1],
+                   "the new state, told")
+        self.told.clear()
+        self.desktop.type("Escape")
+        self.has("push button", "Start keyboard repeat")
+        wait_until(lambda: (self.pump(), ("label", "OFF") in self.told)[1], "the stop, told")
+
+    def test_settings_are_changed_by_the_keyboard_and_a_refusal_is_told(self):
+        interval = "Seconds between two actions of left mouse click"
+        self.told.clear()
+        self.go_to("text", interval)
+        self.desktop.type("ctrl+a", "x")
+        wait_until(lambda: (self.pump(), any(role == "label" and "0.001–3600" in name
+                                             for role, name in self.told))[1], "the refusal, told")
+        self.desktop.type("ctrl+a", "2")
+        self.go_to("combo box", "Shortcut of left mouse click")
+        self.desktop.type("Down")
+        wait_until(lambda: self.has("combo box", "Shortcut of left mouse click").get_name() == "F6",
+                   "the next shortcut")
+        self.desktop.type("Up")
+        wait_until(lambda: self.has("combo box", "Shortcut of left mouse click").get_name() == "Tab",
+                   "the shortcut of before")
+
+    def test_a_preset_is_saved_and_deleted_by_the_keyboard(self):
+        self.go_to("text", "Preset name")
+        self.desktop.type("g", "a", "m", "e")
+        self.go_to("push button", "Save preset")
+        self.desktop.type("space")
+        wait_until(lambda: self.has("combo box", "Saved presets").get_name() == "game", "the preset")
+        self.go_to("push button", "Delete")
+        self.desktop.type("space")
+        self.go_to("push button", "Delete")
+        self.desktop.type("space")
+        wait_until(lambda: self.has("combo box", "Saved presets").get_name() == "No saved presets",
+                   "an empty list")
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
