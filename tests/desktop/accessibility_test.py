@@ -73,21 +73,21 @@ class Accessibility(unittest.TestCase):
     def has(self, role, name):
         return wait_until(lambda: self.find(role, name), f"{role} “{name}”")
 
-    def focused(self):
+    def focused(self, inside=None):
         self.pump()
-        for thing in self.everything():
+        for thing in self.everything(inside):
             if {"focused", "focusable"} <= self.states(thing) and thing.get_role_name() != "list item":
                 return thing.get_role_name(), thing.get_description() or thing.get_name()
         return None
 
-    def go_to(self, role, name):
+    def go_to(self, role, name, inside=None):
         """Has the user press Tab until the thing is in focus."""
         for _ in range(30):
-            if self.focused() == (role, name):
+            if self.focused(inside) == (role, name):
                 return
-            before = self.focused()
+            before = self.focused(inside)
             self.desktop.type("Tab")
-            wait_until(lambda: self.focused() != before, "another thing in focus")
+            wait_until(lambda: self.focused(inside) != before, "another thing in focus")
         self.fail(f"{role} “{name}” is not reached by the keyboard")
 
     def test_the_window_is_one(self):
@@ -150,7 +150,10 @@ class Accessibility(unittest.TestCase):
         self.desktop.type("ctrl+a", "x")
         wait_until(lambda: (self.pump(), any(role == "label" and "0.001–3600" in name
                                              for role, name in self.told))[1], "the refusal, told")
+        self.told.clear()
         self.desktop.type("ctrl+a", "2")
+        wait_until(lambda: (self.pump(), any(role == "label" and name.startswith("Saved automatically")
+                                             for role, name in self.told))[1], "the saving, told")
         self.go_to("combo box", "Shortcut of left mouse click")
         self.desktop.type("Down")
         wait_until(lambda: self.has("combo box", "Shortcut of left mouse click").get_name() == "F6",
@@ -167,7 +170,9 @@ class Accessibility(unittest.TestCase):
         wait_until(lambda: self.has("combo box", "Saved presets").get_name() == "game", "the preset")
         self.go_to("push button", "Delete")
         self.desktop.type("space")
-        self.go_to("push button", "Delete")
+        question = self.has("dialog", "Delete “game”?")
+        wait_until(lambda: self.focused(question), "the question in focus")
+        self.go_to("push button", "Delete", question)
         self.desktop.type("space")
         wait_until(lambda: self.has("combo box", "Saved presets").get_name() == "No saved presets",
                    "an empty list")
