@@ -31,11 +31,8 @@ install(FILES ${vorrin_packaging}/desktop/${vorrin_id}.desktop
 install(FILES ${vorrin_packaging}/desktop/${vorrin_id}.metainfo.xml
         DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
 
-# The bus starts programs by their full path, which is known only when it is installed.
-install(CODE "
-  set(CMAKE_INSTALL_FULL_BINDIR \"\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR}\")
-  configure_file(${vorrin_packaging}/desktop/${vorrin_id}.service.in
-                 ${CMAKE_BINARY_DIR}/${vorrin_id}.service @ONLY)")
+configure_file(${vorrin_packaging}/desktop/${vorrin_id}.service.in
+               ${CMAKE_BINARY_DIR}/${vorrin_id}.service @ONLY)
 install(FILES ${CMAKE_BINARY_DIR}/${vorrin_id}.service
         DESTINATION ${CMAKE_INSTALL_DATADIR}/dbus-1/services)
 
@@ -64,7 +61,10 @@ install(FILES ${CMAKE_SOURCE_DIR}/docs/guide.md DESTINATION ${vorrin_doc})
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME vorrin)
-set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+# Full paths are written into the program and its files, so a package is made of a build for /usr; and
+# some of those files have their place whatever the prefix.
+set(CPACK_INSTALL_PREFIX ${CMAKE_INSTALL_PREFIX})
+set(CPACK_SET_DESTDIR ON)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
     OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
@@ -76,10 +76,13 @@ set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_MAINTAINER "The Vorrin developers <developers@vorrin.org>")
 set(CPACK_DEBIAN_PACKAGE_HOMEPAGE https://vorrin.org/)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA ${vorrin_packaging}/debian/postrm)
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 # The window is set in the system's fixed-pitch font.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "fonts-dejavu-core | fonts-liberation | fonts-noto-mono")
-# Without them Vorrin runs, but a second start or a locked screen is not noticed.
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "default-dbus-session-bus | dbus-session-bus")
+# Without a session bus a second start or a locked screen is not noticed; polkit gives the permission
+# that sessions other than X11 ask for.
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "default-dbus-session-bus | dbus-session-bus, polkitd, pkexec")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "repeat a digit key or a left click")
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
 "Vorrin repeats input for its user: one macro presses a digit key over and
