@@ -3,40 +3,16 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <atomic>
 #include <chrono>
 #include <cmath>
-#include <cstdlib>
 #include <limits>
 #include <memory>
-#include <new>
 #include <optional>
 #include <thread>
 #include <vector>
 
 #include "platform/run_loop.h"
 #include "tests/foundation/defaults_sandbox.h"
-
-namespace {
-
-std::atomic<long> allocations = 0;
-
-}  // namespace
-
-void* operator new(std::size_t size) {
-  ++allocations;
-  void* const memory = std::malloc(size);
-  if (memory == nullptr) throw std::bad_alloc();
-  return memory;
-}
-
-void operator delete(void* memory) noexcept {
-  std::free(memory);
-}
-
-void operator delete(void* memory, std::size_t) noexcept {
-  std::free(memory);
-}
 
 namespace vorrin {
 namespace {
@@ -295,23 +271,6 @@ TEST(Timer, may_be_invalidated_while_its_block_runs_the_run_loop) {
   ASSERT_TRUE(runUntil([&] { return count > 0; }));
   RunLoop::main().runFor(0.01);
   EXPECT_EQ(count, 1);
-}
-
-TEST(Timer, allocates_nothing_at_a_firing) {
-  long before = 0;
-  int count = 0;
-  constexpr int warmUp = 5;
-  constexpr int measured = 50;
-  long during = -1;
-  const Timer timer(0.001, [&] {
-    if (++count == warmUp) before = allocations;
-    if (count == warmUp + measured) during = allocations - before;
-  });
-  schedule(timer);
-  // One long run: what the run loop itself needs is made at its beginning.
-  RunLoop::main().runFor(1);
-  timer.invalidate();
-  EXPECT_EQ(during, 0);
 }
 
 TEST(Timer, gives_its_descriptor_back) {
