@@ -60,7 +60,7 @@ QPalette darkPalette() {
   setColor(palette, QPalette::Base, nativeColor(Color::gray(0.065)));
   setColor(palette, QPalette::AlternateBase, nativeColor(Color::gray(0.09)));
   setColor(palette, QPalette::Text, nativeColor(Color::gray(0.84)));
-  setColor(palette, QPalette::PlaceholderText, nativeColor({1, 1, 1, 0.35}));
+  setColor(palette, QPalette::PlaceholderText, nativeColor({1, 1, 1, 0.5}));
   setColor(palette, QPalette::Button, nativeColor(Color::gray(0.14)));
   setColor(palette, QPalette::ButtonText, nativeColor(Color::gray(0.84)));
   setColor(palette, QPalette::Highlight, nativeColor(Color::sRgb(0.11, 0.36, 0.2)));
