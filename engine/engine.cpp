@@ -13,16 +13,17 @@ void Engine::toggle(int macro) {
   }
   if (!enabled[macro] || !permitted()) return;
   running[macro] = true;
-  timers[macro] = Timer(intervals[macro], [observed = std::weak_ptr<Engine>(self_), macro] {
+  const Timer timer(intervals[macro], [observed = std::weak_ptr<Engine>(self_), macro] {
     const auto engine = observed.lock();
     if (engine && engine->running[macro]) engine->emit(macro);
   });
-  RunLoop::main().add(*timers[macro], RunLoopMode::common);
+  timers[macro] = timer;
+  RunLoop::main().add(timer, RunLoopMode::common);
   if (changed) changed();
 }
 
 void Engine::stop(int macro) {
-  if (timers[macro]) timers[macro]->invalidate();
+  if (const auto& timer = timers[macro]) timer->invalidate();
   timers[macro].reset();
   running[macro] = false;
   if (changed) changed();

@@ -72,8 +72,7 @@ TEST(PresetName, characters_are_counted_as_a_user_counts_them) {
       "1️⃣",
       "❤️",
       "🏴\U000E0067\U000E0062\U000E0073\U000E0063\U000E0074\U000E007F",  // a flag spelt by tags
-      "\r\n"
-      "x"};
+      "\r\nx"};
   for (const std::string& character : characters) {
     const bool two = character == "\r\nx";
     const int most = two ? 40 : 80;
