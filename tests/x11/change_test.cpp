@@ -49,9 +49,7 @@ TEST_F(ChangeTest, the_third_level_key_of_a_new_layout_is_a_modifier) {
 TEST_F(ChangeTest, posted_keys_keep_their_position_under_a_new_layout) {
   setLayout({"fr"});
   ASSERT_TRUE(tap.command("post 18 7 1"));
-  EXPECT_EQ(
-      keysOf(client.readUntil([](const ClientEvent& event) { return event.kind == "KeyRelease"; })),
-      tapOf(18));
+  EXPECT_EQ(keysOf(client.readUntil(releaseOf(18))), tapOf(18));
 }
 
 TEST_F(ChangeTest, shortcuts_stay_swallowed_when_devices_come_and_go) {

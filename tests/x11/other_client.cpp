@@ -12,14 +12,6 @@ namespace vorrin::x11_tests {
 
 namespace {
 
-// Xlib ends the process at the first error; here a refusal is an answer.
-bool refused = false;
-
-int noteRefusal(Display*, XErrorEvent*) {
-  refused = true;
-  return 0;
-}
-
 XIAnyHierarchyChangeInfo addition(std::string& name) {
   XIAnyHierarchyChangeInfo change{};
   change.add.type = XIAddMaster;
@@ -53,7 +45,6 @@ struct OtherClient::Native {
 };
 
 OtherClient::OtherClient(const std::string& display) : native_(new Native{openDisplay(display)}) {
-  XSetErrorHandler(noteRefusal);
   int major = 2;
   int minor = 2;
   XIQueryVersion(native_->display.get(), &major, &minor);
@@ -75,11 +66,10 @@ bool OtherClient::holdKey(std::uint16_t virtualKey, const std::string& device) {
 
 bool OtherClient::holdKeyOfCore(std::uint16_t virtualKey) {
   Display* const display = native_->display.get();
-  refused = false;
+  takeError(display);
   XGrabKey(display, static_cast<int>(keycodeOf(virtualKey)), 0, DefaultRootWindow(display), False,
            GrabModeAsync, GrabModeAsync);
-  XSync(display, False);
-  return !refused;
+  return !takeError(display);
 }
 
 bool OtherClient::grabKeyboard(bool frozen) {

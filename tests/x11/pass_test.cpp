@@ -123,9 +123,7 @@ TEST_F(PassTest, a_tap_may_be_dropped_by_its_own_callback) {
   ASSERT_TRUE(tap.command("trusted"));
   user.tap(keys::tab);
   user.type("a");
-  client.readUntil([](const ClientEvent& event) {
-    return event.kind == "KeyRelease" && event.detail == keycodeOf(keys::a);
-  });
+  client.readUntil(releaseOf(keys::a));
 }
 
 TEST_F(PassTest, a_new_tap_can_follow_a_dropped_one) {

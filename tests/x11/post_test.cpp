@@ -8,10 +8,6 @@ namespace {
 constexpr std::int64_t mark = 0x5652524E;
 constexpr std::uint16_t digitOne = 18;
 
-bool isRelease(const ClientEvent& event) {
-  return event.kind == "KeyRelease";
-}
-
 struct PostTest : TapTest {
   /// The callback's keys, once it has seen so many with the mark.
   std::vector<SeenKey> readOwn(std::ptrdiff_t expected) {
@@ -30,14 +26,14 @@ TEST_F(PostTest, a_posted_key_reaches_the_client_and_shows_its_user_data) {
   ASSERT_TRUE(tap.command("post 18 1448235598 1"));
   const std::vector<SeenKey> seen = readOwn(2);
   EXPECT_EQ(describe(seen), "18+ 18-");
-  EXPECT_EQ(keysOf(client.readUntil(isRelease)), tapOf(digitOne));
+  EXPECT_EQ(keysOf(client.readUntil(releaseOf(digitOne))), tapOf(digitOne));
 }
 
 TEST_F(PostTest, a_posted_key_that_is_chosen_itself_arrives) {
   swallow("50");
   ASSERT_TRUE(tap.command("post 50 1448235598 1"));
   EXPECT_EQ(describe(readOwn(2)), "50+ 50-");
-  EXPECT_EQ(keysOf(client.readUntil(isRelease)), tapOf(keys::backtick));
+  EXPECT_EQ(keysOf(client.readUntil(releaseOf(keys::backtick))), tapOf(keys::backtick));
 }
 
 TEST_F(PostTest, posted_keys_arrive_while_a_chosen_key_is_held) {
@@ -95,7 +91,7 @@ TEST_F(PostTest, posted_clicks_happen_at_the_pointer) {
 TEST_F(PostTest, posting_needs_no_tap) {
   ASSERT_TRUE(tap.command("pointer"));
   ASSERT_TRUE(tap.command("post 18 7 1"));
-  EXPECT_EQ(keysOf(client.readUntil(isRelease)), tapOf(digitOne));
+  EXPECT_EQ(keysOf(client.readUntil(releaseOf(digitOne))), tapOf(digitOne));
 }
 
 TEST_F(PostTest, what_was_pressed_alone_is_released_at_the_end) {

@@ -7,7 +7,7 @@ namespace vorrin::x11 {
 
 KeyHolder::KeyHolder(Connection& connection) : connection_(connection) {
   for (const SlaveKeyboard& slave : slaveKeyboards(connection_.display())) {
-    keyboards_.push_back({slave, {}, {}, {}, {}});
+    keyboards_.push_back({slave, {}, {}, {}, {}, {}});
   }
 }
 
@@ -18,7 +18,7 @@ bool KeyHolder::rescan(std::vector<WatchedKeyboard>& gone) {
       return keyboard.slave.device;
     });
     if (known == former.end()) {
-      keyboards_.push_back({slave, {}, {}, {}, {}});
+      keyboards_.push_back({slave, {}, {}, {}, {}, {}});
     } else {
       keyboards_.push_back(*known);
       former.erase(known);

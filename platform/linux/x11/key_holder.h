@@ -20,8 +20,9 @@ enum class KeyFate : std::uint8_t {
 struct WatchedKeyboard {
   SlaveKeyboard slave;
   KeySet down;
-  KeySet unreported;  ///< keys whose press the tap was not told of
-  KeySet unwanted;    ///< keys whose press the tap's callback wanted swallowed
+  KeySet judged;      ///< keys whose last press was held back and put to the tap
+  KeySet unwanted;    ///< those of them that the tap wants swallowed, or has not judged yet
+  KeySet unreported;  ///< those of them that were too old for the tap to be asked
   std::array<KeyFate, 256> fates{};
 };
 

@@ -3,22 +3,7 @@
 #include <X11/XKBlib.h>
 #include <X11/extensions/XKBproto.h>
 
-#include <chrono>
-
 namespace vorrin::x11 {
-
-namespace {
-
-// A chosen key that was pressed longer ago than this does nothing any more. Whoever sees no effect
-// for a second presses again; taking up both presses after a stall would undo the user's wish.
-constexpr std::chrono::milliseconds staleAfter{1000};
-
-ServerClock::Local localTime() {
-  return std::chrono::duration_cast<ServerClock::Local>(
-      std::chrono::steady_clock::now().time_since_epoch());
-}
-
-}  // namespace
 
 Listener::Listener(Connection& connection, Poster& poster, KeyboardMap& map, std::uint64_t mask,
                    EventTap::Callback callback)
@@ -27,12 +12,13 @@ Listener::Listener(Connection& connection, Poster& poster, KeyboardMap& map, std
       map_(map),
       mask_(mask),
       callback_(callback),
-      holder_(connection) {
+      holder_(connection),
+      flow_(connection, poster, holder_, map,
+            [this](const TapEvent& event) { return judge(event); }) {
   selectEvents(true);
   readKeyboardMap();
   XkbStateRec state{};
   if (XkbGetState(connection_.display(), XkbUseCoreKbd, &state) == Success) modifiers_ = state.mods;
-  clock_.set(connection_.serverTime(), localTime());
 }
 
 Listener::~Listener() {
@@ -52,6 +38,11 @@ bool Listener::setSwallowable(std::span<const std::uint16_t> virtualKeys) {
 
 void Listener::setEnabled(bool enabled) {
   if (ended_ || connection_.lost()) return;
+  // Marks in the stream of events where the tap begins to see them.
+  if (enabled && !enabled_) {
+    flow_.showFrom(NextRequest(connection_.display()));
+    XNoOp(connection_.display());
+  }
   enabled_ = enabled;
   failed_ = !holdChosenKeys() || failed_;
 }
@@ -60,7 +51,7 @@ void Listener::end() {
   if (ended_) return;
   ended_ = true;
   if (connection_.lost()) return;
-  for (WatchedKeyboard& keyboard : holder_.keyboards()) leaveKeyboard(keyboard);
+  for (WatchedKeyboard& keyboard : holder_.keyboards()) flow_.leave(keyboard);
   holder_.release();
   selectEvents(false);
   poster_.flush();
@@ -134,14 +125,15 @@ void Listener::handleInput(const XGenericEventCookie& cookie) {
     case XI_RawKeyPress:
     case XI_RawKeyRelease: {
       const KeyInput input = keyInput(*static_cast<const XIRawEvent*>(cookie.data));
-      if (isOfSlave(input)) input.down ? rawPress(input) : rawRelease(input);
+      if (!isOfSlave(input)) break;
+      input.down ? flow_.rawPress(input, modifiers_) : flow_.rawRelease(input, modifiers_);
       break;
     }
     case XI_KeyPress:
-      heldPress(keyInput(*static_cast<const XIDeviceEvent*>(cookie.data)));
+      flow_.heldPress(keyInput(*static_cast<const XIDeviceEvent*>(cookie.data)), modifiers_);
       break;
     case XI_KeyRelease:
-      heldRelease(keyInput(*static_cast<const XIDeviceEvent*>(cookie.data)));
+      flow_.heldRelease(keyInput(*static_cast<const XIDeviceEvent*>(cookie.data)));
       break;
     default:
       break;
@@ -151,116 +143,14 @@ void Listener::handleInput(const XGenericEventCookie& cookie) {
 void Listener::rescanKeyboards() {
   std::vector<WatchedKeyboard> gone;
   failed_ = !holder_.rescan(gone) || failed_;
-  for (WatchedKeyboard& keyboard : gone) leaveKeyboard(keyboard);
+  for (WatchedKeyboard& keyboard : gone) flow_.leave(keyboard);
   failed_ = !holder_.settle() || failed_;
   poster_.flush();
 }
 
-void Listener::rawPress(const KeyInput& input) {
-  const std::optional<Post> own = poster_.ledger().take(input.serial, input.keycode, true);
-  if (own && own->reason == Post::Reason::forwarded) return;
-  WatchedKeyboard* const keyboard = holder_.keyboard(input.device);
-  if (keyboard == nullptr) return;
-  const bool chosen = holder_.holds(input.keycode);
-  const bool stale = chosen && isStale(input);
-  keyboard->down.set(input.keycode);
-  keyboard->fates[input.keycode] = KeyFate::passed;
-  keyboard->unreported[input.keycode] = stale;
-  keyboard->unwanted[input.keycode] = stale;
-  if (chosen) {
-    // The grab is in force by now, for the server looks at grabs before it serves another request.
-    // It is ended ahead of the callback, which may take its time.
-    endGrab(connection_.display(), input.device);
-    poster_.flush();
-  }
-  if (stale) return;
-  const TapVerdict verdict = report(input, own ? own->userData : 0);
-  keyboard->unwanted[input.keycode] = chosen && verdict == TapVerdict::swallow;
-}
-
-void Listener::rawRelease(const KeyInput& input) {
-  const std::optional<Post> own = poster_.ledger().take(input.serial, input.keycode, false);
-  if (own && own->reason == Post::Reason::forwarded) return;
-  WatchedKeyboard* const keyboard = holder_.keyboard(input.device);
-  if (keyboard == nullptr) return;
-  keyboard->down.reset(input.keycode);
-  const bool reported = !keyboard->unreported[input.keycode];
-  if (keyboard->fates[input.keycode] == KeyFate::resent) {
-    finishResent(static_cast<KeyCode>(input.keycode));
-  }
-  failed_ = !holder_.settle() || failed_;
-  poster_.flush();
-  if (reported) report(input, own ? own->userData : 0);
-}
-
-void Listener::heldPress(const KeyInput& input) {
-  // Once more for repeats, of which there is no raw event, and for keys that are not chosen.
-  endGrab(connection_.display(), input.device);
-  poster_.flush();
-  WatchedKeyboard* const keyboard = holder_.keyboard(input.device);
-  if (keyboard == nullptr) return;
-  KeyFate& fate = keyboard->fates[input.keycode];
-  if (input.repeat) {
-    // A repeat shares its press's fate, whatever the callback thinks of it by now.
-    if (fate != KeyFate::passed && !keyboard->unreported[input.keycode]) report(input, 0);
-    return;
-  }
-  if (keyboard->unwanted[input.keycode]) {
-    fate = KeyFate::swallowed;
-    return;
-  }
-  fate = KeyFate::resent;
-  const auto keycode = static_cast<KeyCode>(input.keycode);
-  if (holder_.holds(keycode)) holder_.lift(keycode);
-  // XTEST's own key is down already when the press came from there.
-  if (keyboard->slave.isXtest) sendOn(keycode, false);
-  sendOn(keycode, true);
-  poster_.flush();
-}
-
-void Listener::heldRelease(const KeyInput& input) {
-  // The raw event has dealt with all but one case: the key was pressed before this keyboard was cut
-  // off, so it is still down for the window in front.
-  const WatchedKeyboard* const keyboard = holder_.keyboard(input.device);
-  if (keyboard == nullptr || keyboard->fates[input.keycode] != KeyFate::passed) return;
-  sendOn(static_cast<KeyCode>(input.keycode), false);
-  poster_.flush();
-}
-
-void Listener::leaveKeyboard(WatchedKeyboard& keyboard) {
-  for (std::size_t code = 0; code < keyboard.down.size(); ++code) {
-    if (!keyboard.down[code]) continue;
-    keyboard.down.reset(code);
-    const auto keycode = static_cast<KeyCode>(code);
-    if (keyboard.fates[code] == KeyFate::resent) finishResent(keycode);
-    if (keyboard.unreported[code]) continue;
-    report({.device = keyboard.slave.device, .source = keyboard.slave.device, .keycode = keycode},
-           0);
-  }
-}
-
-void Listener::finishResent(KeyCode keycode) {
-  sendOn(keycode, false);
-  failed_ = !holder_.restore(keycode) || failed_;
-}
-
-bool Listener::isStale(const KeyInput& input) {
-  if (clock_.age(input.time, localTime()) <= staleAfter) return false;
-  clock_.set(connection_.serverTime(), localTime());
-  return clock_.age(input.time, localTime()) > staleAfter;
-}
-
-TapVerdict Listener::report(const KeyInput& input, std::int64_t userData) {
-  const std::optional<std::uint16_t> virtualKey = map_.virtualKey(input.keycode);
-  if (ended_ || !enabled_ || !virtualKey) return TapVerdict::pass;
-  const TapEvent event =
-      tapEvent(input, *virtualKey, eventFlags(modifiers_, map_.modifiers()), userData);
-  if (((mask_ >> static_cast<unsigned>(event.type)) & 1U) == 0) return TapVerdict::pass;
-  return callback_(event);
-}
-
-void Listener::sendOn(KeyCode keycode, bool down) {
-  poster_.key(keycode, down, {Post::Reason::forwarded, 0});
+TapVerdict Listener::judge(const TapEvent& event) const {
+  const bool isAsked = ((mask_ >> static_cast<unsigned>(event.type)) & 1U) != 0;
+  return isAsked && enabled_ && !ended_ ? callback_(event) : TapVerdict::pass;
 }
 
 }  // namespace vorrin::x11

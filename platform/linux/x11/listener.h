@@ -9,21 +9,15 @@
 
 #include "platform/event_tap.h"
 #include "platform/linux/x11/connection.h"
+#include "platform/linux/x11/key_flow.h"
 #include "platform/linux/x11/key_holder.h"
-#include "platform/linux/x11/key_input.h"
 #include "platform/linux/x11/keyboard_map.h"
 #include "platform/linux/x11/poster.h"
-#include "platform/linux/x11/server_clock.h"
 
 namespace vorrin::x11 {
 
-/// The event tap on one connection: sees every key of every keyboard, and decides by its callback
+/// The event tap on one connection: sees every key of every keyboard, and lets its callback decide
 /// what becomes of the presses of the chosen keys.
-///
-/// Each press of a chosen key arrives twice. Its raw event, made before the server looks at grabs,
-/// is what the callback judges. The press that starts the grab follows, and the verdict is carried
-/// out on it: the grab is ended, and a key that shall pass is sent on through XTEST. Presses of
-/// other keys that fall into the moment until the grab ends are sent on as well.
 class Listener {
  public:
   Listener(Connection& connection, Poster& poster, KeyboardMap& map, std::uint64_t mask,
@@ -39,14 +33,19 @@ class Listener {
   /// the keys by now the listener has `failed`.
   void setEnabled(bool enabled);
 
-  /// Takes up one event of the connection.
+  /// Takes up one event of the connection. The callback is not called yet.
   void handle(XEvent& event);
+
+  /// Whether events wait for the callback. It is called for one of them at a time, best when no
+  /// more events of the connection can be read.
+  [[nodiscard]] bool hasNext() const { return !ended_ && flow_.hasNext(); }
+  void serveNext() { flow_.serveNext(); }
 
   /// Gives everything up and calls the callback no more. What follows has no effect.
   void end();
 
   /// Whether a chosen key was refused while events were handled. The listener is of no use then.
-  [[nodiscard]] bool failed() const { return failed_; }
+  [[nodiscard]] bool failed() const { return failed_ || flow_.failed(); }
 
  private:
   void selectEvents(bool selected);
@@ -55,15 +54,7 @@ class Listener {
   void handleXkb(const XEvent& event);
   void handleInput(const XGenericEventCookie& cookie);
   void rescanKeyboards();
-  void rawPress(const KeyInput& input);
-  void rawRelease(const KeyInput& input);
-  void heldPress(const KeyInput& input);
-  void heldRelease(const KeyInput& input);
-  void leaveKeyboard(WatchedKeyboard& keyboard);
-  void finishResent(KeyCode keycode);
-  [[nodiscard]] bool isStale(const KeyInput& input);
-  TapVerdict report(const KeyInput& input, std::int64_t userData);
-  void sendOn(KeyCode keycode, bool down);
+  TapVerdict judge(const TapEvent& event) const;
 
   Connection& connection_;
   Poster& poster_;
@@ -71,7 +62,7 @@ class Listener {
   std::uint64_t mask_;
   EventTap::Callback callback_;
   KeyHolder holder_;
-  ServerClock clock_;
+  KeyFlow flow_;
   std::vector<std::uint16_t> chosen_;
   unsigned modifiers_ = 0;
   bool enabled_ = false;

@@ -89,12 +89,19 @@ bool Session::isWaiting() const {
 
 void Session::handleEvents() {
   Display* const display = connection_->display();
-  while (!lost() && XPending(display) > 0) {
-    XEvent event;
-    XNextEvent(display, &event);
+  while (!lost()) {
     // Kept here because the callback may drop the tap.
     const std::shared_ptr<Listener> listener = listener_;
-    if (!lost() && listener && !listener->failed()) listener->handle(event);
+    if (listener && listener->failed()) return;
+    if (XPending(display) > 0) {
+      XEvent event;
+      XNextEvent(display, &event);
+      if (!lost() && listener) listener->handle(event);
+    } else if (!lost() && listener && listener->hasNext()) {
+      listener->serveNext();
+    } else {
+      return;
+    }
   }
 }
 

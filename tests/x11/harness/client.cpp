@@ -8,8 +8,20 @@ namespace vorrin::x11_tests {
 
 namespace {
 
+ClientEvent parse(const std::string& line) {
+  std::istringstream fields(line);
+  ClientEvent event;
+  fields >> event.kind >> event.detail >> event.state >> event.time >> event.arrival;
+  return event;
+}
+
 bool isKey(const ClientEvent& event) {
   return event.kind == "KeyPress" || event.kind == "KeyRelease";
+}
+
+bool isMark(const ClientEvent& event) {
+  return isKey(event) &&
+         (event.detail == keycodeOf(clientMark) || event.detail == keycodeOf(tapMark));
 }
 
 }  // namespace
@@ -33,11 +45,8 @@ std::vector<ClientEvent> Client::readUntil(const std::function<bool(const Client
     if (!line)
       throw std::runtime_error("the client did not receive what was expected; received: " +
                                keysOf(events));
-    std::istringstream fields(*line);
-    ClientEvent event;
-    fields >> event.kind >> event.detail >> event.state >> event.time >> event.arrival;
-    events.push_back(event);
-    if (wanted(event)) return events;
+    events.push_back(parse(*line));
+    if (wanted(events.back())) return events;
   }
 }
 
@@ -46,17 +55,20 @@ std::vector<ClientEvent> Client::readAll(User& user) {
   std::vector<ClientEvent> events = readUntil([](const ClientEvent& event) {
     return event.kind == "KeyRelease" && event.detail == keycodeOf(clientMark);
   });
-  std::erase_if(events, [](const ClientEvent& event) {
-    return isKey(event) &&
-           (event.detail == keycodeOf(clientMark) || event.detail == keycodeOf(tapMark));
-  });
+  std::erase_if(events, isMark);
   return events;
+}
+
+std::function<bool(const ClientEvent&)> releaseOf(std::uint16_t virtualKey) {
+  return [keycode = keycodeOf(virtualKey)](const ClientEvent& event) {
+    return event.kind == "KeyRelease" && event.detail == keycode;
+  };
 }
 
 std::string keysOf(const std::vector<ClientEvent>& events) {
   std::string text;
   for (const ClientEvent& event : events) {
-    if (!isKey(event)) continue;
+    if (!isKey(event) || isMark(event)) continue;
     if (!text.empty()) text += ' ';
     text += (event.kind == "KeyPress" ? '+' : '-') + std::to_string(event.detail);
   }

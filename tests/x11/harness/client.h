@@ -43,6 +43,9 @@ class Client {
   unsigned long window_ = 0;
 };
 
+/// Recognises the release of this key.
+std::function<bool(const ClientEvent&)> releaseOf(std::uint16_t virtualKey);
+
 /// The key presses and releases among `events` in short form: "+38 -38" for key code 38.
 std::string keysOf(const std::vector<ClientEvent>& events);
 

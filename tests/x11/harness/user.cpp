@@ -36,9 +36,11 @@ constexpr std::array<std::uint16_t, 26> letters{
     0x2D, 0x1F, 0x23, 0x0C, 0x0F, 0x01, 0x11, 0x20, 0x09, 0x0D, 0x07, 0x10, 0x06};
 constexpr std::array<std::uint16_t, 10> digitKeys{29, 18, 19, 20, 21, 23, 22, 26, 28, 25};
 constexpr std::uint16_t spaceKey = 0x31;
+constexpr std::uint16_t periodKey = 0x2F;
 
 std::uint16_t keyOf(char character) {
   if (character == ' ') return spaceKey;
+  if (character == '.') return periodKey;
   if (character >= '0' && character <= '9')
     return digitKeys[static_cast<std::size_t>(character - '0')];
   if (character >= 'a' && character <= 'z')
@@ -59,6 +61,21 @@ struct User::Native {
       XTestFakeKeyEvent(display.get(), keycode, down ? True : False, 0);
     }
   }
+
+  [[nodiscard]] XWindowAttributes attributesOf(Window window) const {
+    XWindowAttributes attributes{};
+    XGetWindowAttributes(display.get(), window, &attributes);
+    return attributes;
+  }
+
+  void pointInto(Window window, int x, int y) const {
+    int screenX = 0;
+    int screenY = 0;
+    Window child = 0;
+    XTranslateCoordinates(display.get(), window, DefaultRootWindow(display.get()), x, y, &screenX,
+                          &screenY, &child);
+    XTestFakeMotionEvent(display.get(), 0, screenX, screenY, 0);
+  }
 };
 
 unsigned keycodeOf(std::uint16_t virtualKey) {
@@ -66,7 +83,7 @@ unsigned keycodeOf(std::uint16_t virtualKey) {
 }
 
 std::optional<char> characterOf(unsigned keycode) {
-  for (const char character : std::string_view("abcdefghijklmnopqrstuvwxyz0123456789 ")) {
+  for (const char character : std::string_view("abcdefghijklmnopqrstuvwxyz0123456789 .")) {
     if (keycodeOf(keyOf(character)) == keycode) return character;
   }
   return std::nullopt;
@@ -131,15 +148,15 @@ void User::movePointer(int x, int y) {
 }
 
 void User::pointAt(unsigned long window) {
-  Display* const display = native_->display.get();
-  XWindowAttributes attributes{};
-  XGetWindowAttributes(display, window, &attributes);
-  int x = 0;
-  int y = 0;
-  Window child = 0;
-  XTranslateCoordinates(display, window, attributes.root, attributes.width / 2,
-                        attributes.height / 2, &x, &y, &child);
-  movePointer(x, y);
+  const XWindowAttributes attributes = native_->attributesOf(window);
+  native_->pointInto(window, attributes.width / 2, attributes.height / 2);
+  flush();
+}
+
+void User::pointAtCorner(unsigned long window) {
+  constexpr int distance = 5;
+  native_->pointInto(window, distance, native_->attributesOf(window).height - distance);
+  flush();
 }
 
 void User::click() {

@@ -47,16 +47,18 @@ class User {
   void releaseEvdev(unsigned code, Source source = Source::keyboard);
   void tapEvdev(unsigned code, Source source = Source::keyboard);
 
-  /// Types letters a to z, digits and blanks.
+  /// Types letters a to z, digits, blanks and full stops.
   void type(std::string_view text);
 
   /// Presses and releases queue up until `flush`, for bursts.
   void queue(std::uint16_t virtualKey, bool down, Source source);
   void flush();
 
-  /// Moves the pointer to a place on the screen, or into the middle of a window.
+  /// Moves the pointer to a place on the screen, into the middle of a window, or to the left end of
+  /// its bottom, where windows have nothing to click on.
   void movePointer(int x, int y);
   void pointAt(unsigned long window);
+  void pointAtCorner(unsigned long window);
   void click();
 
  private:

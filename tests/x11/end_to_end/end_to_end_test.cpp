@@ -1,0 +1,116 @@
+#include "end_to_end_test.h"
+
+#include <algorithm>
+#include <csignal>
+#include <cstdlib>
+
+#include "platform/user_defaults.h"
+#include "settings/settings_persistence.h"
+
+namespace vorrin::x11_tests {
+
+namespace {
+
+// Ten times a macro's interval here.
+constexpr std::chrono::milliseconds silence{100};
+
+}  // namespace
+
+AtHome::AtHome(const Home& home) {
+  for (const auto& [name, value] : home.environment()) {
+    const char* const before = std::getenv(name.c_str());
+    former_.emplace_back(name,
+                         before == nullptr ? std::nullopt : std::optional<std::string>(before));
+    ::setenv(name.c_str(), value.c_str(), 1);
+  }
+}
+
+AtHome::~AtHome() {
+  for (const auto& [name, value] : former_) {
+    if (value) {
+      ::setenv(name.c_str(), value->c_str(), 1);
+    } else {
+      ::unsetenv(name.c_str());
+    }
+  }
+}
+
+void EndToEndTest::start() {
+  storeCurrentSettings(UserDefaults::standard(), settings);
+  startProgram();
+  client = std::make_unique<Client>(desktop.display());
+  user.pointAt(client->window());
+  waitUntilListening();
+}
+
+void EndToEndTest::startProgram() {
+  launch();
+  // Its window comes to the front at some moment from now. Only then can another one follow it.
+  showVorrin();
+}
+
+void EndToEndTest::launch() {
+  program = std::make_unique<Program>(desktop.display(), home);
+  ASSERT_TRUE(waitUntil([&] { return windows.titled("Vorrin").has_value(); }));
+}
+
+void EndToEndTest::kill() {
+  program->process().signal(SIGKILL);
+  ASSERT_TRUE(program->process().waitForEnd());
+  ASSERT_TRUE(waitUntil([&] { return !windows.titled("Vorrin"); }));
+}
+
+unsigned long EndToEndTest::vorrinWindow() {
+  return windows.titled("Vorrin").value();
+}
+
+void EndToEndTest::showVorrin() {
+  user.pointAtCorner(vorrinWindow());
+  ASSERT_TRUE(windows.activate(vorrinWindow()));
+  for (const std::uint16_t key : stored().keys) ASSERT_TRUE(probe.waitUntilFree(key));
+}
+
+void EndToEndTest::showClient() {
+  user.pointAt(client->window());
+  ASSERT_TRUE(windows.activate(client->window()));
+  waitUntilListening();
+}
+
+void EndToEndTest::waitUntilListening() {
+  const Preset now = stored();
+  for (std::size_t macro = 0; macro < now.keys.size(); ++macro) {
+    ASSERT_TRUE(!now.enabled[macro] || probe.waitUntilHeld(now.keys[macro]));
+  }
+}
+
+Preset EndToEndTest::stored() {
+  return loadCurrentSettings(UserDefaults::standard());
+}
+
+bool EndToEndTest::isAction(const ClientEvent& event, int macro) const {
+  if (macro == mouseMacro) return event.kind == "ButtonPress";
+  return event.kind == "KeyPress" &&
+         event.detail == keycodeOf(keys::digits[static_cast<std::size_t>(settings.digit)]);
+}
+
+void EndToEndTest::expectActions(int macro) {
+  client->readUntil([this, macro, count = 0](const ClientEvent& event) mutable {
+    return isAction(event, macro) && ++count == 3;
+  });
+}
+
+void EndToEndTest::expectSilence() {
+  EXPECT_TRUE(waitUntil([&] {
+    client->readAll(user);
+    waitFor(silence);
+    return actionsAmong(client->readAll(user)) == 0;
+  })) << "the macros act on";
+}
+
+std::size_t EndToEndTest::actionsAmong(const std::vector<ClientEvent>& events) const {
+  return static_cast<std::size_t>(std::ranges::count_if(events, [&](const ClientEvent& event) {
+    return isAction(event, keyboardMacro) || isAction(event, mouseMacro);
+  }));
+}
+
+}  // namespace vorrin::x11_tests

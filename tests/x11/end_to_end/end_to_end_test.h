@@ -1,0 +1,90 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "keys.h"
+#include "settings/preset.h"
+#include "tests/x11/harness/client.h"
+#include "tests/x11/harness/key_probe.h"
+#include "tests/x11/harness/program.h"
+#include "tests/x11/harness/server.h"
+#include "tests/x11/harness/user.h"
+#include "tests/x11/harness/windows.h"
+
+namespace vorrin::x11_tests {
+
+/// Leads this process to `home` as `Program` is led there, until it goes.
+class AtHome {
+ public:
+  explicit AtHome(const Home& home);
+  ~AtHome();
+  AtHome(const AtHome&) = delete;
+  AtHome& operator=(const AtHome&) = delete;
+
+ private:
+  std::vector<std::pair<std::string, std::optional<std::string>>> former_;
+};
+
+/// Vorrin as a user has it: its own process on a desktop, and somebody else's program in front.
+struct EndToEndTest : testing::Test {
+  static constexpr int keyboardMacro = 0;
+  static constexpr int mouseMacro = 1;
+
+  Home home;
+  AtHome atHome{home};
+  Desktop desktop;
+  User user{desktop.display()};
+  KeyProbe probe{desktop.display()};
+  Windows windows{desktop.display()};
+
+  /// What is stored before the program starts. Both macros act a hundred times a second.
+  Preset settings{{0.01, 0.01}, {keys::backtick, keys::tab}, 1, {true, true}};
+
+  std::unique_ptr<Program> program;
+  std::unique_ptr<Client> client;
+
+  /// Stores `settings` and starts the program and the client, the client in front and the pointer
+  /// on it.
+  void start();
+
+  /// Starts the program alone, with what is stored. Returns when its window is in front and it
+  /// knows.
+  void startProgram();
+
+  /// Starts the program alone and waits for its window to be there.
+  void launch();
+
+  /// Ends the program as a crash would.
+  void kill();
+
+  [[nodiscard]] unsigned long vorrinWindow();
+
+  /// Puts a window in front, with the pointer on it, and waits until Vorrin has noticed. A click
+  /// into a window puts it in front as well, so the pointer must not stay with another one.
+  void showVorrin();
+  void showClient();
+
+  /// The settings that are stored now.
+  [[nodiscard]] static Preset stored();
+
+  /// Waits for some actions of a macro to arrive at the client.
+  void expectActions(int macro);
+
+  /// Waits for the macros to fall silent; fails when they do not.
+  void expectSilence();
+
+  /// The macros' actions among `events`.
+  [[nodiscard]] std::size_t actionsAmong(const std::vector<ClientEvent>& events) const;
+
+ private:
+  [[nodiscard]] bool isAction(const ClientEvent& event, int macro) const;
+  void waitUntilListening();
+};
+
+}  // namespace vorrin::x11_tests

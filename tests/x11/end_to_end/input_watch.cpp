@@ -1,0 +1,42 @@
+#include "input_watch.h"
+
+#include <X11/extensions/XInput2.h>
+
+#include <array>
+
+#include "tests/x11/harness/display.h"
+
+namespace vorrin::x11_tests {
+
+struct InputWatch::Native {
+  DisplayPointer display;
+};
+
+InputWatch::InputWatch(const std::string& display) : native_(new Native{openDisplay(display)}) {
+  Display* const connection = native_->display.get();
+  int major = 2;
+  int minor = 2;
+  XIQueryVersion(connection, &major, &minor);
+  std::array<unsigned char, XIMaskLen(XI_LASTEVENT)> bits{};
+  XISetMask(bits.data(), XI_RawKeyPress);
+  XISetMask(bits.data(), XI_RawButtonPress);
+  XIEventMask mask{XIAllMasterDevices, static_cast<int>(bits.size()), bits.data()};
+  XISelectEvents(connection, DefaultRootWindow(connection), &mask, 1);
+  XSync(connection, False);
+}
+
+InputWatch::~InputWatch() = default;
+
+int InputWatch::takePresses() {
+  Display* const display = native_->display.get();
+  XSync(display, False);
+  int presses = 0;
+  while (XPending(display) > 0) {
+    XEvent event;
+    XNextEvent(display, &event);
+    if (event.type == GenericEvent) ++presses;
+  }
+  return presses;
+}
+
+}  // namespace vorrin::x11_tests
