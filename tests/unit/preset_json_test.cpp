@@ -21,9 +21,8 @@ using test::startPreset;
 using namespace std::string_literals;
 
 TEST(PresetJson, a_record_has_exactly_the_four_members) {
-  const auto json = encodePreset(startPreset());
-  ASSERT_TRUE(json);
-  EXPECT_EQ(*json, R"({"digit":1,"enabled":[true,true],"intervals":[0.05,0.001],"keys":[50,48]})");
+  EXPECT_EQ(required(encodePreset(startPreset())),
+            R"({"digit":1,"enabled":[true,true],"intervals":[0.05,0.001],"keys":[50,48]})");
 }
 
 TEST(PresetJson, a_record_is_read_in_any_order_of_members) {
