@@ -20,7 +20,9 @@ InputWatch::InputWatch(const std::string& display) : native_(new Native{openDisp
   std::array<unsigned char, XIMaskLen(XI_LASTEVENT)> bits{};
   XISetMask(bits.data(), XI_RawKeyPress);
   XISetMask(bits.data(), XI_RawButtonPress);
-  XIEventMask mask{XIAllMasterDevices, static_cast<int>(bits.size()), bits.data()};
+  // Of the slaves as well: their events come at once, where those of the masters wait while a
+  // window manager has frozen them.
+  XIEventMask mask{XIAllDevices, static_cast<int>(bits.size()), bits.data()};
   XISelectEvents(connection, DefaultRootWindow(connection), &mask, 1);
   XSync(connection, False);
 }
@@ -34,7 +36,10 @@ int InputWatch::takePresses() {
   while (XPending(display) > 0) {
     XEvent event;
     XNextEvent(display, &event);
-    if (event.type == GenericEvent) ++presses;
+    if (event.type != GenericEvent || XGetEventData(display, &event.xcookie) == 0) continue;
+    const auto* const raw = static_cast<const XIRawEvent*>(event.xcookie.data);
+    if (raw->deviceid == raw->sourceid) ++presses;
+    XFreeEventData(display, &event.xcookie);
   }
   return presses;
 }

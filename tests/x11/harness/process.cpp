@@ -51,6 +51,7 @@ bool waitReadable(int descriptor, Clock::time_point end) {
   ::dup2(output.writeEnd.number(), STDOUT_FILENO);
   for (const auto& [name, value] : environment) ::setenv(name.c_str(), value.c_str(), 1);
   std::vector<char*> arguments;
+  arguments.reserve(command.size() + 1);
   for (const std::string& argument : command) {
     arguments.push_back(const_cast<char*>(argument.c_str()));
   }
