@@ -30,7 +30,10 @@ std::unique_ptr<Program> startConnectedVorrin(const Stage& stage, const Preset& 
     const auto window = windows.titled("Vorrin");
     return window && windows.active() == *window;
   });
-  if (!inFront || !vorrin->waitUntilReady()) throw std::runtime_error("Vorrin did not connect");
+  // It gives the shortcuts free once it knows itself that it is in front.
+  x11_tests::KeyProbe probe(stage.desktop.display());
+  if (!inFront || !vorrin->waitUntilReady() || !probe.waitUntilFree(settings.keys[1]))
+    throw std::runtime_error("Vorrin did not connect");
   return vorrin;
 }
 

@@ -85,7 +85,7 @@ Application::Native::Native(int count, char** arguments)
       instance({.reopen = [this] { reopen(); }, .stopAll = [this] { stopAll(); }}) {
   launch.reset();
   shared = this;
-  leaveOutPointerButtons();
+  leaveOutNewsOfClicks();
   QApplication::setApplicationName(identifier);
   QApplication::setApplicationDisplayName("Vorrin");
   QApplication::setDesktopFileName(identifier);

@@ -7,12 +7,17 @@
 
 namespace vorrin {
 
-void leaveOutPointerButtons() {
+void leaveOutNewsOfClicks() {
   const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
   // The toolkit's offscreen mode passes for X11 too, without a display.
   Display* const display = x11 != nullptr ? x11->display() : nullptr;
   if (display == nullptr) return;
   XkbSelectEventDetails(display, XkbUseCoreKbd, XkbStateNotify, XkbPointerButtonMask, 0);
+  const Window root = DefaultRootWindow(display);
+  XWindowAttributes attributes;
+  if (XGetWindowAttributes(display, root, &attributes) != 0) {
+    XSelectInput(display, root, attributes.your_event_mask & ~PropertyChangeMask);
+  }
   XFlush(display);
 }
 
