@@ -185,6 +185,27 @@ TEST_F(AlertSheet, an_endless_text_leaves_the_buttons_on_the_screen) {
   EXPECT_LT(sheet()->height(), 500);
 }
 
+TEST_F(AlertSheet, a_long_explanation_is_shown_whole) {
+  Alert alert = question();
+  for (int i = 0; i < 100; ++i) alert.informativeText += " and more";
+  ask(alert);
+  const auto texts = sheet()->findChildren<QLabel*>();
+  ASSERT_EQ(texts.size(), 2);
+  EXPECT_GT(texts[1]->height(), 10 * texts[0]->height());
+}
+
+TEST_F(AlertSheet, it_is_as_wide_as_its_buttons_need) {
+  Alert alert = question();
+  alert.buttons = {"Close", "Allow for a very long time", "Ask every single time", "Take it back"};
+  ask(alert);
+  for (const QPushButton* button : sheet()->findChildren<QPushButton*>()) {
+    EXPECT_GE(button->width(), button->sizeHint().width());
+    EXPECT_LE(button->geometry().right(), sheet()->width());
+  }
+  const auto texts = sheet()->findChildren<QLabel*>();
+  EXPECT_EQ(texts[0]->width(), sheet()->width() - 40);
+}
+
 TEST_F(AlertSheet, screen_readers_hear_the_question) {
   ask(question());
   EXPECT_EQ(sheet()->accessibleName(), "Sure?");

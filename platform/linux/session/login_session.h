@@ -21,13 +21,12 @@ class LoginSession : public QObject {
   /// the machine waits until it has returned; it may be empty.
   LoginSession(SessionPresence& presence, std::function<void()> willSleep);
 
- private slots:
-  void prepareForSleep(bool begins);
-  void lockRequested();
-  void unlockRequested();
-  void sessionChanged(const QString& interface, const QVariantMap& changed);
-
  private:
+  Q_SLOT void prepareForSleep(bool begins);
+  Q_SLOT void lockRequested();
+  Q_SLOT void unlockRequested();
+  Q_SLOT void sessionChanged(const QString& interface, const QVariantMap& changed);
+
   void connectToBus();
   /// Finds the session of this process; programs that the user's service manager started belong to
   /// none and take the one that the environment or, failing that, the manager names.

@@ -17,10 +17,9 @@ class ScreenSavers : public QObject {
  public:
   explicit ScreenSavers(SessionPresence& presence);
 
- private Q_SLOTS:
-  void activeChanged(bool isActive, const QDBusMessage& signal);
-
  private:
+  Q_SLOT void activeChanged(bool isActive, const QDBusMessage& signal);
+
   void connectToBus();
   void askWhetherActive(const QString& name, const QString& path);
 

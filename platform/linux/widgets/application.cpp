@@ -93,7 +93,8 @@ Application::Native::Native(int count, char** arguments)
   QApplication::setQuitOnLastWindowClosed(false);
   // A cursor that blinks wakes the process up all the time.
   QApplication::setCursorFlashTime(0);
-  QApplication::setStyle(new DarkStyle);
+  // The application takes the style over.
+  QApplication::setStyle(new DarkStyle);  // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks)
   QApplication::setPalette(darkPalette());
   QApplication::setFont(nativeFont({12, FontWeight::regular, FontFamily::system}));
   QObject::connect(&application, &QApplication::lastWindowClosed, [this] { lastWindowClosed(); });

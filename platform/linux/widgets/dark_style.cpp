@@ -266,7 +266,6 @@ int DarkStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidg
                          QStyleHintReturn* returned) const {
   switch (hint) {
     case SH_ComboBox_Popup:
-      return 0;
     case SH_BlinkCursorWhenTextSelected:
       return 0;
     default:

@@ -2,6 +2,7 @@
 
 #include <QBoxLayout>
 #include <QLineEdit>
+#include <algorithm>
 
 #include "platform/linux/widgets/button_widgets.h"
 #include "platform/linux/widgets/label_widget.h"
@@ -13,17 +14,15 @@ namespace vorrin {
 
 namespace {
 
-constexpr int contentWidth = 380;
+constexpr int smallestContentWidth = 380;
 constexpr int margin = 20;
 constexpr int spacing = 12;
-constexpr int mostLines = 8;
+constexpr int mostMessageLines = 8;
 
 LabelWidget& wrappingLabel(const std::string& text, const Font& font, const Color& color) {
   auto* label = new LabelWidget(nativeText(text));
   label->setWraps(true);
-  label->setMaximumNumberOfLines(mostLines);
   label->setFont(nativeFont(font));
-  label->setFixedWidth(contentWidth);
   setPaletteColor(*label, QPalette::WindowText, color);
   return *label;
 }
@@ -60,8 +59,11 @@ Sheet::Sheet(const Alert& alert, std::optional<int> escapeAnswer, QWidget& windo
 void Sheet::addTexts(const Alert& alert) {
   const Font bold{13, FontWeight::semibold, FontFamily::monospacedSystem};
   const Font plain{11, FontWeight::regular, FontFamily::monospacedSystem};
-  layout()->addWidget(&wrappingLabel(alert.messageText, bold, Color::gray(0.92)));
-  layout()->addWidget(&wrappingLabel(alert.informativeText, plain, Color::gray(0.65)));
+  LabelWidget& message = wrappingLabel(alert.messageText, bold, Color::gray(0.92));
+  // Names stand in the message, and they may be endless.
+  message.setMaximumNumberOfLines(mostMessageLines);
+  texts_ = {&message, &wrappingLabel(alert.informativeText, plain, Color::gray(0.65))};
+  for (LabelWidget* text : texts_) layout()->addWidget(text);
 }
 
 void Sheet::addButtons(const std::vector<std::string>& titles) {
@@ -77,6 +79,8 @@ void Sheet::addButtons(const std::vector<std::string>& titles) {
     connect(button, &QPushButton::clicked, this, [this, i] { answer(static_cast<int>(i)); });
   }
   static_cast<QVBoxLayout*>(layout())->addLayout(row);
+  const int width = std::max(smallestContentWidth, row->sizeHint().width());
+  for (LabelWidget* text : texts_) text->setFixedWidth(width);
 }
 
 void Sheet::reject() {

@@ -3,11 +3,13 @@
 #include <QDialog>
 #include <functional>
 #include <optional>
+#include <vector>
 
 #include "platform/alert.h"
 
 namespace vorrin {
 
+class LabelWidget;
 class WindowWidget;
 
 /// A question in front of a window, which takes no input until it is answered.
@@ -29,6 +31,7 @@ class Sheet : public QDialog {
   const std::optional<int> escapeAnswer_;
   std::function<void(int)> completion_;
   std::optional<TextField> accessory_;
+  std::vector<LabelWidget*> texts_;
 };
 
 /// Shows a sheet on `window` and returns at once. A window has at most one; when it has, nothing
