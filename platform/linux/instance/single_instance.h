@@ -28,13 +28,12 @@ class SingleInstance : public QObject {
   /// its window; one that is busy does so later, and is waited for no longer than two seconds.
   [[nodiscard]] bool claim();
 
- public Q_SLOTS:
   // The names and types are those of the interface on the bus.
   // NOLINTBEGIN(readability-identifier-naming)
-  void Activate(const QVariantMap& platformData);
-  void Open(const QStringList& addresses, const QVariantMap& platformData);
-  void ActivateAction(const QString& name, const QVariantList& parameters,
-                      const QVariantMap& platformData);
+  Q_SLOT void Activate(const QVariantMap& platformData);
+  Q_SLOT void Open(const QStringList& addresses, const QVariantMap& platformData);
+  Q_SLOT void ActivateAction(const QString& name, const QVariantList& parameters,
+                             const QVariantMap& platformData);
   // NOLINTEND(readability-identifier-naming)
 
  private:
