@@ -54,7 +54,7 @@ void Listener::end() {
   for (WatchedKeyboard& keyboard : holder_.keyboards()) flow_.leave(keyboard);
   holder_.release();
   selectEvents(false);
-  poster_.flush();
+  waitForServer();
 }
 
 void Listener::handle(XEvent& event) {
@@ -92,8 +92,13 @@ bool Listener::holdChosenKeys() {
     if (enabled_ && keycode != 0) keys.set(keycode);
   }
   const bool granted = holder_.hold(keys, lockStates(map_.modifiers()));
-  poster_.flush();
+  waitForServer();
   return granted;
+}
+
+// Giving a key back has no answer. Without this a press made after the call could still be held.
+void Listener::waitForServer() {
+  if (!connection_.lost()) XSync(connection_.display(), False);
 }
 
 void Listener::handleXkb(const XEvent& event) {

@@ -51,6 +51,8 @@ class Listener {
   void selectEvents(bool selected);
   void readKeyboardMap();
   [[nodiscard]] bool holdChosenKeys();
+  /// Returns when the server has served all that was asked of it.
+  void waitForServer();
   void handleXkb(const XEvent& event);
   void handleInput(const XGenericEventCookie& cookie);
   void rescanKeyboards();
