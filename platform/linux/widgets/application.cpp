@@ -68,6 +68,7 @@ struct Application::Native {
   const bool isInterfaceTest;
   std::optional<LaunchEnvironment> launch;  ///< while `application` is being made
   QApplication application;
+  QStyle* const style = new DarkStyle;  ///< `application` takes it over
   TerminationSignals terminationSignals;
   SingleInstance instance;
   ApplicationDelegate delegate;
@@ -93,8 +94,7 @@ Application::Native::Native(int count, char** arguments)
   QApplication::setQuitOnLastWindowClosed(false);
   // A cursor that blinks wakes the process up all the time.
   QApplication::setCursorFlashTime(0);
-  // The application takes the style over.
-  QApplication::setStyle(new DarkStyle);  // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks)
+  QApplication::setStyle(style);
   QApplication::setPalette(darkPalette());
   QApplication::setFont(nativeFont({12, FontWeight::regular, FontFamily::system}));
   QObject::connect(&application, &QApplication::lastWindowClosed, [this] { lastWindowClosed(); });
