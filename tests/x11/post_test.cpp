@@ -88,6 +88,18 @@ TEST_F(PostTest, posted_clicks_happen_at_the_pointer) {
   EXPECT_EQ(countOf(events, "ButtonPress"), 500U);
 }
 
+TEST_F(PostTest, a_key_pressed_while_clicks_are_posted_is_seen_before_its_release) {
+  swallow("50");
+  user.pointAt(client.window());
+  ASSERT_TRUE(tap.command("click-on"));
+  for (int count = 0; count < 500; ++count) {
+    user.press(keys::escape);
+    ASSERT_TRUE(tap.waitForPress(keys::escape)) << "after " << count;
+    user.release(keys::escape);
+    waitFor(std::chrono::microseconds(1000 + 37 * count % 1000));
+  }
+}
+
 TEST_F(PostTest, posting_needs_no_tap) {
   ASSERT_TRUE(tap.command("pointer"));
   ASSERT_TRUE(tap.command("post 18 7 1"));

@@ -47,11 +47,19 @@ bool TapProcess::readUpTo(const std::string& answer) {
   return false;
 }
 
+bool TapProcess::waitForPress(std::int64_t keyCode) {
+  return waitForEvent([=](const SeenKey& key) { return key.down && key.keyCode == keyCode; });
+}
+
 bool TapProcess::waitForRepeat(std::int64_t keyCode) {
+  return waitForEvent([=](const SeenKey& key) { return key.repeat && key.keyCode == keyCode; });
+}
+
+bool TapProcess::waitForEvent(const std::function<bool(const SeenKey&)>& wanted) {
   std::string line;
   while (takeLine(line)) {
     const std::optional<SeenKey> key = parseEvent(line);
-    if (key && key->repeat && key->keyCode == keyCode) return true;
+    if (key && wanted(*key)) return true;
   }
   return false;
 }

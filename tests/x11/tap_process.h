@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <initializer_list>
 #include <optional>
 #include <string>
@@ -34,6 +35,9 @@ class TapProcess {
   /// Reads on to the line `answer`; false when it does not come.
   bool readUpTo(const std::string& answer);
 
+  /// Reads on to a press of the key; false when none is seen in time.
+  bool waitForPress(std::int64_t keyCode);
+
   /// Reads on to a repeat of the key. What was seen is kept for `readSeen`.
   bool waitForRepeat(std::int64_t keyCode);
 
@@ -43,6 +47,7 @@ class TapProcess {
   Process& process() { return process_; }
 
  private:
+  bool waitForEvent(const std::function<bool(const SeenKey&)>& wanted);
   bool takeLine(std::string& line);
 
   Process process_;

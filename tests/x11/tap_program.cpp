@@ -4,6 +4,7 @@
 
 #include <QCoreApplication>
 #include <QSocketNotifier>
+#include <QTimer>
 #include <algorithm>
 #include <array>
 #include <chrono>
@@ -95,6 +96,13 @@ void click(int count) {
   for (int index = 0; index < count; ++index) vorrin::postEvents(events);
 }
 
+void clickEveryMillisecond() {
+  static QTimer timer;
+  timer.setTimerType(Qt::PreciseTimer);
+  QObject::connect(&timer, &QTimer::timeout, &timer, [] { click(1); });
+  timer.start(1);
+}
+
 void pressOnly(std::uint16_t keyCode) {
   const std::array events{
       SyntheticEvent{.type = EventType::keyDown, .location = {}, .keyCode = keyCode},
@@ -127,6 +135,7 @@ void obey(const std::string& line) {
     post(static_cast<std::uint16_t>(numbers.at(0)), numbers.at(1), numbers.at(2));
   }
   if (command == "click") click(readNumbers<int>(fields).at(0));
+  if (command == "click-on") clickEveryMillisecond();
   if (command == "press-only") pressOnly(readNumbers<std::uint16_t>(fields).at(0));
   if (command == "quit") QCoreApplication::quit();
   answer(command, true);
