@@ -15,6 +15,7 @@ namespace {
 
 constexpr const char* runtime = "/run/user/4242";
 constexpr const char* ipc = "/run/user/4242/sway.sock";
+constexpr const char* display = "/run/user/4242/wayland-1";
 constexpr const char* configuration = "/tmp/sway.conf";
 
 void writeConfiguration() {
@@ -61,6 +62,8 @@ std::string playerOutput(const std::vector<std::string>& command) {
 
 DesktopSession::DesktopSession() {
   writeConfiguration();
+  // An earlier one that was killed left its sockets.
+  for (const char* socket : {"/run/seatd.sock", ipc, display}) std::filesystem::remove(socket);
   seat_ = std::make_unique<Process>(std::vector<std::string>{"seatd", "-u", "player"});
   if (!x11_tests::waitUntil([] { return std::filesystem::exists("/run/seatd.sock"); })) {
     throw std::runtime_error("seatd does not start");
@@ -68,7 +71,6 @@ DesktopSession::DesktopSession() {
   auto environment = playerEnvironment();
   environment.erase("WAYLAND_DISPLAY");
   sway_ = std::make_unique<Process>(asPlayer({"sway", "-c", configuration}), environment);
-  const auto display = std::filesystem::path(runtime) / "wayland-1";
   if (!x11_tests::waitUntil(
           [&] { return std::filesystem::exists(display) && std::filesystem::exists(ipc); },
           std::chrono::seconds(40))) {
@@ -81,8 +83,10 @@ void DesktopSession::command(const std::string& text) const {
 }
 
 void DesktopSession::focus(const std::string& application) const {
+  // A click gives the keyboard to the window below it, so the pointer goes first.
+  command(application == loggingClient ? "seat seat0 cursor set 900 200"
+                                       : "seat seat0 cursor set 48 28");
   command("[app_id=\"" + application + "\"] focus");
-  command("seat seat0 cursor set 900 200");
 }
 
 std::string DesktopSession::tree() const {
@@ -93,8 +97,8 @@ bool DesktopSession::hasInput(const std::string& name) const {
   return playerOutput({"swaymsg", "-rt", "get_inputs"}).find('"' + name + '"') != std::string::npos;
 }
 
-void DesktopSession::takeScreenshot(const std::string& path) const {
-  playerOutput({"grim", path});
+void DesktopSession::takeScreenshot() const {
+  playerOutput({"grim", screenshot});
 }
 
 }  // namespace vorrin::machine

@@ -20,17 +20,24 @@ std::vector<std::string> asPlayer(const std::vector<std::string>& command);
 /// What a command of the ordinary user prints; it has to succeed.
 std::string playerOutput(const std::vector<std::string>& command);
 
+/// The application id of the client that the tests put in front of Vorrin.
+inline constexpr const char* loggingClient = "logging-client";
+
+inline constexpr const char* screenshot = "/home/player/screenshot.png";
+
 /// A sway with libinput below and no screen but one in memory, run by the ordinary user.
 class DesktopSession {
  public:
   DesktopSession();
 
-  /// Gives the keyboard to the window with this application id, and moves the pointer over it.
+  /// Gives the keyboard to the window with this application id, Vorrin's or the client's, and moves
+  /// the pointer over it.
   void focus(const std::string& application) const;
   [[nodiscard]] std::string tree() const;
   /// Whether libinput has the device of this name.
   [[nodiscard]] bool hasInput(const std::string& name) const;
-  void takeScreenshot(const std::string& path) const;
+  /// Leaves a picture of the desktop in `screenshot`.
+  void takeScreenshot() const;
 
  private:
   void command(const std::string& text) const;

@@ -18,6 +18,7 @@ using Clock = std::chrono::steady_clock;
 namespace {
 
 constexpr std::chrono::seconds retryTime{1};
+constexpr int mostFailedStarts = 3;
 
 void log(const char* line) {
   std::fprintf(stderr, "vorrin: %s\n", line);
@@ -75,6 +76,7 @@ bool Backend::isTrusted() {
 
 bool Backend::isTrustedWithPrompt() {
   waitForUser_ = false;
+  failedStarts_ = 0;
   if (!connection_) start(devicesAreOpen() ? StartWay::directly : StartWay::asking);
   return available_.has_value();
 }
@@ -151,6 +153,7 @@ void Backend::greet(const Hello& hello) {
 void Backend::setAvailable(bool available) {
   if (!available) log("another program holds a keyboard; Vorrin waits until it lets go");
   available_ = available;
+  failedStarts_ = 0;
   if (available) return;
   if (const auto tap = tap_.lock()) tap->invalidate();
 }
@@ -175,8 +178,9 @@ void Backend::tellUnlocked() {
 
 void Backend::lose(bool broken) {
   if (broken) log("the input helper said something that has no meaning; the connection is closed");
-  // What ended a helper before it served would end the next one too, unless it was the user's no.
-  if (broken || (!available_ && way_ != StartWay::asking)) waitForUser_ = true;
+  // What ends every helper before it serves would end the next one too, unless it is the user's no.
+  if (!available_ && way_ != StartWay::asking) ++failedStarts_;
+  if (broken || failedStarts_ >= mostFailedStarts) waitForUser_ = true;
   available_.reset();
   nextTry_ = Clock::now();
   connection_.reset();

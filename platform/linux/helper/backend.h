@@ -68,6 +68,7 @@ class Backend {
   std::weak_ptr<Tap> tap_;
   std::optional<bool> available_;      ///< whether it holds the keyboards; set once it serves us
   bool asking_ = false;                ///< polkit was asked for the standing permission
+  int failedStarts_ = 0;               ///< helpers in a row that ended before they served
   StartWay way_ = StartWay::directly;  ///< of the last start
   bool waitForUser_ = true;            ///< only the user's own wish starts it (again)
   std::chrono::steady_clock::time_point nextTry_;

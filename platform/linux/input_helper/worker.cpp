@@ -102,6 +102,8 @@ class Worker {
   void consider(unsigned index) {
     const auto id = static_cast<KeyboardId>(index);
     if (!devices_ || keyboards_.contains(id)) return;
+    // A machine with many devices takes a while over them.
+    opener_.beat();
     auto device = opener_.openEventDevice(index);
     if (!device.isOpen()) return;
     auto keyboard =
