@@ -83,9 +83,10 @@ void DesktopSession::command(const std::string& text) const {
 }
 
 void DesktopSession::focus(const std::string& application) const {
-  // A click gives the keyboard to the window below it, so the pointer goes first.
+  // A click gives the keyboard to the window below it, so the pointer goes first; in Vorrin's window
+  // to where a click does nothing, for an open menu would keep the keyboard.
   command(application == loggingClient ? "seat seat0 cursor set 900 200"
-                                       : "seat seat0 cursor set 48 28");
+                                       : "seat seat0 cursor set 60 725");
   command("[app_id=\"" + application + "\"] focus");
 }
 
