@@ -81,7 +81,8 @@ void KeyFlow::heldPress(const KeyInput& input, unsigned modifiers) {
   }
   if (!keyboard->judged[input.keycode]) {
     fate = KeyFate::resent;
-    sendOn(codeOf(input), true);
+    giveWayToXtest(*keyboard);
+    pressAnew(*keyboard, codeOf(input));
     return;
   }
   fate = KeyFate::swallowed;
@@ -93,6 +94,7 @@ void KeyFlow::heldRelease(const KeyInput& input) {
   // off, so it is still down for the window in front.
   const WatchedKeyboard* const keyboard = holder_.keyboard(input.device);
   if (keyboard == nullptr || keyboard->fates[input.keycode] != KeyFate::passed) return;
+  giveWayToXtest(*keyboard);
   sendOn(codeOf(input), false);
 }
 
@@ -112,6 +114,7 @@ void KeyFlow::leave(WatchedKeyboard& keyboard) {
 
 void KeyFlow::serveNext() {
   if (!cutOff_.empty()) return endGrabs();
+  if (sendingOn_) return finishSendingOn();
   const Waiting next = waiting_.front();
   waiting_.pop_front();
   serve(next);
@@ -151,7 +154,14 @@ void KeyFlow::endGrabs() {
   for (const int device : cutOff_) endGrab(connection_.display(), device);
   cutOff_.clear();
   // When this is answered, every key that was still cut off can be read.
+  finishSendingOn();
+}
+
+void KeyFlow::finishSendingOn() {
+  // The tap's callback may act on the server by another connection, or have others do so. Requests
+  // of two connections are served in any order unless the first is waited for.
   XSync(connection_.display(), False);
+  sendingOn_ = false;
 }
 
 void KeyFlow::carryOut(WatchedKeyboard& keyboard, KeyCode keycode) {
@@ -159,10 +169,7 @@ void KeyFlow::carryOut(WatchedKeyboard& keyboard, KeyCode keycode) {
   keyboard.fates[keycode] = isUnwanted ? KeyFate::swallowed : KeyFate::resent;
   if (isUnwanted) return;
   if (holder_.holds(keycode)) holder_.lift(keycode);
-  // XTEST's own key is down already when the press came from there.
-  if (keyboard.slave.isXtest) sendOn(keycode, false);
-  sendOn(keycode, true);
-  poster_.flush();
+  pressAnew(keyboard, keycode);
 }
 
 void KeyFlow::finishRelease(WatchedKeyboard& keyboard, KeyCode keycode) {
@@ -174,7 +181,19 @@ void KeyFlow::finishRelease(WatchedKeyboard& keyboard, KeyCode keycode) {
   poster_.flush();
 }
 
+void KeyFlow::giveWayToXtest(const WatchedKeyboard& keyboard) {
+  // What is sent on comes from XTEST's keyboard and would be cut off with it as well.
+  if (keyboard.slave.isXtest) endGrab(connection_.display(), keyboard.slave.device);
+}
+
+void KeyFlow::pressAnew(const WatchedKeyboard& keyboard, KeyCode keycode) {
+  // XTEST's own key is down already when the press came from there.
+  if (keyboard.slave.isXtest) sendOn(keycode, false);
+  sendOn(keycode, true);
+}
+
 void KeyFlow::sendOn(KeyCode keycode, bool down) {
+  sendingOn_ = true;
   poster_.key(keycode, down, {Post::Reason::forwarded, 0});
 }
 

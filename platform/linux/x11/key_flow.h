@@ -24,8 +24,8 @@ namespace vorrin::x11 {
 /// off with it and are sent on as well.
 ///
 /// So that they keep their order, the keys that can be read are sent on first, then the grab is
-/// ended, and only then is the tap asked, which may take its time: `serveNext` does the second and
-/// the third when no more events can be read.
+/// ended, and only when the server has done both is the tap asked, which may take its time:
+/// `serveNext` does all but the first when no more events can be read.
 class KeyFlow {
  public:
   using Judge = std::function<TapVerdict(const TapEvent&)>;
@@ -43,8 +43,9 @@ class KeyFlow {
   /// Ends what is going on with a keyboard: what is down counts as released.
   void leave(WatchedKeyboard& keyboard);
 
-  /// Whether there is a grab to end, or something for the tap to judge or see.
-  [[nodiscard]] bool hasNext() const { return !cutOff_.empty() || !waiting_.empty(); }
+  /// Whether there is a grab to end, a key on its way to other programs, or something for the tap
+  /// to judge or see.
+  [[nodiscard]] bool hasNext() const { return !cutOff_.empty() || sendingOn_ || !waiting_.empty(); }
   void serveNext();
 
   /// Shows the tap nothing that happened before the request `serial` was served.
@@ -71,9 +72,12 @@ class KeyFlow {
   [[nodiscard]] bool isStale(const KeyInput& input);
   TapVerdict ask(const std::optional<TapEvent>& event) const;
   void endGrabs();
+  void finishSendingOn();
   void serve(const Waiting& next);
   void carryOut(WatchedKeyboard& keyboard, KeyCode keycode);
   void finishRelease(WatchedKeyboard& keyboard, KeyCode keycode);
+  void giveWayToXtest(const WatchedKeyboard& keyboard);
+  void pressAnew(const WatchedKeyboard& keyboard, KeyCode keycode);
   void sendOn(KeyCode keycode, bool down);
 
   Connection& connection_;
@@ -84,6 +88,7 @@ class KeyFlow {
   ServerClock clock_;
   std::vector<int> cutOff_;  // the keyboards under a grab of ours
   std::deque<Waiting> waiting_;
+  bool sendingOn_ = false;
   unsigned long shownFrom_ = 0;
   bool failed_ = false;
 };

@@ -51,21 +51,29 @@ void Listener::end() {
   if (ended_) return;
   ended_ = true;
   if (connection_.lost()) return;
-  for (WatchedKeyboard& keyboard : holder_.keyboards()) flow_.leave(keyboard);
   holder_.release();
+  waitForServer();
+  takeUpLastKeys();
+  for (WatchedKeyboard& keyboard : holder_.keyboards()) flow_.leave(keyboard);
   selectEvents(false);
   waitForServer();
 }
 
 void Listener::handle(XEvent& event) {
   if (ended_) return;
-  Display* const display = connection_.display();
   if (event.type == connection_.xkbEventBase()) return handleXkb(event);
   if (event.type == MappingNotify) return readKeyboardMap();
-  if (event.type != GenericEvent || event.xcookie.extension != connection_.inputOpcode()) return;
-  if (XGetEventData(display, &event.xcookie) == 0) return;
-  handleInput(event.xcookie);
-  XFreeEventData(display, &event.xcookie);  // its own memory: needs no server
+  handleInput(event);
+}
+
+// The release of a key that was cut off by a shortcut a moment ago reaches nobody but us. Left
+// unread, the key would stay down for other programs.
+void Listener::takeUpLastKeys() {
+  while (!connection_.lost() && XPending(connection_.display()) > 0) {
+    XEvent event;
+    XNextEvent(connection_.display(), &event);
+    if (!connection_.lost()) handleInput(event);
+  }
 }
 
 void Listener::selectEvents(bool selected) {
@@ -120,6 +128,13 @@ void Listener::handleXkb(const XEvent& event) {
     default:
       break;
   }
+}
+
+void Listener::handleInput(XEvent& event) {
+  if (event.type != GenericEvent || event.xcookie.extension != connection_.inputOpcode()) return;
+  if (XGetEventData(connection_.display(), &event.xcookie) == 0) return;
+  handleInput(event.xcookie);
+  XFreeEventData(connection_.display(), &event.xcookie);  // its own memory: needs no server
 }
 
 void Listener::handleInput(const XGenericEventCookie& cookie) {

@@ -53,7 +53,9 @@ class Listener {
   [[nodiscard]] bool holdChosenKeys();
   /// Returns when the server has served all that was asked of it.
   void waitForServer();
+  void takeUpLastKeys();
   void handleXkb(const XEvent& event);
+  void handleInput(XEvent& event);
   void handleInput(const XGenericEventCookie& cookie);
   void rescanKeyboards();
   TapVerdict judge(const TapEvent& event) const;

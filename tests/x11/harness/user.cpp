@@ -160,7 +160,16 @@ void User::pointAtCorner(unsigned long window) {
 }
 
 void User::click() {
+  pressButton();
+  releaseButton();
+}
+
+void User::pressButton() {
   XTestFakeButtonEvent(native_->display.get(), Button1, True, 0);
+  flush();
+}
+
+void User::releaseButton() {
   XTestFakeButtonEvent(native_->display.get(), Button1, False, 0);
   flush();
 }

@@ -61,6 +61,10 @@ class User {
   void pointAtCorner(unsigned long window);
   void click();
 
+  /// The left button alone.
+  void pressButton();
+  void releaseButton();
+
  private:
   struct Native;
   std::unique_ptr<Native> native_;
