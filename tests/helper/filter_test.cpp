@@ -438,6 +438,21 @@ TEST_F(FilterTest, looking_for_another_program_s_grab_keeps_no_keyboard) {
   EXPECT_THAT(grabbed, IsEmpty());
 }
 
+TEST_F(FilterTest, another_program_s_grab_is_not_looked_for_while_the_session_is_not_active) {
+  busy = {otherBoard};
+  configure({KEY_TAB});
+  pass(Filter::startGap + milliseconds(1));
+  filter.setSessionActive(false, now);
+  busy.clear();
+  forget();
+  EXPECT_FALSE(filter.nextDeadline());
+  filter.advance(now + 2 * Filter::retryTime);
+  EXPECT_THAT(sent, IsEmpty());
+  filter.setSessionActive(true, now);
+  pass(Filter::retryTime + milliseconds(1));
+  EXPECT_THAT(sent, ElementsAre(FromHelper(Availability{true})));
+}
+
 TEST_F(FilterTest, a_keyboard_plugged_in_later_is_taken_after_its_start_gap) {
   grabWithTab();
   filter.addKeyboard(9, {}, now);

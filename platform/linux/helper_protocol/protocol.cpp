@@ -104,6 +104,8 @@ template <class... Visitors>
 struct Overloaded : Visitors... {
   using Visitors::operator()...;
 };
+template <class... Visitors>
+Overloaded(Visitors...) -> Overloaded<Visitors...>;  // clang 16 does not find this by itself
 
 Packet encodeHello(Kind kind, const Hello& hello) {
   return Writer(kind).put(magic).put(hello.version).finish();

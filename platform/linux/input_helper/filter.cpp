@@ -318,14 +318,15 @@ void Filter::advance(Moment now) {
     disable(DisableReason::noAnswer);
     flush(now);
   }
-  if (!available_ && now >= retryAt_) probe(now);
+  // In a session that is not at work nothing is taken, not even for an instant.
+  if (!available_ && sessionActive_ && now >= retryAt_) probe(now);
   updateGrabs(now);
 }
 
 std::optional<Moment> Filter::nextDeadline() const {
   std::optional<Moment> next = answerDue_;
   const auto consider = [&next](Moment due) { next = next ? std::min(*next, due) : due; };
-  if (!available_) consider(retryAt_);
+  if (!available_ && sessionActive_) consider(retryAt_);
   if (wantsGrab() && queue_.empty()) {
     for (const auto& [id, keyboard] : keyboards_) {
       if (!keyboard.grabbed && keyboard.physical.none()) consider(grabDue(keyboard));

@@ -1,0 +1,120 @@
+// The main program beside an input helper that says anything at all.
+
+#include <fuzzer/FuzzedDataProvider.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <variant>
+#include <vector>
+
+#include "bridge/keyboard_listener.h"
+#include "bridge/program_engine.h"
+#include "platform/fake/system/fake_system.h"
+#include "platform/fake/time/fake_time.h"
+#include "platform/fatal_error.h"
+#include "platform/linux/helper/tap.h"
+#include "platform/linux/helper_protocol/protocol.h"
+
+using namespace vorrin;
+using namespace vorrin::helper_protocol;
+
+namespace {
+
+/// The program's listener on a tap that the messages reach as they do in the real connection.
+class Program {
+ public:
+  Program() {
+    fake::resetTime();
+    fake::resetSystem();
+    engine.held.clear();
+    tap_.addToMainRunLoop();
+    tap_.setEnabled(true);
+  }
+  Program(const Program&) = delete;
+  Program& operator=(const Program&) = delete;
+  ~Program() { engine.stopAll(); }
+
+  void receive(std::span<const std::byte> packet) {
+    const auto message = decodeFromHelper(packet);
+    if (!message) return;
+    const auto again = encode(*message);
+    assertThat(std::ranges::equal(again.view(), packet), "a message has one form only");
+    follow(*message);
+  }
+
+  void follow(const FromHelper& message) {
+    if (const auto* question = std::get_if<Question>(&message)) {
+      decide(*question);
+    } else if (const auto* moved = std::get_if<KeyMoved>(&message)) {
+      tap_.tell(*moved);
+      const bool stops = moved->key == helper_protocol::escapeKey && moved->down && enabled_;
+      assertThat(!stops || isQuiet(), "Escape stops both macros");
+    } else if (const auto* disabled = std::get_if<Disabled>(&message)) {
+      tap_.tellDisabled(disabled->reason);
+      assertThat(!enabled_ || isQuiet(), "a disabled tap stops both macros");
+      setEnabled(true);  // as the listener does
+    }
+  }
+
+  void setEnabled(bool enabled) {
+    enabled_ = enabled;
+    tap_.setEnabled(enabled);
+  }
+
+ private:
+  static bool isQuiet() { return !engine.running[0] && !engine.running[1]; }
+
+  void decide(const Question& question) {
+    const bool modified = question.modifiers != Modifiers{};
+    const bool swallow = tap_.decide(question);
+    assertThat(!swallow || !modified, "modified presses pass");
+    assertThat(!swallow || enabled_, "a disabled tap swallows nothing");
+  }
+
+  bool enabled_ = true;
+  helper::Tap tap_{0xC00, {}, keyboardTapCallback, nullptr, [](const Configure& configuration) {
+                     assertThat(decodeToHelper(encode(ToHelper(configuration)).view()).has_value(),
+                                "the helper understands every message");
+                   }};
+};
+
+Modifiers modifiers(FuzzedDataProvider& input) {
+  return {input.ConsumeBool(), input.ConsumeBool(), input.ConsumeBool(), input.ConsumeBool()};
+}
+
+std::uint16_t anyKey(FuzzedDataProvider& input) {
+  return input.ConsumeBool() ? input.PickValueInArray(shortcutKeys) : helper_protocol::escapeKey;
+}
+
+void play(FuzzedDataProvider& input, Program& program) {
+  switch (input.ConsumeIntegralInRange<int>(0, 5)) {
+    case 0: {
+      const auto size = input.ConsumeIntegralInRange<std::size_t>(0, maximumPacket + 4);
+      return program.receive(input.ConsumeBytes<std::byte>(size));
+    }
+    case 1:
+      return program.follow(Question{input.ConsumeIntegral<std::uint32_t>(),
+                                     input.PickValueInArray(shortcutKeys), modifiers(input)});
+    case 2:
+      return program.follow(
+          KeyMoved{anyKey(input), input.ConsumeBool(), input.ConsumeBool(), modifiers(input)});
+    case 3:
+      return program.follow(
+          Disabled{input.ConsumeBool() ? DisableReason::noAnswer : DisableReason::session});
+    case 4:
+      return fake::advance(0.01);
+    default:
+      return program.setEnabled(input.ConsumeBool());
+  }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  FuzzedDataProvider input(data, size);
+  Program program;
+  while (input.remaining_bytes() > 0) play(input, program);
+  return 0;
+}
