@@ -88,6 +88,43 @@ TEST_F(UserDefaultsDamage, sets_aside_a_file_that_only_a_later_sqlite_may_write)
   expectFreshDomain("damaged");
 }
 
+TEST_F(UserDefaultsDamage, sets_aside_a_file_with_another_value_than_was_written) {
+  store(UserDefaults::standard(), "key", std::string("a value to be found again"));
+  auto content = contentOf(standardFile());
+  content[content.find("value to be")] = 'V';
+  fill(standardFile(), content);
+  expectFreshDomain("damaged");
+}
+
+TEST_F(UserDefaultsDamage, sets_aside_a_file_that_has_lost_its_seal) {
+  store(UserDefaults::standard(), "key", std::int64_t{1});
+  execute(standardFile(), "DROP TABLE seal");
+  expectFreshDomain("damaged");
+}
+
+TEST_F(UserDefaultsDamage, takes_what_another_program_has_written) {
+  store(UserDefaults::standard(), "key", std::int64_t{1});
+  for (std::int64_t value = 2; value < 5; ++value) {
+    execute(standardFile(), "UPDATE defaults SET value = value + 1 WHERE key = 'key'");
+    const auto defaults = UserDefaults::standard();
+    EXPECT_EQ(defaults.object("key"), DefaultsObject(value));
+    store(defaults, "other", value);
+  }
+  EXPECT_EQ(namesIn(settings).size(), 1u);
+}
+
+TEST_F(UserDefaultsDamage, uses_and_seals_a_file_of_the_first_version) {
+  store(UserDefaults::standard(), "key", std::string("a value to be found again"));
+  execute(standardFile(), "DROP TABLE seal; PRAGMA user_version = 1");
+  const auto defaults = UserDefaults::standard();
+  EXPECT_TRUE(defaults.object("key"));
+  store(defaults, "other", true);
+  auto content = contentOf(standardFile());
+  content[content.find("value to be")] = 'V';
+  fill(standardFile(), content);
+  expectFreshDomain("damaged");
+}
+
 TEST_F(UserDefaultsDamage, takes_an_empty_file_for_a_new_domain) {
   std::filesystem::create_directories(settings);
   fill(standardFile(), "");

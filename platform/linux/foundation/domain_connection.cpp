@@ -1,16 +1,19 @@
 #include "platform/linux/foundation/domain_connection.h"
 
+#include <array>
 #include <cerrno>
 #include <system_error>
 
+#include "platform/linux/foundation/domain_seal.h"
 #include "platform/linux/foundation/domain_values.h"
 
 namespace vorrin {
 
 namespace {
 
-constexpr int formatVersion = 1;
-constexpr const char* setFormatVersion = "PRAGMA user_version=1";
+// Files of the first version have no seal.
+constexpr int formatVersion = 2;
+constexpr const char* setFormatVersion = "PRAGMA user_version=2";
 // "VRRN", by which file(1) and others can tell whose database this is.
 constexpr const char* setApplication = "PRAGMA application_id=0x5652524E";
 
@@ -51,14 +54,10 @@ StorageStatus statusOf(int code) {
 
 /// SQLite refuses to write, and never says why, a file whose header asks for a later SQLite.
 bool asksForLaterSqlite(sqlite3* database) {
-  sqlite3_file* file = nullptr;
-  sqlite3_file_control(database, "main", SQLITE_FCNTL_FILE_POINTER, static_cast<void*>(&file));
-  constexpr sqlite3_int64 writeVersionOffset = 18;
+  constexpr std::int64_t writeVersionOffset = 18;
   constexpr unsigned char latestWriteVersion = 2;
-  unsigned char version = 0;
-  return file != nullptr && file->pMethods != nullptr &&
-         file->pMethods->xRead(file, &version, 1, writeVersionOffset) == SQLITE_OK &&
-         version > latestWriteVersion;
+  std::array<unsigned char, 1> version{};
+  return readFile(database, writeVersionOffset, version) && version[0] > latestWriteVersion;
 }
 
 }  // namespace
@@ -76,26 +75,46 @@ DomainConnection::DomainConnection(const std::filesystem::path& path, LockPatien
 }
 
 StorageResult DomainConnection::inspect() {
+  if (sqlite3_errcode(database_.get()) != SQLITE_OK) return unreadable();
+  // All that is looked at has to be of one moment.
+  execute("BEGIN");
+  auto result = inspectForm();
+  if (result.isDone() && !blank_) result = inspectValues();
+  execute("COMMIT");
+  return result;
+}
+
+StorageResult DomainConnection::inspectForm() {
   std::string version;
   std::string objects;
   std::string table;
   std::string check;
-  const bool readable = sqlite3_errcode(database_.get()) == SQLITE_OK &&
-                        query("PRAGMA user_version", version) &&
+  const bool readable = query("PRAGMA user_version", version) &&
                         query("SELECT count(*) FROM sqlite_master", objects) &&
                         query(selectTable, table) && query("PRAGMA integrity_check(1)", check);
-  if (!readable) {
-    auto result = lastResult();
-    if (result.status == StorageStatus::stale) result.status = StorageStatus::damaged;
-    return result;
-  }
+  if (!readable) return unreadable();
   if (check != "ok") return {StorageStatus::damaged, check};
   if (asksForLaterSqlite(database_.get())) return {StorageStatus::damaged, "unknown file format"};
   blank_ = objects == "0";
+  version_ = std::stoi(version);
   if (blank_ || table == createTable) return {};
-  if (std::stoi(version) <= formatVersion) return {StorageStatus::damaged, "not a settings file"};
+  if (version_ <= formatVersion) return {StorageStatus::damaged, "not a settings file"};
   if (prepare(selectValue) && prepare(upsertValue)) return {};
   return {StorageStatus::newer, "made by a later version"};
+}
+
+StorageResult DomainConnection::inspectValues() {
+  const auto state = inspectSeal(database_.get());
+  if (!state) return unreadable();
+  const bool isLost = *state == SealState::absent && version_ == formatVersion;
+  if (*state != SealState::broken && !isLost) return {};
+  return {StorageStatus::damaged, "values are not what was written"};
+}
+
+StorageResult DomainConnection::unreadable() const {
+  auto result = lastResult();
+  if (result.status == StorageStatus::stale) result.status = StorageStatus::damaged;
+  return result;
 }
 
 bool DomainConnection::hasMoved() const {
@@ -116,9 +135,11 @@ StorageResult DomainConnection::write(
     std::span<const std::pair<std::string, DefaultsObject>> values) {
   // A rollback journal works on every file system; a write-ahead log needs memory shared between
   // processes. The file keeps its mode, which another program may have changed.
-  const bool written = execute("PRAGMA journal_mode=DELETE") &&
-                       execute("PRAGMA synchronous=FULL") && execute("BEGIN IMMEDIATE") &&
-                       (!blank_ || makeTable()) && upsert(values) && execute("COMMIT");
+  const bool begun = execute("PRAGMA journal_mode=DELETE") && execute("PRAGMA synchronous=FULL") &&
+                     execute("BEGIN IMMEDIATE");
+  const std::uint32_t change = nextChange(database_.get());
+  const bool written = begun && (!blank_ || makeTable()) && makeSeal() && upsert(values) &&
+                       seal(database_.get(), change) && execute("COMMIT");
   auto result = written ? StorageResult() : lastResult();
   if (written) blank_ = false;
   if (sqlite3_get_autocommit(database_.get()) == 0) execute("ROLLBACK");
@@ -129,8 +150,11 @@ bool DomainConnection::makeTable() {
   std::string table;
   if (!query(selectTable, table)) return false;
   // Another process may have made it since the inspection.
-  return table == createTable ||
-         (execute(createTable) && execute(setFormatVersion) && execute(setApplication));
+  return table == createTable || (execute(createTable) && execute(setApplication));
+}
+
+bool DomainConnection::makeSeal() {
+  return makeSealTable(database_.get()) && (version_ >= formatVersion || execute(setFormatVersion));
 }
 
 bool DomainConnection::upsert(std::span<const std::pair<std::string, DefaultsObject>> values) {

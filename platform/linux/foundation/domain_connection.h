@@ -49,12 +49,17 @@ class DomainConnection {
   Statement prepare(const char* sql);
   bool execute(const char* sql);
   bool query(const char* sql, std::string& text);
+  StorageResult inspectForm();
+  StorageResult inspectValues();
+  [[nodiscard]] StorageResult unreadable() const;
   bool makeTable();
+  bool makeSeal();
   bool upsert(std::span<const std::pair<std::string, DefaultsObject>> values);
   [[nodiscard]] StorageResult lastResult() const;
 
   std::unique_ptr<sqlite3, Closer> database_;
   bool blank_ = false;
+  int version_ = 0;
 };
 
 }  // namespace vorrin
