@@ -50,7 +50,8 @@ void EndToEndTest::startProgram() {
 }
 
 void EndToEndTest::launch() {
-  program = std::make_unique<Program>(desktop.display(), home);
+  program = std::make_unique<Program>(desktop.display(), home, std::vector<std::string>{},
+                                      programEnvironment);
   ASSERT_TRUE(waitUntil([&] { return windows.titled("Vorrin").has_value(); }));
 }
 

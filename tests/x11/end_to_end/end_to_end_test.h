@@ -46,6 +46,9 @@ struct EndToEndTest : testing::Test {
   /// What is stored before the program starts. Both macros act a hundred times a second.
   Preset settings{{0.01, 0.01}, {keys::backtick, keys::tab}, 1, {true, true}};
 
+  /// What is changed in the program's environment.
+  Environment programEnvironment;
+
   std::unique_ptr<Program> program;
   std::unique_ptr<Client> client;
 

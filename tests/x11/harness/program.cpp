@@ -15,11 +15,13 @@ std::vector<std::string> commandOf(const std::vector<std::string>& arguments) {
   return command;
 }
 
-Environment environmentOf(const std::string& display, const Home& home) {
+Environment environmentOf(const std::string& display, const Home& home,
+                          const Environment& changes) {
   Environment environment = home.environment();
   environment["DISPLAY"] = display;
   // A sanitizer's finding must not look like an exit status of the program's own.
   environment["ASAN_OPTIONS"] = "exitcode=99";
+  for (const auto& [name, value] : changes) environment[name] = value;
   return environment;
 }
 
@@ -55,9 +57,9 @@ Environment Home::environment() const {
 }
 
 Program::Program(const std::string& display, const Home& home,
-                 const std::vector<std::string>& arguments)
+                 const std::vector<std::string>& arguments, const Environment& changes)
     : statusFile_(home.path() / "Library" / "Logs" / "Vorrin-status.txt"),
-      process_(commandOf(arguments), environmentOf(display, home)) {}
+      process_(commandOf(arguments), environmentOf(display, home, changes)) {}
 
 std::optional<std::string> Program::status() const {
   std::ifstream file(statusFile_, std::ios::binary);

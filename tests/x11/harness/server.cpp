@@ -48,14 +48,22 @@ Server::Server()
   display_ = ":" + *number;
 }
 
-Desktop::Desktop()
-    : windowManager_(std::make_unique<Process>(
-          std::vector<std::string>{"openbox", "--sm-disable"},
-          Environment{{"DISPLAY", server_.display()}, {"XDG_CONFIG_HOME", "/nonexistent"}})) {
+Desktop::Desktop() {
+  startWindowManager();
+}
+
+void Desktop::startWindowManager() {
+  windowManager_ = std::make_unique<Process>(
+      std::vector<std::string>{"openbox", "--sm-disable"},
+      Environment{{"DISPLAY", server_.display()}, {"XDG_CONFIG_HOME", "/nonexistent"}});
   const DisplayPointer display = openDisplay(server_.display());
   if (!waitUntil([&] { return hasWindowManager(display.get()); })) {
     throw std::runtime_error("no window manager");
   }
+}
+
+void Desktop::killWindowManager() {
+  windowManager_.reset();
 }
 
 }  // namespace vorrin::x11_tests

@@ -30,6 +30,12 @@ class Desktop {
   [[nodiscard]] const std::string& display() const { return server_.display(); }
   [[nodiscard]] Server& server() { return server_; }
 
+  /// Ends the window manager as a crash would.
+  void killWindowManager();
+
+  /// Starts a window manager and waits until it is at work.
+  void startWindowManager();
+
  private:
   Server server_;
   std::unique_ptr<Process> windowManager_;

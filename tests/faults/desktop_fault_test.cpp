@@ -1,0 +1,105 @@
+#include <csignal>
+
+#include "fault_test.h"
+#include "held_input.h"
+#include "input_watch.h"
+#include "other_client.h"
+
+namespace vorrin::faults {
+namespace {
+
+// The desktop that the program runs on is hurt.
+struct DesktopFault : FaultTest {
+  /// How long the server is kept from working.
+  static constexpr std::chrono::milliseconds stall{1500};
+};
+
+TEST_F(DesktopFault, without_a_window_manager_the_macros_go_on_and_escape_stops_them) {
+  startMacros();
+  desktop.killWindowManager();
+  client->readAll(user);
+  expectActions(mouseMacro);
+  user.tap(keys::escape);
+  expectSilence();
+  EXPECT_EQ(heldInput(desktop.display()), "");
+}
+
+TEST_F(DesktopFault, under_a_new_window_manager_everything_works_as_before) {
+  // Without the clicks, which would go to whatever window comes under the pointer meanwhile.
+  settings.enabled[1] = false;
+  start();
+  user.tap(keys::backtick);
+  expectActions(keyboardMacro);
+  desktop.killWindowManager();
+  desktop.startWindowManager();
+  ASSERT_TRUE(waitUntil([&] { return windows.titled("Vorrin").has_value(); }));
+  showClient();
+  expectActions(keyboardMacro);
+  showVorrin();
+  InputWatch watch(desktop.display());
+  waitFor(std::chrono::milliseconds(200));
+  EXPECT_EQ(watch.takePresses(), 0) << "no pause while its window is in front";
+  showClient();
+  expectActions(keyboardMacro);
+  user.tap(keys::escape);
+  expectSilence();
+  expectUsableInput();
+}
+
+TEST_F(DesktopFault, the_death_of_its_server_ends_the_program_and_loses_nothing) {
+  startMacros();
+  const Stored before = readStored();
+  desktop.server().process().signal(SIGKILL);
+  const std::optional<Ending> ending = program->process().waitForEnd();
+  ASSERT_TRUE(ending);
+  EXPECT_FALSE(ending->bySignal);
+  EXPECT_EQ(readStored(), before);
+  Desktop other;
+  const Program again(other.display(), home);
+  EXPECT_TRUE(again.waitUntilReady());
+}
+
+TEST_F(DesktopFault, a_server_that_stood_still_is_not_flooded_with_what_was_missed) {
+  settings.intervals = {0.001, 0.001};
+  startMacros();
+  InputWatch watch(desktop.display());
+  OtherClient other(desktop.display());
+  other.stopServer();
+  waitFor(stall);
+  user.queue(keys::escape, true, Source::keyboard);
+  user.queue(keys::escape, false, Source::keyboard);
+  other.resumeServer();
+  user.flush();
+  expectSilence();
+  // What the program had handed over when the server stopped to listen, and a little of what it
+  // did afterwards until Escape.
+  EXPECT_LT(watch.takePresses(), 300);
+  expectUsableInput();
+}
+
+TEST_F(DesktopFault, killed_in_front_of_a_server_that_lags_it_leaves_nothing_down) {
+  settings.intervals = {0.001, 0.001};
+  start();
+  const std::int64_t rounds = (amount("rounds", 60) + 5) / 6;
+  for (std::int64_t round = 0; round < rounds && !HasFailure(); ++round) {
+    SCOPED_TRACE("round " + std::to_string(round));
+    if (round > 0) {
+      startProgram();
+      showClient();
+    }
+    runMacros();
+    desktop.server().process().signal(SIGSTOP);
+    waitFor(std::chrono::milliseconds(400));
+    // With events that it has not read, its end is an error on the server's side, which then reads
+    // no more of what it was sent.
+    program->process().signal(SIGSTOP);
+    desktop.server().process().signal(SIGCONT);
+    passMoment(std::chrono::milliseconds(2));
+    program->process().signal(SIGKILL);
+    ASSERT_TRUE(program->process().waitForEnd());
+    expectUsableInput();
+  }
+}
+
+}  // namespace
+}  // namespace vorrin::faults

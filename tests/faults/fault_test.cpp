@@ -1,0 +1,70 @@
+#include "fault_test.h"
+
+#include <algorithm>
+#include <ostream>
+
+#include "held_input.h"
+#include "platform/user_defaults.h"
+#include "settings/preset_json.h"
+#include "settings/settings_persistence.h"
+#include "tests/foundation/defaults_sandbox.h"
+
+namespace vorrin::faults {
+
+Stored readStored() {
+  const auto defaults = UserDefaults::standard();
+  return {loadCurrentSettings(defaults), PresetStore(defaults).all()};
+}
+
+std::ostream& operator<<(std::ostream& stream, const Stored& stored) {
+  return stream << encodePreset(stored.settings).value_or("?") << " and "
+                << encodePresets(stored.presets).value_or("?");
+}
+
+void FaultTest::startMacros() {
+  start();
+  runMacros();
+}
+
+void FaultTest::runMacros() {
+  user.tap(settings.keys[0]);
+  user.tap(settings.keys[1]);
+  expectActions(keyboardMacro);
+  expectActions(mouseMacro);
+}
+
+void FaultTest::passMoment(std::chrono::microseconds bound) {
+  waitFor(std::chrono::microseconds(
+      std::uniform_int_distribution<std::int64_t>(0, bound.count())(random)));
+}
+
+void FaultTest::expectUsableInput() {
+  EXPECT_TRUE(waitUntil([&] { return heldInput(desktop.display()).empty(); }))
+      << heldInput(desktop.display());
+  user.pointAt(client->window());
+  ASSERT_TRUE(windows.activate(client->window()));
+  client->readAll(user);
+  user.type("a");
+  EXPECT_EQ(keysOf(client->readAll(user)), tapOf(keys::a));
+}
+
+void FaultTest::expectNoLeftovers() const {
+  // What a journal holds may have been needed no more; the next edit takes it away.
+  const auto defaults = UserDefaults::standard();
+  store(defaults, "edited", !(defaults.object("edited") == DefaultsObject(true)));
+  EXPECT_EQ(namesIn(settingsDirectory()), std::vector<std::string>{"org.vorrin.Vorrin.sqlite3"});
+  EXPECT_EQ(namesIn(home.path() / "Library" / "Logs"),
+            std::vector<std::string>{"Vorrin-status.txt"});
+}
+
+void FaultTest::expectWorkingProgram() {
+  settings = stored();
+  program.reset();
+  startProgram();
+  showClient();
+  runMacros();
+  user.tap(keys::escape);
+  expectSilence();
+}
+
+}  // namespace vorrin::faults

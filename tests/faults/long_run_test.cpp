@@ -1,0 +1,72 @@
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <fstream>
+#include <iostream>
+
+#include "amounts.h"
+#include "engine/engine.h"
+#include "platform/fake/time/fake_time.h"
+#include "tap_process.h"
+#include "tests/x11/harness/server.h"
+
+namespace vorrin::faults {
+namespace {
+
+using namespace x11_tests;
+
+/// The memory that a process occupies, in bytes.
+std::int64_t residentMemory(pid_t process) {
+  std::ifstream statm("/proc/" + std::to_string(process) + "/statm");
+  std::int64_t whole = 0;
+  std::int64_t resident = 0;
+  statm >> whole >> resident;
+  return resident * ::sysconf(_SC_PAGESIZE);
+}
+
+constexpr std::int64_t mebibyte = 1 << 20;
+
+TEST(LongRun, a_day_of_both_macros_misses_no_action_and_grows_by_nothing) {
+  fake::resetTime();
+  Engine macros;
+  PerMacro<std::int64_t> actions{0, 0};
+  macros.emit = [&](int macro) { ++actions[macro]; };
+  macros.intervals = {0.1, 0.02};
+  macros.toggle(0);
+  macros.toggle(1);
+  constexpr int hours = 24;
+  fake::advance(3600);
+  const std::int64_t before = residentMemory(::getpid());
+  for (int hour = 1; hour < hours; ++hour) fake::advance(3600);
+  EXPECT_EQ(actions[0], hours * 3600 * 10);
+  EXPECT_EQ(actions[1], hours * 3600 * 50);
+  EXPECT_LT(residentMemory(::getpid()) - before, mebibyte);
+  macros.stopAll();
+  EXPECT_EQ(fake::scheduledTimers(), 0U);
+}
+
+TEST(LongRun, posting_for_very_long_takes_no_more_memory) {
+  const std::int64_t ticks = amount("ticks", 50'000);
+  constexpr std::int64_t inOneGo = 500;
+  // The sanitizer keeps what was freed for a while.
+  ::setenv("ASAN_OPTIONS", "quarantine_size_mb=1:thread_local_quarantine_size_kb=64", 1);
+  Desktop desktop;
+  TapProcess tap(desktop.display());
+  ::unsetenv("ASAN_OPTIONS");
+  ASSERT_TRUE(tap.command("create 50 48"));
+  const auto post = [&](std::int64_t count) {
+    for (std::int64_t done = 0; done < count; done += inOneGo) {
+      ASSERT_TRUE(tap.command("post 18 7 " + std::to_string(inOneGo / 2)));
+      ASSERT_TRUE(tap.command("click " + std::to_string(inOneGo / 2)));
+    }
+  };
+  post(ticks / 10);
+  const std::int64_t before = residentMemory(tap.process().id());
+  post(ticks);
+  const std::int64_t growth = residentMemory(tap.process().id()) - before;
+  std::cout << "growth: " << growth / 1024 << " KiB\n";
+  EXPECT_LT(growth, mebibyte);
+}
+
+}  // namespace
+}  // namespace vorrin::faults

@@ -1,0 +1,78 @@
+#include <csignal>
+
+#include "fault_test.h"
+#include "input_watch.h"
+
+namespace vorrin::faults {
+namespace {
+
+// The program is stopped for a while, as by a debugger, a full memory or a closed lid.
+struct StopTest : FaultTest {
+  void stopAWhile() {
+    program->process().signal(SIGSTOP);
+    waitFor(duration);
+    program->process().signal(SIGCONT);
+  }
+  const std::chrono::seconds duration{amount("stop", 3)};
+};
+
+TEST_F(StopTest, the_keyboard_works_while_the_program_is_stopped) {
+  startMacros();
+  program->process().signal(SIGSTOP);
+  expectUsableInput();
+  waitFor(duration);
+  user.tap(keys::tab);
+  expectUsableInput();
+  program->process().signal(SIGCONT);
+}
+
+TEST_F(StopTest, the_macros_go_on_afterwards_without_making_up_for_what_they_missed) {
+  startMacros();
+  stopAWhile();
+  InputWatch watch(desktop.display());
+  waitFor(std::chrono::milliseconds(500));
+  // Both act a hundred times a second.
+  EXPECT_LT(watch.takePresses(), 150);
+  expectActions(keyboardMacro);
+  expectActions(mouseMacro);
+  user.tap(keys::escape);
+  expectSilence();
+  expectUsableInput();
+}
+
+TEST_F(StopTest, escape_pressed_meanwhile_stops_the_macros_at_once_afterwards) {
+  startMacros();
+  program->process().signal(SIGSTOP);
+  waitFor(duration);
+  client->readAll(user);
+  user.tap(keys::escape);
+  InputWatch watch(desktop.display());
+  program->process().signal(SIGCONT);
+  waitFor(std::chrono::milliseconds(500));
+  EXPECT_LE(watch.takePresses(), 2);
+  expectUsableInput();
+}
+
+TEST_F(StopTest, ended_while_stopped_it_leaves_nothing_down) {
+  startMacros();
+  const Stored before = readStored();
+  program->process().signal(SIGSTOP);
+  program->process().signal(SIGKILL);
+  ASSERT_TRUE(program->process().waitForEnd());
+  expectUsableInput();
+  EXPECT_EQ(readStored(), before);
+  expectWorkingProgram();
+}
+
+TEST_F(StopTest, asked_to_end_while_stopped_it_ends_as_usual_afterwards) {
+  startMacros();
+  program->process().signal(SIGSTOP);
+  program->process().signal(SIGTERM);
+  waitFor(std::chrono::milliseconds(200));
+  program->process().signal(SIGCONT);
+  EXPECT_EQ(program->process().waitForEnd(), Ending{});
+  expectUsableInput();
+}
+
+}  // namespace
+}  // namespace vorrin::faults
