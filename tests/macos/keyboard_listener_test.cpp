@@ -21,7 +21,10 @@ constexpr std::int64_t escape = 53;
 
 class MacosKeyboardListener : public testing::Test {
  protected:
-  MacosKeyboardListener() { setProgramActive(false); }
+  MacosKeyboardListener() {
+    setProgramActive(false);
+    setSessionActive(true);
+  }
   ~MacosKeyboardListener() override {
     engine.stopAll();
     engine.held.clear();
@@ -138,6 +141,22 @@ TEST_F(MacosKeyboardListener, a_shortcut_pressed_before_the_own_window_came_up_i
   EXPECT_TRUE(engine.held.empty());
 }
 
+TEST_F(MacosKeyboardListener, in_a_locked_session_every_key_passes_and_nothing_starts) {
+  connectKeyboardListener();
+  setSessionActive(false);
+  EXPECT_TRUE(passes({.type = keyDown, .keyCode = backtick}));
+  EXPECT_TRUE(passes({.type = keyUp, .keyCode = backtick}));
+  EXPECT_FALSE(engine.running[0]);
+}
+
+TEST_F(MacosKeyboardListener, a_shortcut_held_when_the_session_was_locked_counts_as_released) {
+  connectKeyboardListener();
+  passes({.type = keyDown, .keyCode = backtick});
+  setSessionActive(false);
+  EXPECT_TRUE(passes({.type = keyUp, .keyCode = backtick}));
+  EXPECT_TRUE(engine.held.empty());
+}
+
 TEST_F(MacosKeyboardListener, a_tap_disabled_by_the_system_stops_everything_and_is_enabled_again) {
   connectKeyboardListener();
   for (const std::uint32_t notice : {0xFFFFFFFE, 0xFFFFFFFF}) {
@@ -159,6 +178,15 @@ TEST_F(MacosKeyboardListener, a_lost_grant_stops_the_macros_and_holds_the_tap_ba
   EXPECT_TRUE(engine.held.empty());
   EXPECT_EQ(quartz.tapEnabled(), false);
   EXPECT_TRUE(engine.tap) << "the tap is still there, only off";
+}
+
+TEST_F(MacosKeyboardListener, a_lost_grant_stops_the_macros_also_while_the_own_window_is_active) {
+  connectKeyboardListener();
+  passes({.type = keyDown, .keyCode = backtick});
+  setProgramActive(true);
+  quartz.trusted = false;
+  quartz.fireTimers();
+  EXPECT_FALSE(engine.running[0]) << "no tap hears Escape any more";
 }
 
 TEST_F(MacosKeyboardListener, listens_again_when_the_grant_is_back) {

@@ -5,10 +5,15 @@
 
 namespace {
 bool programIsActive = false;
+bool userIsAtSession = true;
 }  // namespace
 
 void setProgramActive(bool active) {
   programIsActive = active;
+}
+
+void setSessionActive(bool active) {
+  userIsAtSession = active;
 }
 
 namespace vorrin {
@@ -18,7 +23,7 @@ bool applicationIsActive() {
 }
 
 bool sessionIsActive() {
-  return true;
+  return userIsAtSession;
 }
 
 }  // namespace vorrin

@@ -2,3 +2,6 @@
 
 /// What `applicationIsActive` answers in these tests.
 void setProgramActive(bool active);
+
+/// What `sessionIsActive` answers in these tests.
+void setSessionActive(bool active);

@@ -15,7 +15,10 @@ using testing::IsEmpty;
 
 class MacosSynthesis : public testing::Test {
  protected:
-  MacosSynthesis() { setProgramActive(false); }
+  MacosSynthesis() {
+    setProgramActive(false);
+    setSessionActive(true);
+  }
   ~MacosSynthesis() override {
     engine.stopAll();
     engine.digit = 1;
@@ -73,6 +76,13 @@ TEST_F(MacosSynthesis, the_other_event_is_posted_when_one_cannot_be_made) {
 
 TEST_F(MacosSynthesis, nothing_is_asked_or_posted_while_the_program_is_active) {
   setProgramActive(true);
+  emitMacro(0, {});
+  emitMacro(1, {});
+  EXPECT_THAT(quartz.calls, IsEmpty());
+}
+
+TEST_F(MacosSynthesis, nothing_is_asked_or_posted_in_a_locked_session) {
+  setSessionActive(false);
   emitMacro(0, {});
   emitMacro(1, {});
   EXPECT_THAT(quartz.calls, IsEmpty());

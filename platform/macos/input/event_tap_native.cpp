@@ -49,6 +49,8 @@ EventTap::Native::~Native() {
 void EventTap::Native::addToMainRunLoop() {
   const CoreFoundationHandle<CFRunLoopSourceRef> source(
       CFMachPortCreateRunLoopSource(kCFAllocatorDefault, port_.get(), 0));
+  // None for a port that has ended meanwhile; its notice is on its way.
+  if (!source) return;
   CFRunLoopAddSource(CFRunLoopGetMain(), source.get(), kCFRunLoopCommonModes);
   trustWatch_.emplace([this] { trustMayHaveChanged(); });
 }

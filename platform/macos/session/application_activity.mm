@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "platform/fatal_error.h"
-#include "platform/macos/session/notification_observer.h"
+#include "platform/macos/foundation/notification_observer.h"
 
 namespace vorrin {
 

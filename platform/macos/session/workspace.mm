@@ -2,10 +2,12 @@
 
 #import <AppKit/AppKit.h>
 
+#include <array>
 #include <utility>
 
 #include "platform/fatal_error.h"
-#include "platform/macos/session/notification_observer.h"
+#include "platform/macos/foundation/notification_observer.h"
+#include "platform/macos/session/session_presence.h"
 
 namespace vorrin {
 
@@ -13,30 +15,73 @@ namespace {
 
 bool isSessionActive = true;
 
-/// Has `notification` called once `isSessionActive` holds what it tells.
-std::function<void()> remembering(bool isActive, std::function<void()> notification) {
-  return [isActive, notification = std::move(notification)] {
-    isSessionActive = isActive;
-    if (notification) notification();
-  };
+// Not documented, but as old as the screen lock. Without them a locked screen would count as any
+// other.
+NSNotificationName const screenIsLocked = @"com.apple.screenIsLocked";
+NSNotificationName const screenIsUnlocked = @"com.apple.screenIsUnlocked";
+NSString* const lockedKey = @"CGSSessionScreenIsLocked";
+
+class WorkspaceObserver {
+ public:
+  explicit WorkspaceObserver(WorkspaceNotifications notifications);
+
+ private:
+  void tell(bool isActive) const;
+
+  WorkspaceNotifications notifications_;
+  SessionPresence presence_;
+  std::array<std::shared_ptr<void>, 6> observations_;
+};
+
+/// What the window server says of this session; nil for a process outside of one.
+NSDictionary* currentSession() {
+  return CFBridgingRelease(CGSessionCopyCurrentDictionary());
+}
+
+bool sessionIsOnScreen() {
+  NSNumber* onConsole = currentSession()[(__bridge NSString*)kCGSessionOnConsoleKey];
+  return onConsole == nil || onConsole.boolValue;
+}
+
+bool sessionIsLocked() {
+  NSNumber* locked = currentSession()[lockedKey];
+  return locked.boolValue;
+}
+
+WorkspaceObserver::WorkspaceObserver(WorkspaceNotifications notifications)
+    : notifications_(std::move(notifications)),
+      presence_([this](bool isActive) { tell(isActive); }) {
+  // The workspace has a centre of its own; these are not posted to the default one.
+  NSNotificationCenter* workspace = NSWorkspace.sharedWorkspace.notificationCenter;
+  const auto lookAgain = [this] { presence_.setLocked(sessionIsLocked()); };
+  observations_ = {observe(workspace, NSWorkspaceWillSleepNotification, notifications_.willSleep),
+                   observe(workspace, NSWorkspaceSessionDidResignActiveNotification,
+                           [this] { presence_.setOnScreen(false); }),
+                   observe(workspace, NSWorkspaceSessionDidBecomeActiveNotification,
+                           [this, lookAgain] {
+                             lookAgain();
+                             presence_.setOnScreen(true);
+                           }),
+                   observeDistributed(screenIsLocked, [this] { presence_.setLocked(true); }),
+                   observeDistributed(screenIsUnlocked, [this] { presence_.setLocked(false); }),
+                   // A lock whose end was not told must not last for ever.
+                   observe(NSNotificationCenter.defaultCenter,
+                           NSApplicationDidBecomeActiveNotification, lookAgain)};
+  lookAgain();
+  presence_.setOnScreen(sessionIsOnScreen());
+}
+
+void WorkspaceObserver::tell(bool isActive) const {
+  isSessionActive = isActive;
+  const auto& notification =
+      isActive ? notifications_.sessionDidBecomeActive : notifications_.sessionDidResignActive;
+  if (notification) notification();
 }
 
 }  // namespace
 
 std::shared_ptr<void> observeWorkspace(WorkspaceNotifications notifications) {
-  struct Observers {
-    std::shared_ptr<void> sleep;
-    std::shared_ptr<void> departure;
-    std::shared_ptr<void> arrival;
-  };
-  // The workspace has a centre of its own; these are not posted to the default one.
-  NSNotificationCenter* center = NSWorkspace.sharedWorkspace.notificationCenter;
-  return std::make_shared<Observers>(Observers{
-      observe(center, NSWorkspaceWillSleepNotification, std::move(notifications.willSleep)),
-      observe(center, NSWorkspaceSessionDidResignActiveNotification,
-              remembering(false, std::move(notifications.sessionDidResignActive))),
-      observe(center, NSWorkspaceSessionDidBecomeActiveNotification,
-              remembering(true, std::move(notifications.sessionDidBecomeActive)))});
+  return std::make_shared<WorkspaceObserver>(std::move(notifications));
 }
 
 bool sessionIsActive() {

@@ -12,11 +12,15 @@ namespace vorrin {
 
 namespace {
 
+constexpr unsigned short escapeKey = 53;
+
 NSAlert* nsAlert(const Alert& alert) {
   NSAlert* native = [[NSAlert alloc] init];
   native.messageText = nsString(alert.messageText);
   native.informativeText = nsString(alert.informativeText);
   for (const std::string& title : alert.buttons) [native addButtonWithTitle:nsString(title)];
+  // AppKit gives every button called "Cancel" the Escape key, also where it is the default.
+  native.buttons.firstObject.keyEquivalent = @"\r";
   if (alert.accessory) {
     NSView* accessory = nsView(*alert.accessory);
     // An alert makes room for the accessory's frame, which follows its fixed lengths here.
@@ -24,9 +28,22 @@ NSAlert* nsAlert(const Alert& alert) {
     native.accessoryView = accessory;
     [native layout];
   }
-  // A first button called "Cancel" has the Escape key as its own; Return belongs to it as well.
-  if (native.buttons.count > 0) native.window.defaultButtonCell = native.buttons.firstObject.cell;
+  // An open question must not hold up quitting or logging out; it counts as not answered then.
+  native.window.preventsApplicationTerminationWhenModal = NO;
   return native;
+}
+
+/// Has Escape press `button` too, which has another key of its own. Ends with `removeMonitor:`.
+id pressWithEscape(NSButton* button, NSWindow* sheet) {
+  return [NSEvent
+      addLocalMonitorForEventsMatchingMask:NSEventMaskKeyDown
+                                   handler:^NSEvent*(NSEvent* event) {
+                                     if (event.window != sheet || event.keyCode != escapeKey) {
+                                       return event;
+                                     }
+                                     [button performClick:nil];
+                                     return nil;
+                                   }];
 }
 
 }  // namespace
@@ -35,9 +52,14 @@ void beginSheet(const Alert& alert, const Window& window, std::function<void(int
   NSWindow* parent = window.native()->window;
   if (parent.attachedSheet != nil) return;
   NSAlert* native = nsAlert(alert);
+  const bool isSafeByDefault = !alert.buttons.empty() && alert.buttons.front() == "Cancel";
+  id escape = isSafeByDefault ? pressWithEscape(native.buttons.firstObject, native.window) : nil;
   const auto answered = std::move(completion);
   [native beginSheetModalForWindow:parent
                  completionHandler:^(NSModalResponse response) {
+                   if (escape != nil) [NSEvent removeMonitor:escape];
+                   // Taken away now, so that the answer may ask the next question.
+                   [native.window orderOut:nil];
                    // Other responses say that the sheet was ended without an answer.
                    const NSInteger index = response - NSAlertFirstButtonReturn;
                    if (index >= 0 && answered) answered(static_cast<int>(index));

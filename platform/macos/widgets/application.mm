@@ -2,7 +2,10 @@
 
 #import <AppKit/AppKit.h>
 
+#include <memory>
 #include <utility>
+
+#include "platform/macos/widgets/running_instance.h"
 
 /// Passes what AppKit tells its delegate on to an `ApplicationDelegate`.
 @interface VorrinApplicationDelegate : NSObject <NSApplicationDelegate>
@@ -11,6 +14,7 @@
 
 @implementation VorrinApplicationDelegate {
   vorrin::ApplicationDelegate _delegate;
+  std::shared_ptr<void> _reopening;
 }
 
 - (instancetype)initWithDelegate:(vorrin::ApplicationDelegate)delegate {
@@ -21,6 +25,13 @@
 
 - (void)applicationDidFinishLaunching:(NSNotification*)notification {
   _delegate.didFinishLaunching();
+  __weak VorrinApplicationDelegate* weakSelf = self;
+  _reopening = vorrin::observeReopening([weakSelf] { [weakSelf reopen]; });
+}
+
+- (void)reopen {
+  [NSApp activateIgnoringOtherApps:YES];
+  _delegate.shouldHandleReopen(true);
 }
 
 - (BOOL)applicationShouldHandleReopen:(NSApplication*)application hasVisibleWindows:(BOOL)visible {
@@ -72,6 +83,8 @@ void Application::setDelegate(ApplicationDelegate delegate) {
 }
 
 int Application::run() {
+  const bool isInterfaceTest = [NSProcessInfo.processInfo.arguments containsObject:@"--ui-test"];
+  if (!isInterfaceTest && reopenRunningInstance()) return 0;
   [NSApp run];
   return 0;
 }

@@ -31,7 +31,7 @@ Button Button::checkbox(const std::string& title, Action action) {
 }
 
 std::optional<Button> Button::from(const View& view) {
-  if (![nsView(view) isKindOfClass:NSButton.class]) return std::nullopt;
+  if (!view || ![nsView(view) isKindOfClass:NSButton.class]) return std::nullopt;
   return Button(view.native());
 }
 

@@ -1,5 +1,6 @@
 #include "platform/pop_up_button.h"
 
+#include "platform/fatal_error.h"
 #include "platform/macos/foundation/ns_string.h"
 #include "platform/macos/widgets/action_target.h"
 #include "platform/macos/widgets/view_native.h"
@@ -51,6 +52,7 @@ std::string PopUpButton::titleOfSelectedItem() const {
 }
 
 void PopUpButton::selectItem(int index) const {
+  precondition(index >= 0 && index < numberOfItems(), "the pop-up has an item of this index");
   [nsPopUpButton(*this) selectItemAtIndex:index];
 }
 

@@ -58,7 +58,7 @@ TextField TextField::field(const std::string& text) {
 }
 
 std::optional<TextField> TextField::from(const View& view) {
-  if (![nsView(view) isKindOfClass:NSTextField.class]) return std::nullopt;
+  if (!view || ![nsView(view) isKindOfClass:NSTextField.class]) return std::nullopt;
   return TextField(view.native());
 }
 

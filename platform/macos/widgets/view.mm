@@ -1,5 +1,6 @@
 #include "platform/view.h"
 
+#include "platform/fatal_error.h"
 #include "platform/macos/foundation/ns_string.h"
 #include "platform/macos/widgets/appearance.h"
 #include "platform/macos/widgets/view_native.h"
@@ -42,6 +43,7 @@ View viewOf(NSView* view) {
 }
 
 NSView* nsView(const View& view) {
+  precondition(static_cast<bool>(view), "the value refers to a view");
   return view.native()->view;
 }
 

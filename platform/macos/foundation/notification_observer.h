@@ -12,4 +12,9 @@ namespace vorrin {
 [[nodiscard]] std::shared_ptr<void> observe(NSNotificationCenter* center, NSNotificationName name,
                                             std::function<void()> told);
 
+/// The same for a notification that any process of the session may send. It is told at once: by
+/// default those are held back from an application that is not the active one.
+[[nodiscard]] std::shared_ptr<void> observeDistributed(NSNotificationName name,
+                                                       std::function<void()> told);
+
 }  // namespace vorrin
