@@ -1,34 +1,36 @@
 #include "platform/alert.h"
 
-#include <QLabel>
-#include <QLineEdit>
-#include <QTest>
+#include <gmock/gmock.h>
 
-#include "interface_test.h"
-#include "platform/linux/widgets/window_widget.h"
+#include "driver.h"
 
 namespace vorrin {
 namespace {
 
+using driver::Key;
 using testing::ElementsAre;
+using testing::IsEmpty;
 
 class AlertSheet : public testing::Test {
  protected:
   AlertSheet() : window(Window::make({580, 400}, window_style::titled)) {
     window.orderFront();
-    precondition(QTest::qWaitForWindowActive(&widgetOf(window)), "the window is shown");
+    driver::activate(window);
   }
-  ~AlertSheet() override { deleteWhatIsLeft(); }
+  ~AlertSheet() override {
+    driver::takeAway(window);
+    driver::deleteWhatIsLeft();
+  }
 
   void ask(const Alert& alert) {
     beginSheet(alert, window, [this](int answer) { answers.push_back(answer); });
   }
 
-  [[nodiscard]] QDialog* sheet() const { return widgetOf(window).sheet; }
-
-  void press(Qt::Key key) const {
-    ASSERT_TRUE(QTest::qWaitForWindowActive(sheet()));
-    QTest::keyClick(sheet()->windowHandle(), key);
+  /// Presses a key and waits for the answer that it gives.
+  void answerWith(Key key) {
+    const std::size_t before = answers.size();
+    driver::pressInSheet(window, key);
+    EXPECT_TRUE(driver::waitFor([this, before] { return answers.size() > before; }));
   }
 
   static Alert question() {
@@ -44,82 +46,74 @@ class AlertSheet : public testing::Test {
 
 TEST_F(AlertSheet, it_returns_at_once_and_answers_later) {
   ask(question());
-  ASSERT_NE(sheet(), nullptr);
-  EXPECT_TRUE(sheet()->isVisible());
-  EXPECT_EQ(sheet()->windowModality(), Qt::WindowModal);
-  EXPECT_TRUE(answers.empty());
+  EXPECT_TRUE(driver::hasSheet(window));
+  EXPECT_THAT(answers, IsEmpty());
+}
+
+TEST_F(AlertSheet, it_shows_its_texts_and_its_buttons) {
+  ask(question());
+  EXPECT_THAT(driver::sheetTexts(window), ElementsAre("Sure?", "It cannot be undone."));
+  EXPECT_THAT(driver::sheetButtons(window), ElementsAre("Yes", "Cancel"));
 }
 
 TEST_F(AlertSheet, enter_answers_with_the_first_button) {
   ask(question());
-  press(Qt::Key_Return);
+  answerWith(Key::enter);
   EXPECT_THAT(answers, ElementsAre(0));
-  EXPECT_EQ(sheet(), nullptr);
+  EXPECT_FALSE(driver::hasSheet(window));
 }
 
 TEST_F(AlertSheet, escape_answers_with_cancel_wherever_it_stands) {
   ask(question());
-  press(Qt::Key_Escape);
+  answerWith(Key::escape);
   Alert reversed = question();
   reversed.buttons = {"Cancel", "Yes"};
   ask(reversed);
-  press(Qt::Key_Escape);
+  answerWith(Key::escape);
   EXPECT_THAT(answers, ElementsAre(1, 0));
 }
 
-TEST_F(AlertSheet, escape_does_nothing_where_nothing_can_be_cancelled) {
+TEST_F(AlertSheet, a_first_button_called_cancel_is_the_default_too) {
   Alert alert = question();
-  alert.buttons = {"Left", "Right"};
+  alert.buttons = {"Cancel", "Yes"};
   ask(alert);
-  press(Qt::Key_Escape);
-  EXPECT_TRUE(answers.empty());
-  EXPECT_TRUE(sheet()->isVisible());
-  sheet()->close();
-  EXPECT_TRUE(sheet()->isVisible());
-}
-
-TEST_F(AlertSheet, its_close_button_means_cancel) {
-  ask(question());
-  sheet()->close();
-  EXPECT_THAT(answers, ElementsAre(1));
+  EXPECT_EQ(driver::defaultSheetButton(window), "Cancel");
+  answerWith(Key::enter);
+  EXPECT_THAT(answers, ElementsAre(0));
 }
 
 TEST_F(AlertSheet, a_second_sheet_is_refused_and_never_answers) {
   ask(question());
-  QDialog* first = sheet();
   int refused = 0;
-  beginSheet(question(), window, [&refused](int) { ++refused; });
-  EXPECT_EQ(sheet(), first);
-  press(Qt::Key_Return);
-  EXPECT_EQ(sheet(), nullptr);
+  Alert second = question();
+  second.messageText = "Really?";
+  beginSheet(second, window, [&refused](int) { ++refused; });
+  EXPECT_EQ(driver::sheetTexts(window).front(), "Sure?");
+  answerWith(Key::enter);
+  EXPECT_FALSE(driver::hasSheet(window));
   EXPECT_EQ(refused, 0);
 }
 
 TEST_F(AlertSheet, its_answer_may_ask_the_next_question) {
-  beginSheet(question(), window, [this](int) { ask(question()); });
-  press(Qt::Key_Return);
-  ASSERT_NE(sheet(), nullptr);
-  press(Qt::Key_Return);
+  bool asked = false;
+  beginSheet(question(), window, [this, &asked](int) {
+    ask(question());
+    asked = true;
+  });
+  driver::pressInSheet(window, Key::enter);
+  ASSERT_TRUE(driver::waitFor([&asked] { return asked; }));
+  ASSERT_TRUE(driver::hasSheet(window));
+  answerWith(Key::enter);
   EXPECT_THAT(answers, ElementsAre(0));
-}
-
-TEST_F(AlertSheet, it_never_answers_when_its_window_goes_away) {
-  ask(question());
-  const QPointer<QDialog> open = sheet();
-  window = Window();
-  deleteWhatIsLeft();
-  EXPECT_TRUE(open.isNull());
-  EXPECT_TRUE(answers.empty());
 }
 
 TEST_F(AlertSheet, the_accessory_has_the_keyboard_and_its_text_is_selected) {
   Alert alert = question();
-  alert.accessory = TextField::field("old name");
+  const TextField field = TextField::field("old name");
+  alert.accessory = field;
   ask(alert);
-  ASSERT_TRUE(QTest::qWaitForWindowActive(sheet()));
-  const auto& field = widgetOf<QLineEdit>(*alert.accessory);
-  EXPECT_TRUE(waitFor([&field] { return field.hasFocus(); }));
-  EXPECT_EQ(field.selectedText(), "old name");
+  EXPECT_TRUE(driver::waitFor([&field] { return driver::hasKeyboard(field); }));
+  EXPECT_EQ(driver::selectedText(field), "old name");
 }
 
 TEST_F(AlertSheet, the_accessory_outlives_the_sheet_for_its_answer) {
@@ -128,88 +122,12 @@ TEST_F(AlertSheet, the_accessory_outlives_the_sheet_for_its_answer) {
   Alert alert = question();
   alert.accessory = field;
   beginSheet(alert, window, [&typed, field](int) { typed = field.text(); });
-  ASSERT_TRUE(QTest::qWaitForWindowActive(sheet()));
-  QTest::keyClicks(&widgetOf(field), "new");
-  press(Qt::Key_Return);
-  EXPECT_EQ(typed, "new");
-  deleteWhatIsLeft();
+  ASSERT_TRUE(driver::waitFor([&field] { return driver::hasKeyboard(field); }));
+  driver::enter(window, "new");
+  driver::pressInSheet(window, Key::enter);
+  EXPECT_TRUE(driver::waitFor([&typed] { return typed == "new"; }));
+  driver::deleteWhatIsLeft();
   EXPECT_EQ(field.text(), "new");
-}
-
-TEST_F(AlertSheet, an_accessory_that_nobody_keeps_goes_away_with_the_answer) {
-  QPointer<QWidget> widget;
-  {
-    Alert alert = question();
-    alert.accessory = TextField::field("old");
-    widget = &widgetOf(*alert.accessory);
-    ask(alert);
-  }
-  press(Qt::Key_Return);
-  deleteWhatIsLeft();
-  EXPECT_TRUE(widget.isNull());
-}
-
-TEST_F(AlertSheet, the_window_below_gets_no_clicks) {
-  int clicks = 0;
-  const Button button =
-      Button::push("below", {&clicks, "act", [&clicks](const Button&) { ++clicks; }});
-  window.contentView().addTopCentered(button, 10, 100);
-  window.contentView().layoutSubtreeIfNeeded();
-  QWidget& parent = widgetOf(window);
-  const QPoint place = widgetOf(button).mapTo(&parent, QPoint(20, 10));
-  ask(question());
-  ASSERT_TRUE(QTest::qWaitForWindowActive(sheet()));
-  QTest::mouseClick(parent.windowHandle(), Qt::LeftButton, {}, place);
-  EXPECT_EQ(clicks, 0);
-  press(Qt::Key_Escape);
-  QTest::mouseClick(parent.windowHandle(), Qt::LeftButton, {}, place);
-  EXPECT_EQ(clicks, 1);
-}
-
-TEST_F(AlertSheet, long_words_wrap_inside_the_sheet) {
-  ask(question());
-  const int width = sheet()->width();
-  const int height = sheet()->height();
-  press(Qt::Key_Escape);
-  Alert alert = question();
-  alert.messageText = "Delete “" + std::string(80, 'W') + "”?";
-  ask(alert);
-  EXPECT_EQ(sheet()->width(), width);
-  EXPECT_GT(sheet()->height(), height);
-}
-
-TEST_F(AlertSheet, an_endless_text_leaves_the_buttons_on_the_screen) {
-  Alert alert = question();
-  alert.messageText = std::string(100000, 'W');
-  ask(alert);
-  EXPECT_LT(sheet()->height(), 500);
-}
-
-TEST_F(AlertSheet, a_long_explanation_is_shown_whole) {
-  Alert alert = question();
-  for (int i = 0; i < 100; ++i) alert.informativeText += " and more";
-  ask(alert);
-  const auto texts = sheet()->findChildren<QLabel*>();
-  ASSERT_EQ(texts.size(), 2);
-  EXPECT_GT(texts[1]->height(), 10 * texts[0]->height());
-}
-
-TEST_F(AlertSheet, it_is_as_wide_as_its_buttons_need) {
-  Alert alert = question();
-  alert.buttons = {"Close", "Allow for a very long time", "Ask every single time", "Take it back"};
-  ask(alert);
-  for (const QPushButton* button : sheet()->findChildren<QPushButton*>()) {
-    EXPECT_GE(button->width(), button->sizeHint().width());
-    EXPECT_LE(button->geometry().right(), sheet()->width());
-  }
-  const auto texts = sheet()->findChildren<QLabel*>();
-  EXPECT_EQ(texts[0]->width(), sheet()->width() - 40);
-}
-
-TEST_F(AlertSheet, screen_readers_hear_the_question) {
-  ask(question());
-  EXPECT_EQ(sheet()->accessibleName(), "Sure?");
-  EXPECT_EQ(sheet()->accessibleDescription(), "It cannot be undone.");
 }
 
 }  // namespace

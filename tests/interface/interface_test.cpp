@@ -1,23 +1,12 @@
 #include "interface_test.h"
 
-#include <QAbstractItemView>
-#include <QApplication>
-#include <QComboBox>
-#include <QInputMethodEvent>
-#include <QLabel>
-#include <QTest>
-#include <QWindow>
-#include <algorithm>
-
 #include "bridge/program_engine.h"
 #include "platform/fake/system/fake_system.h"
-#include "platform/linux/widgets/window_widget.h"
+#include "platform/fatal_error.h"
 
 namespace vorrin {
 
 namespace {
-
-constexpr int patienceMilliseconds = 5000;
 
 void addWithSubviews(const View& view, std::vector<View>& views) {
   views.push_back(view);
@@ -26,16 +15,9 @@ void addWithSubviews(const View& view, std::vector<View>& views) {
 
 }  // namespace
 
-bool waitFor(const std::function<bool()>& condition) {
-  return QTest::qWaitFor(condition, patienceMilliseconds);
-}
-
-void deleteWhatIsLeft() {
-  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-}
-
 InterfaceTest::InterfaceTest() {
   fake::resetSystem();
+  driver::forgetStoredSettings();
   forgetEngine();
   std::filesystem::create_directories(home.path / "Library/Logs");
   launch();
@@ -44,15 +26,14 @@ InterfaceTest::InterfaceTest() {
 InterfaceTest::~InterfaceTest() {
   close();
   forgetEngine();
+  driver::forgetStoredSettings();
 }
 
 void InterfaceTest::launch() {
   close();
   app = std::make_shared<App>(std::vector<std::string>{"vorrin"}, nullptr);
   app->applicationDidFinishLaunching();
-  QWidget& window = widgetOf(app->window);
-  window.activateWindow();
-  precondition(QTest::qWaitForWindowActive(&window, patienceMilliseconds), "the window is shown");
+  driver::activate(app->window);
 }
 
 void InterfaceTest::close() {
@@ -60,8 +41,9 @@ void InterfaceTest::close() {
   engine.stopAll();
   engine.tap.reset();
   if (app->poll) app->poll->invalidate();
+  driver::takeAway(app->window);
   app.reset();
-  deleteWhatIsLeft();
+  driver::deleteWhatIsLeft();
 }
 
 void InterfaceTest::forgetEngine() {
@@ -99,85 +81,6 @@ TextField InterfaceTest::label(const std::string& text) const {
     if (found && !found->isEditable() && found->text() == text) return *found;
   }
   fatalError("no label \"" + text + "\"");
-}
-
-void InterfaceTest::click(const View& view) {
-  click(widgetOf(view));
-}
-
-void InterfaceTest::click(QWidget& widget) {
-  QWidget& window = *widget.window();
-  const QPoint middle = widget.mapTo(&window, widget.rect().center());
-  QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {}, middle);
-}
-
-void InterfaceTest::press(Qt::Key key, Qt::KeyboardModifiers modifiers) const {
-  const QWidget* window = sheet();
-  if (window == nullptr) window = &widgetOf(app->window);
-  QTest::keyClick(window->windowHandle(), key, modifiers);
-}
-
-void InterfaceTest::type(const TextField& field, const std::string& text) const {
-  click(field);
-  press(Qt::Key_A, Qt::ControlModifier);
-  press(Qt::Key_Backspace);
-  enter(text);
-}
-
-void InterfaceTest::enter(const std::string& text) {
-  // An input method hands over whole texts, also those that no key stands for.
-  QInputMethodEvent typed;
-  typed.setCommitString(QString::fromStdString(text));
-  QApplication::sendEvent(QApplication::focusWidget(), &typed);
-}
-
-void InterfaceTest::choose(const PopUpButton& popUp, int item) {
-  auto& widget = widgetOf<QComboBox>(popUp);
-  click(widget);
-  QAbstractItemView& list = *widget.view();
-  precondition(waitFor([&list] { return list.isVisible(); }), "the pop-up opens");
-  const QModelIndex index = list.model()->index(item, 0);
-  const QPoint place = list.viewport()->mapTo(list.window(), list.visualRect(index).center());
-  QTest::mouseMove(list.window()->windowHandle(), place);
-  QTest::mouseClick(list.window()->windowHandle(), Qt::LeftButton, {}, place);
-  precondition(waitFor([&list] { return !list.isVisible(); }), "the pop-up closes");
-}
-
-Sheet* InterfaceTest::sheet() const {
-  return static_cast<Sheet*>(widgetOf(app->window).sheet.data());
-}
-
-QPushButton* InterfaceTest::sheetButton(const std::string& title) const {
-  precondition(sheet() != nullptr, "a sheet is shown");
-  for (QPushButton* candidate : sheet()->findChildren<QPushButton*>()) {
-    if (candidate->text().toStdString() == title) return candidate;
-  }
-  return nullptr;
-}
-
-std::vector<std::string> InterfaceTest::sheetTexts() const {
-  precondition(sheet() != nullptr, "a sheet is shown");
-  std::vector<std::string> texts;
-  for (const QLabel* text : sheet()->findChildren<QLabel*>()) {
-    texts.push_back(text->text().toStdString());
-  }
-  return texts;
-}
-
-std::vector<std::string> InterfaceTest::sheetButtons() const {
-  precondition(sheet() != nullptr, "a sheet is shown");
-  std::vector<std::string> titles;
-  for (const QPushButton* shown : sheet()->findChildren<QPushButton*>()) {
-    titles.push_back(shown->text().toStdString());
-  }
-  return titles;
-}
-
-void InterfaceTest::answer(const std::string& title) const {
-  precondition(QTest::qWaitForWindowActive(sheet(), patienceMilliseconds), "the sheet is shown");
-  QPushButton* chosen = sheetButton(title);
-  precondition(chosen != nullptr, "the sheet has a button \"" + title + "\"");
-  click(*chosen);
 }
 
 void InterfaceTest::savePreset(const std::string& name, const Preset& preset) {

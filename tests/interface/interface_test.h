@@ -3,25 +3,22 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <QPushButton>
-#include <QString>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "driver.h"
 #include "platform/button.h"
-#include "platform/linux/widgets/native_view.h"
-#include "platform/linux/widgets/sheet.h"
 #include "platform/view.h"
 #include "private_home.h"
 #include "ui/app.h"
 
 namespace vorrin {
 
-/// The real window on the screen of Qt's offscreen platform, worked as a user works it, with the
-/// scripted input services behind it and a home directory of its own.
+/// The real window, worked as a user works it, with the scripted input services behind it and a
+/// home directory of its own.
 class InterfaceTest : public testing::Test {
  protected:
   InterfaceTest();
@@ -38,25 +35,22 @@ class InterfaceTest : public testing::Test {
   /// The label with this text.
   [[nodiscard]] TextField label(const std::string& text) const;
 
-  /// Clicks in the middle of it, wherever that click then goes.
-  static void click(const View& view);
-  static void click(QWidget& widget);
-  /// Presses and releases a key in the sheet, or in the window when there is none.
-  void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const;
+  /// Serves events until `condition` holds; false when that takes longer than a few seconds.
+  [[nodiscard]] static bool waitFor(const std::function<bool()>& condition) {
+    return driver::waitFor(condition);
+  }
+  /// Clicks a control of the window.
+  static void click(const View& view) { driver::click(view); }
   /// Enters text where the keyboard is.
-  static void enter(const std::string& text);
+  void enter(const std::string& text) const { driver::enter(app->window, text); }
   /// Replaces the text of a field.
-  void type(const TextField& field, const std::string& text) const;
-  /// Opens a pop-up and clicks one of its items.
-  static void choose(const PopUpButton& popUp, int item);
+  static void type(const TextField& field, const std::string& text) { driver::type(field, text); }
+  /// Picks an item of a pop-up.
+  static void choose(const PopUpButton& popUp, int item) { driver::choose(popUp, item); }
 
-  /// The sheet that waits for an answer, null when there is none.
-  [[nodiscard]] Sheet* sheet() const;
-  [[nodiscard]] QPushButton* sheetButton(const std::string& title) const;
-  /// Message and informative text of the sheet.
-  [[nodiscard]] std::vector<std::string> sheetTexts() const;
-  [[nodiscard]] std::vector<std::string> sheetButtons() const;
-  void answer(const std::string& title) const;
+  /// Whether a question waits for an answer.
+  [[nodiscard]] bool hasSheet() const { return driver::hasSheet(app->window); }
+  void answer(const std::string& title) const { driver::answer(app->window, title); }
 
   /// Stores a preset under `name` without the window.
   void savePreset(const std::string& name, const Preset& preset);
@@ -69,11 +63,5 @@ class InterfaceTest : public testing::Test {
   static void forgetEngine();
   void close();
 };
-
-/// Serves events until `condition` holds; false when that takes longer than a few seconds.
-[[nodiscard]] bool waitFor(const std::function<bool()>& condition);
-
-/// Lets objects that are to be deleted later be deleted now.
-void deleteWhatIsLeft();
 
 }  // namespace vorrin

@@ -1,9 +1,6 @@
-#include <QTest>
-
 #include "bridge/program_engine.h"
 #include "interface_test.h"
 #include "platform/fake/system/fake_system.h"
-#include "platform/linux/widgets/window_widget.h"
 
 namespace vorrin {
 namespace {
@@ -48,27 +45,26 @@ TEST_F(Lifecycle, switching_the_session_away_stops_both) {
 }
 
 TEST_F(Lifecycle, reopening_brings_a_hidden_window_back) {
-  QWidget& window = widgetOf(app->window);
-  window.hide();
+  driver::hide(app->window);
+  ASSERT_FALSE(driver::isVisible(app->window));
   EXPECT_TRUE(app->applicationShouldHandleReopen(false));
-  EXPECT_TRUE(window.isVisible());
+  EXPECT_TRUE(driver::isVisible(app->window));
 }
 
 TEST_F(Lifecycle, reopening_brings_a_minimised_window_back) {
-  QWidget& window = widgetOf(app->window);
-  window.showMinimized();
-  ASSERT_TRUE(waitFor([&window] { return window.isMinimized(); }));
+  driver::minimise(app->window);
+  ASSERT_TRUE(waitFor([this] { return driver::isMinimised(app->window); }));
   EXPECT_TRUE(app->applicationShouldHandleReopen(true));
-  EXPECT_TRUE(waitFor([&window] { return !window.isMinimized() && window.isActiveWindow(); }));
+  EXPECT_TRUE(waitFor([this] { return !driver::isMinimised(app->window); }));
+  driver::activate(app->window);
 }
 
 TEST_F(Lifecycle, a_window_that_was_closed_still_exists) {
-  QWidget& window = widgetOf(app->window);
-  window.close();
-  EXPECT_FALSE(window.isVisible());
+  driver::close(app->window);
+  EXPECT_FALSE(driver::isVisible(app->window));
   EXPECT_EQ(app->fields[0].text(), "0.05");
   app->window.makeKeyAndOrderFront();
-  EXPECT_TRUE(window.isVisible());
+  EXPECT_TRUE(driver::isVisible(app->window));
 }
 
 TEST_F(Lifecycle, the_interface_check_gets_a_window_that_is_not_shown_and_no_listener) {
@@ -77,7 +73,7 @@ TEST_F(Lifecycle, the_interface_check_gets_a_window_that_is_not_shown_and_no_lis
   bool checked = false;
   const auto checkedApp = std::make_shared<App>(arguments, [&checked](App& built) {
     checked = true;
-    EXPECT_FALSE(widgetOf(built.window).isVisible());
+    EXPECT_FALSE(driver::isVisible(built.window));
     EXPECT_FALSE(built.poll.has_value());
   });
   checkedApp->applicationDidFinishLaunching();

@@ -1,11 +1,13 @@
 #include "private_home.h"
 
 #include <stdlib.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <string>
 
 #include "platform/fatal_error.h"
+#include "platform/text_file.h"
 
 namespace vorrin {
 
@@ -21,7 +23,10 @@ std::filesystem::path newDirectory() {
 
 PrivateHome::PrivateHome() : path(newDirectory()) {
   setenv("HOME", path.c_str(), 1);
+  setenv("CFFIXED_USER_HOME", path.c_str(), 1);  // what Core Foundation goes by
   setenv("XDG_CONFIG_HOME", (path / ".config").c_str(), 1);
+  precondition(std::filesystem::equivalent(homeDirectory(), path),
+               "the private directory is taken for the home directory");
 }
 
 PrivateHome::~PrivateHome() {

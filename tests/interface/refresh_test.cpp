@@ -83,10 +83,10 @@ TEST_P(RefreshOfMacro, a_running_macro_that_may_not_start_shows_a_disabled_stop)
 }
 
 TEST_P(RefreshOfMacro, screen_readers_hear_which_macro_the_button_starts_or_stops) {
-  const QString macro = GetParam() == 0 ? "keyboard repeat" : "left mouse click";
-  EXPECT_EQ(widgetOf(startButton()).accessibleName(), "Start " + macro);
+  const std::string macro = GetParam() == 0 ? "keyboard repeat" : "left mouse click";
+  EXPECT_EQ(driver::spokenName(startButton()), "Start " + macro);
   click(startButton());
-  EXPECT_EQ(widgetOf(startButton()).accessibleName(), "Stop " + macro);
+  EXPECT_EQ(driver::spokenName(startButton()), "Stop " + macro);
 }
 
 TEST_F(Refresh, with_tap_and_permission_the_status_says_connected) {

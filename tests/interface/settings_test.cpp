@@ -1,10 +1,5 @@
-#include <QApplication>
-#include <QClipboard>
-#include <QWheelEvent>
-
 #include "bridge/program_engine.h"
 #include "interface_test.h"
-#include "platform/fake/system/fake_system.h"
 #include "ui/theme.h"
 
 namespace vorrin {
@@ -70,7 +65,7 @@ TEST_F(Settings, every_edit_stops_both_macros) {
   click(app->buttons[1]);
   ASSERT_TRUE(engine.running[0] && engine.running[1]);
   click(app->fields[1]);
-  press(Qt::Key_5);
+  enter("5");
   EXPECT_FALSE(engine.running[0]);
   EXPECT_FALSE(engine.running[1]);
   EXPECT_EQ(app->states[0].text(), "OFF");
@@ -79,7 +74,7 @@ TEST_F(Settings, every_edit_stops_both_macros) {
 TEST_F(Settings, an_edit_that_is_refused_stops_both_macros_too) {
   click(app->buttons[0]);
   click(app->fields[0]);
-  press(Qt::Key_X);
+  enter("x");
   EXPECT_FALSE(app->settingsValid);
   EXPECT_FALSE(engine.running[0]);
 }
@@ -154,34 +149,6 @@ TEST_F(Settings, what_was_accepted_is_there_after_a_restart) {
   EXPECT_EQ(app->shortcuts[1].titleOfSelectedItem(), "F9");
   EXPECT_EQ(app->output.titleOfSelectedItem(), "6");
   EXPECT_FALSE(app->checks[0].isOn());
-}
-
-TEST_F(Settings, a_number_pasted_with_a_line_break_is_a_number) {
-  QApplication::clipboard()->setText("0.75\r\n");
-  click(app->fields[0]);
-  press(Qt::Key_A, Qt::ControlModifier);
-  press(Qt::Key_V, Qt::ControlModifier);
-  EXPECT_EQ(app->fields[0].text(), "0.75");
-  EXPECT_EQ(stored("interval0"), DefaultsObject(0.75));
-}
-
-TEST_F(Settings, taking_an_edit_back_is_an_edit) {
-  type(app->fields[0], "0.25");
-  press(Qt::Key_X);
-  ASSERT_FALSE(app->settingsValid);
-  press(Qt::Key_Z, Qt::ControlModifier);
-  EXPECT_TRUE(app->settingsValid);
-  EXPECT_EQ(app->saveNotice.text(), savedNotice);
-}
-
-TEST_F(Settings, scrolling_over_a_pop_up_changes_nothing) {
-  QWidget& popUp = widgetOf(app->output);
-  const QPoint place = popUp.rect().center();
-  QWheelEvent wheel(place, popUp.mapToGlobal(place), {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
-                    Qt::NoScrollPhase, false);
-  QApplication::sendEvent(&popUp, &wheel);
-  EXPECT_EQ(app->output.indexOfSelectedItem(), 1);
-  EXPECT_EQ(app->saveNotice.text(), "Settings save automatically.");
 }
 
 }  // namespace

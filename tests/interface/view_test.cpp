@@ -1,8 +1,10 @@
 #include "platform/view.h"
 
-#include <QPointer>
+#include <gmock/gmock.h>
 
-#include "interface_test.h"
+#include <vector>
+
+#include "platform/pop_up_button.h"
 #include "platform/stack_view.h"
 #include "platform/text_field.h"
 
@@ -27,35 +29,6 @@ TEST(View, copies_are_equal_and_two_views_are_not) {
   const View copy = first;
   EXPECT_EQ(first, copy);
   EXPECT_FALSE(first == View::spacer());
-}
-
-TEST(View, a_view_on_its_own_dies_with_its_last_value) {
-  auto field = std::make_unique<TextField>(TextField::field("text"));
-  auto copy = std::make_unique<TextField>(*field);
-  const QPointer<QWidget> widget = &widgetOf(*field);
-  field.reset();
-  deleteWhatIsLeft();
-  EXPECT_FALSE(widget.isNull());
-  copy.reset();
-  deleteWhatIsLeft();
-  EXPECT_TRUE(widget.isNull());
-}
-
-TEST(View, a_view_inside_another_lives_and_dies_with_that_one) {
-  QPointer<QWidget> inner;
-  {
-    const StackView stack = column({});
-    {
-      const TextField field = TextField::field("text");
-      inner = &widgetOf(field);
-      stack.addArrangedSubview(field);
-    }
-    deleteWhatIsLeft();
-    ASSERT_FALSE(inner.isNull());
-    EXPECT_EQ(TextField::from(stack.subviews().front())->text(), "text");
-  }
-  deleteWhatIsLeft();
-  EXPECT_TRUE(inner.isNull());
 }
 
 TEST(View, subviews_are_the_views_added_in_their_order) {
@@ -100,15 +73,6 @@ TEST(View, a_view_is_no_field_or_button_of_another_kind) {
   EXPECT_TRUE(Button::from(PopUpButton::make({})));
 }
 
-TEST(View, a_description_names_the_kind_and_what_the_view_says) {
-  EXPECT_EQ(Button::push("Load", {}).description(), "Button \"Load\"");
-  EXPECT_EQ(TextField::wrappingLabel("OFF").description(), "Label \"OFF\"");
-  const Button check = Button::checkbox("", {});
-  check.setAccessibilityLabel("Enable");
-  EXPECT_EQ(check.description(), "Checkbox \"Enable\"");
-  EXPECT_EQ(View::spacer().description(), "Spacer");
-}
-
 TEST(View, fixed_sizes_are_kept) {
   const TextField field = TextField::field("a very long text that would like more room");
   field.setWidth(75);
@@ -120,6 +84,7 @@ TEST(View, fixed_sizes_are_kept) {
 }
 
 TEST(View, using_a_value_that_refers_to_nothing_ends_the_process) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
   EXPECT_DEATH((void)View().bounds(), "Precondition failed");
 }
 

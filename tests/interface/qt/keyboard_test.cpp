@@ -5,15 +5,15 @@
 #include <QTest>
 
 #include "bridge/program_engine.h"
-#include "interface_test.h"
 #include "platform/linux/widgets/window_widget.h"
+#include "qt_interface_test.h"
 
 // The window worked without a pointer.
 
 namespace vorrin {
 namespace {
 
-class Keyboard : public InterfaceTest {
+class QtKeyboard : public QtInterfaceTest {
  protected:
   /// Moves the keyboard to `view` by Tab alone.
   void tabTo(const View& view) {
@@ -35,7 +35,7 @@ class Keyboard : public InterfaceTest {
   }
 };
 
-TEST_F(Keyboard, tab_goes_through_the_controls_as_the_eye_does) {
+TEST_F(QtKeyboard, tab_goes_through_the_controls_as_the_eye_does) {
   savePreset("Night", *app->currentPreset());
   const std::vector<View> expected = stops();
   ASSERT_EQ(expected.size(), 19U);
@@ -47,7 +47,7 @@ TEST_F(Keyboard, tab_goes_through_the_controls_as_the_eye_does) {
   EXPECT_TRUE(widgetOf(expected.front()).hasFocus());
 }
 
-TEST_F(Keyboard, shift_tab_goes_back) {
+TEST_F(QtKeyboard, shift_tab_goes_back) {
   const std::vector<View> expected = stops();
   press(Qt::Key_Tab);
   press(Qt::Key_Tab);
@@ -56,7 +56,7 @@ TEST_F(Keyboard, shift_tab_goes_back) {
   EXPECT_TRUE(widgetOf(expected[0]).hasFocus());
 }
 
-TEST_F(Keyboard, space_and_enter_press_the_button_that_has_the_keyboard) {
+TEST_F(QtKeyboard, space_and_enter_press_the_button_that_has_the_keyboard) {
   tabTo(app->buttons[0]);
   for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) {
     const bool before = engine.running[0];
@@ -65,7 +65,7 @@ TEST_F(Keyboard, space_and_enter_press_the_button_that_has_the_keyboard) {
   }
 }
 
-TEST_F(Keyboard, a_held_enter_presses_a_button_once) {
+TEST_F(QtKeyboard, a_held_enter_presses_a_button_once) {
   tabTo(app->buttons[0]);
   QWidget& startButton = widgetOf(app->buttons[0]);
   QKeyEvent first(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, "\r");
@@ -75,7 +75,7 @@ TEST_F(Keyboard, a_held_enter_presses_a_button_once) {
   EXPECT_TRUE(engine.running[0]);
 }
 
-TEST_F(Keyboard, space_and_enter_change_a_check_box) {
+TEST_F(QtKeyboard, space_and_enter_change_a_check_box) {
   tabTo(app->checks[0]);
   press(Qt::Key_Space);
   EXPECT_EQ(stored("enabled0"), DefaultsObject(false));
@@ -83,7 +83,7 @@ TEST_F(Keyboard, space_and_enter_change_a_check_box) {
   EXPECT_EQ(stored("enabled0"), DefaultsObject(true));
 }
 
-TEST_F(Keyboard, space_and_enter_open_a_pop_up_and_enter_takes_the_item) {
+TEST_F(QtKeyboard, space_and_enter_open_a_pop_up_and_enter_takes_the_item) {
   for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return}) {
     app->output.selectItem(1);
     tabTo(app->output);
@@ -98,7 +98,7 @@ TEST_F(Keyboard, space_and_enter_open_a_pop_up_and_enter_takes_the_item) {
   }
 }
 
-TEST_F(Keyboard, escape_closes_a_pop_up_and_changes_nothing) {
+TEST_F(QtKeyboard, escape_closes_a_pop_up_and_changes_nothing) {
   tabTo(app->output);
   press(Qt::Key_Space);
   QWidget* list = widgetOf<QComboBox>(app->output).view();
@@ -110,13 +110,13 @@ TEST_F(Keyboard, escape_closes_a_pop_up_and_changes_nothing) {
   EXPECT_EQ(stored("digit"), std::nullopt);
 }
 
-TEST_F(Keyboard, arrows_choose_in_a_closed_pop_up) {
+TEST_F(QtKeyboard, arrows_choose_in_a_closed_pop_up) {
   tabTo(app->output);
   press(Qt::Key_Down);
   EXPECT_EQ(stored("digit"), DefaultsObject(std::int64_t{2}));
 }
 
-TEST_F(Keyboard, escape_is_left_to_the_listener_wherever_the_keyboard_is) {
+TEST_F(QtKeyboard, escape_is_left_to_the_listener_wherever_the_keyboard_is) {
   for (const View& stop : stops()) {
     QWidget& widget = widgetOf(stop);
     widget.setFocus();
@@ -126,7 +126,7 @@ TEST_F(Keyboard, escape_is_left_to_the_listener_wherever_the_keyboard_is) {
   }
 }
 
-TEST_F(Keyboard, escape_does_not_leave_the_full_screen) {
+TEST_F(QtKeyboard, escape_does_not_leave_the_full_screen) {
   QWidget& window = widgetOf(app->window);
   press(Qt::Key_F11);
   ASSERT_TRUE(waitFor([&window] { return window.isFullScreen(); }));
@@ -134,7 +134,7 @@ TEST_F(Keyboard, escape_does_not_leave_the_full_screen) {
   EXPECT_TRUE(window.isFullScreen());
 }
 
-TEST_F(Keyboard, both_key_combinations_toggle_the_full_screen) {
+TEST_F(QtKeyboard, both_key_combinations_toggle_the_full_screen) {
   QWidget& window = widgetOf(app->window);
   press(Qt::Key_F11);
   EXPECT_TRUE(waitFor([&window] { return window.isFullScreen(); }));
@@ -142,7 +142,7 @@ TEST_F(Keyboard, both_key_combinations_toggle_the_full_screen) {
   EXPECT_TRUE(waitFor([&window] { return !window.isFullScreen(); }));
 }
 
-TEST_F(Keyboard, enter_in_a_field_presses_nothing) {
+TEST_F(QtKeyboard, enter_in_a_field_presses_nothing) {
   click(app->fields[0]);
   press(Qt::Key_Return);
   EXPECT_FALSE(engine.running[0]);

@@ -1,0 +1,62 @@
+#import <AppKit/AppKit.h>
+
+#include "bridge/program_engine.h"
+#include "interface_test.h"
+#include "platform/macos/foundation/ns_string.h"
+#include "platform/macos/widgets/view_native.h"
+#include "platform/macos/widgets/window_native.h"
+
+// What of the window and its menus only AppKit has.
+
+namespace vorrin {
+namespace {
+
+using testing::ElementsAre;
+
+class AppkitLaunch : public InterfaceTest {
+ protected:
+  [[nodiscard]] NSWindow* window() const { return app->window.native()->window; }
+};
+
+std::string described(NSMenuItem* item) {
+  std::string keys;
+  if ((item.keyEquivalentModifierMask & NSEventModifierFlagControl) != 0) keys += "Control+";
+  if ((item.keyEquivalentModifierMask & NSEventModifierFlagCommand) != 0) keys += "Command+";
+  return standardString(item.title) + " " + keys + standardString(item.keyEquivalent);
+}
+
+TEST_F(AppkitLaunch, the_menus_hold_quit_and_full_screen_with_their_keys) {
+  std::vector<std::string> items;
+  for (NSMenuItem* menu in NSApp.mainMenu.itemArray) {
+    for (NSMenuItem* item in menu.submenu.itemArray) {
+      items.push_back(standardString(menu.submenu.title) + " > " + described(item));
+    }
+  }
+  EXPECT_THAT(items, ElementsAre("Vorrin > Quit Vorrin Command+q",
+                                 "View > Toggle Full Screen Control+Command+f"));
+}
+
+TEST_F(AppkitLaunch, the_window_is_dark_with_a_transparent_title_bar) {
+  EXPECT_TRUE([window().appearance.name isEqualToString:NSAppearanceNameDarkAqua]);
+  EXPECT_TRUE(window().titlebarAppearsTransparent);
+  EXPECT_FALSE(window().releasedWhenClosed);
+  EXPECT_EQ(window().contentMinSize.width, 580);
+  EXPECT_EQ(window().contentMinSize.height, 700);
+}
+
+TEST_F(AppkitLaunch, buttons_have_the_round_bezel_and_pop_ups_hang_down) {
+  auto* startButton = static_cast<NSButton*>(app->buttons[0].native()->view);
+  EXPECT_EQ(startButton.bezelStyle, NSBezelStyleRounded);
+  EXPECT_EQ(startButton.controlSize, NSControlSizeRegular);
+  EXPECT_FALSE(static_cast<NSPopUpButton*>(app->output.native()->view).pullsDown);
+}
+
+TEST_F(AppkitLaunch, an_open_question_does_not_hold_up_quitting) {
+  savePreset("Night", *app->currentPreset());
+  click(button("Delete"));
+  EXPECT_FALSE(window().attachedSheet.preventsApplicationTerminationWhenModal);
+  answer("Cancel");
+}
+
+}  // namespace
+}  // namespace vorrin

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "interface_test.h"
+
+namespace vorrin {
+
+/// Matches an entry of the store under this name.
+inline auto named(const std::string& name) {
+  return testing::Key(name);
+}
+
+/// The panel of named presets.
+class PresetsTest : public InterfaceTest {
+ protected:
+  using Key = driver::Key;
+
+  /// What the window's settings are now.
+  [[nodiscard]] Preset preset() const { return *app->currentPreset(); }
+
+  /// A preset that differs from the start values in everything.
+  static Preset other() {
+    return {.intervals = {2, 0.05}, .keys = {97, 98}, .digit = 4, .enabled = {false, true}};
+  }
+
+  void save(const std::string& name) const {
+    type(app->presetName, name);
+    click(button("Save preset"));
+  }
+
+  [[nodiscard]] std::vector<std::string> list() const {
+    std::vector<std::string> titles;
+    const int selected = app->presetList.indexOfSelectedItem();
+    for (int i = 0; i < app->presetList.numberOfItems(); ++i) {
+      app->presetList.selectItem(i);
+      titles.push_back(app->presetList.titleOfSelectedItem());
+    }
+    app->presetList.selectItem(selected);
+    return titles;
+  }
+
+  /// The question's field for the new name, once it has the keyboard.
+  [[nodiscard]] TextField nameInSheet() const {
+    const TextField field = driver::sheetField(app->window);
+    EXPECT_TRUE(waitFor([&field] { return driver::hasKeyboard(field); }));
+    return field;
+  }
+
+  /// Answers the question by keyboard, and waits for its end.
+  void answerWith(Key key) const {
+    driver::pressInSheet(app->window, key);
+    EXPECT_TRUE(waitFor([this] { return !hasSheet(); }));
+  }
+};
+
+}  // namespace vorrin

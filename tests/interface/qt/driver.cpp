@@ -1,0 +1,208 @@
+#include "driver.h"
+
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QComboBox>
+#include <QInputMethodEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QTest>
+#include <QWindow>
+#include <algorithm>
+#include <cstdlib>
+#include <fstream>
+
+#include "qt_driver.h"
+
+namespace vorrin::driver {
+
+namespace {
+
+constexpr int patienceMilliseconds = 5000;
+
+}  // namespace
+
+void prepareEnvironment(const std::filesystem::path& home) {
+  const std::filesystem::path screen = home / "screen.json";
+  std::ofstream(screen) << R"({"screens": [{"name": "large", "x": 0, "y": 0, "width": 2880,
+      "height": 1800, "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1}]})";
+  setenv("QT_QPA_PLATFORM", ("offscreen:configfile=" + screen.string()).c_str(), 1);
+  setenv("XDG_RUNTIME_DIR", home.c_str(), 1);
+  unsetenv("DBUS_SESSION_BUS_ADDRESS");
+}
+
+void applicationWasMade() {
+  // A pop-up takes no choice for as long as a click may still be half of a double click.
+  QApplication::setDoubleClickInterval(1);
+}
+
+void forgetStoredSettings() {
+  // They lie in the home directory.
+}
+
+bool waitFor(const std::function<bool()>& condition) {
+  return QTest::qWaitFor(condition, patienceMilliseconds);
+}
+
+void deleteWhatIsLeft() {
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+void activate(const Window& window) {
+  QWidget& widget = widgetOf(window);
+  widget.activateWindow();
+  precondition(QTest::qWaitForWindowActive(&widget, patienceMilliseconds), "the window is shown");
+}
+
+void hide(const Window& window) {
+  widgetOf(window).hide();
+}
+
+void minimise(const Window& window) {
+  widgetOf(window).showMinimized();
+}
+
+void close(const Window& window) {
+  widgetOf(window).close();
+}
+
+void takeAway(const Window& /*window*/) {
+  // It goes with its last value, and its sheet with it.
+}
+
+bool isVisible(const Window& window) {
+  return widgetOf(window).isVisible();
+}
+
+bool isMinimised(const Window& window) {
+  return widgetOf(window).isMinimized();
+}
+
+std::string title(const Window& window) {
+  return widgetOf(window).windowTitle().toStdString();
+}
+
+void click(const View& view) {
+  click(widgetOf(view));
+}
+
+void click(QWidget& widget) {
+  QWidget& window = *widget.window();
+  if (window.windowHandle() == nullptr) {
+    QTest::mouseClick(&widget, Qt::LeftButton);
+    return;
+  }
+  const QPoint middle = widget.mapTo(&window, widget.rect().center());
+  QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {}, middle);
+}
+
+void enter(const Window& /*window*/, const std::string& text) {
+  // An input method hands over whole texts, also those that no key stands for.
+  QInputMethodEvent typed;
+  typed.setCommitString(QString::fromStdString(text));
+  QApplication::sendEvent(QApplication::focusWidget(), &typed);
+}
+
+void type(const TextField& field, const std::string& text) {
+  auto& widget = widgetOf<QLineEdit>(field);
+  click(widget);
+  QTest::keyClick(widget.window()->windowHandle(), Qt::Key_A, Qt::ControlModifier);
+  QTest::keyClick(widget.window()->windowHandle(), Qt::Key_Backspace);
+  QInputMethodEvent typed;
+  typed.setCommitString(QString::fromStdString(text));
+  QApplication::sendEvent(&widget, &typed);
+}
+
+void choose(const PopUpButton& popUp, int item) {
+  auto& widget = widgetOf<QComboBox>(popUp);
+  click(widget);
+  QAbstractItemView& list = *widget.view();
+  precondition(waitFor([&list] { return list.isVisible(); }), "the pop-up opens");
+  const QModelIndex index = list.model()->index(item, 0);
+  const QPoint place = list.viewport()->mapTo(list.window(), list.visualRect(index).center());
+  QTest::mouseMove(list.window()->windowHandle(), place);
+  QTest::mouseClick(list.window()->windowHandle(), Qt::LeftButton, {}, place);
+  precondition(waitFor([&list] { return !list.isVisible(); }), "the pop-up closes");
+}
+
+std::string spokenName(const View& view) {
+  const QString name = widgetOf(view).accessibleName();
+  return (name.isEmpty() ? widgetOf<NativeView>(view).shownText() : name).toStdString();
+}
+
+Rect place(const View& view, const View& root) {
+  return view.boundsIn(root);
+}
+
+bool hasKeyboard(const TextField& field) {
+  return widgetOf(field).hasFocus();
+}
+
+std::string selectedText(const TextField& field) {
+  return widgetOf<QLineEdit>(field).selectedText().toStdString();
+}
+
+Sheet* sheetOf(const Window& window) {
+  return static_cast<Sheet*>(widgetOf(window).sheet.data());
+}
+
+Sheet& shownSheet(const Window& window) {
+  Sheet* sheet = sheetOf(window);
+  precondition(sheet != nullptr, "a sheet is shown");
+  precondition(QTest::qWaitForWindowActive(sheet, patienceMilliseconds),
+               "the sheet has the keyboard");
+  return *sheet;
+}
+
+QPushButton& sheetButton(const Window& window, const std::string& title) {
+  const auto buttons = shownSheet(window).findChildren<QPushButton*>();
+  const auto found = std::find_if(
+      buttons.begin(), buttons.end(),
+      [&title](const QPushButton* button) { return button->text().toStdString() == title; });
+  precondition(found != buttons.end(), "the sheet has a button \"" + title + "\"");
+  return **found;
+}
+
+bool hasSheet(const Window& window) {
+  return sheetOf(window) != nullptr;
+}
+
+void pressInSheet(const Window& window, Key key) {
+  QTest::keyClick(shownSheet(window).windowHandle(),
+                  key == Key::enter ? Qt::Key_Return : Qt::Key_Escape);
+}
+
+void answer(const Window& window, const std::string& title) {
+  click(sheetButton(window, title));
+}
+
+std::vector<std::string> sheetTexts(const Window& window) {
+  std::vector<std::string> texts;
+  for (const QLabel* text : shownSheet(window).findChildren<QLabel*>()) {
+    texts.push_back(text->text().toStdString());
+  }
+  return texts;
+}
+
+std::vector<std::string> sheetButtons(const Window& window) {
+  std::vector<std::string> titles;
+  for (const QPushButton* button : shownSheet(window).findChildren<QPushButton*>()) {
+    titles.push_back(button->text().toStdString());
+  }
+  return titles;
+}
+
+std::string defaultSheetButton(const Window& window) {
+  for (const QPushButton* button : shownSheet(window).findChildren<QPushButton*>()) {
+    if (button->isDefault()) return button->text().toStdString();
+  }
+  return {};
+}
+
+TextField sheetField(const Window& window) {
+  auto* widget = shownSheet(window).findChild<QLineEdit*>();
+  precondition(widget != nullptr, "the sheet has a field");
+  return *TextField::from(viewOf(*widget));
+}
+
+}  // namespace vorrin::driver

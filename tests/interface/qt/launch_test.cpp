@@ -1,0 +1,33 @@
+#include <QAction>
+#include <QMenuBar>
+
+#include "qt_interface_test.h"
+
+namespace vorrin {
+namespace {
+
+using testing::ElementsAre;
+
+using QtLaunch = QtInterfaceTest;
+
+TEST_F(QtLaunch, the_menus_hold_quit_and_full_screen_with_their_keys) {
+  const auto* bar = widgetOf(app->window).findChild<QMenuBar*>();
+  std::vector<std::string> items;
+  for (const QAction* menu : bar->actions()) {
+    for (const QAction* item : menu->menu<QMenu*>()->actions()) {
+      items.push_back(menu->text().toStdString() + " > " + item->text().toStdString());
+      for (const QKeySequence& keys : item->shortcuts()) {
+        items.push_back(keys.toString(QKeySequence::PortableText).toStdString());
+      }
+    }
+  }
+  EXPECT_THAT(items, ElementsAre("Vorrin > Quit Vorrin", "Ctrl+Q", "View > Toggle Full Screen",
+                                 "F11", "Meta+Ctrl+F"));
+}
+
+TEST_F(QtLaunch, no_control_has_the_keyboard_at_first) {
+  EXPECT_EQ(widgetOf(app->window).focusWidget(), &widgetOf(app->window.contentView()));
+}
+
+}  // namespace
+}  // namespace vorrin

@@ -1,0 +1,87 @@
+#include "platform/text_field.h"
+
+#include <gtest/gtest.h>
+
+#include <QLineEdit>
+#include <QTest>
+
+#include "platform/linux/widgets/label_widget.h"
+#include "qt_driver.h"
+
+namespace vorrin {
+namespace {
+
+struct Edits {
+  TextFieldDelegate delegate() {
+    return {this, [this](const TextField& field) { texts.push_back(field.text()); }};
+  }
+  std::vector<std::string> texts;
+};
+
+LabelWidget& wrapping(const TextField& label) {
+  auto& widget = widgetOf<LabelWidget>(label);
+  widget.setWraps(true);
+  return widget;
+}
+
+TEST(QtTextField, every_edit_of_the_user_tells_the_delegate_once) {
+  Edits edits;
+  const TextField field = TextField::field("");
+  field.setDelegate(edits.delegate());
+  auto& widget = widgetOf<QLineEdit>(field);
+  QTest::keyClicks(&widget, "ab");
+  widget.undo();
+  widget.redo();
+  EXPECT_EQ(edits.texts, (std::vector<std::string>{"a", "ab", "", "ab"}));
+}
+
+TEST(QtTextField, a_delegate_may_replace_itself) {
+  const TextField field = TextField::field("");
+  field.setDelegate({&field, [](const TextField& edited) { edited.setDelegate({}); }});
+  QTest::keyClicks(&widgetOf(field), "ab");
+  EXPECT_EQ(field.text(), "ab");
+  EXPECT_EQ(field.delegate(), nullptr);
+}
+
+TEST(QtTextField, a_field_gives_back_what_it_shows_of_a_text_with_control_characters) {
+  EXPECT_EQ(TextField::field(std::string("a\0b\nc", 5)).text(), "abc");
+}
+
+TEST(QtTextField, a_label_keeps_its_line_breaks) {
+  const TextField label = TextField::wrappingLabel("one\ntwo");
+  EXPECT_EQ(label.text(), "one\ntwo");
+  const auto& widget = wrapping(label);
+  EXPECT_EQ(widget.heightForWidth(500),
+            2 * wrapping(TextField::wrappingLabel("x")).heightForWidth(500));
+}
+
+TEST(QtTextField, a_label_wraps_at_words) {
+  const auto& label = wrapping(TextField::wrappingLabel("some words to wrap at"));
+  const int line = label.heightForWidth(1000);
+  EXPECT_EQ(label.heightForWidth(label.sizeHint().width()), line);
+  EXPECT_EQ(label.heightForWidth(label.sizeHint().width() * 2 / 3), 2 * line);
+}
+
+TEST(QtTextField, a_label_wraps_inside_a_word_that_is_longer_than_a_line) {
+  const auto& label = wrapping(TextField::wrappingLabel(std::string(100, 'w')));
+  EXPECT_GE(label.heightForWidth(label.sizeHint().width() / 3), 3 * label.heightForWidth(100000));
+  EXPECT_EQ(label.minimumSizeHint().width(), 0);
+}
+
+TEST(QtTextField, a_label_shows_no_more_than_its_lines) {
+  const TextField text = TextField::wrappingLabel("1\n2\n3\n4");
+  text.setMaximumNumberOfLines(2);
+  const auto& label = wrapping(text);
+  EXPECT_EQ(label.heightForWidth(100),
+            2 * wrapping(TextField::wrappingLabel("1")).heightForWidth(9));
+  EXPECT_EQ(text.text(), "1\n2\n3\n4");
+}
+
+TEST(QtTextField, a_label_of_ten_thousand_characters_can_be_shown) {
+  const auto& label = wrapping(TextField::wrappingLabel(std::string(10000, 'w')));
+  EXPECT_GT(label.heightForWidth(500), 500);
+  EXPECT_FALSE(widgetOf(TextField::wrappingLabel(std::string(10000, 'w'))).grab().isNull());
+}
+
+}  // namespace
+}  // namespace vorrin
