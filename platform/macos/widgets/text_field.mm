@@ -54,7 +54,10 @@ TextField TextField::wrappingLabel(const std::string& text) {
 }
 
 TextField TextField::field(const std::string& text) {
-  return TextField(nativeOf([NSTextField textFieldWithString:nsString(text)]));
+  NSTextField* field = [NSTextField textFieldWithString:nsString(text)];
+  // Leaves out the line breaks of what is pasted.
+  field.usesSingleLineMode = YES;
+  return TextField(nativeOf(field));
 }
 
 std::optional<TextField> TextField::from(const View& view) {
@@ -75,7 +78,10 @@ bool TextField::isEditable() const {
 }
 
 void TextField::setTextColor(const Color& color) const {
-  nsTextField(*this).textColor = nsColor(color);
+  NSTextField* field = nsTextField(*this);
+  field.textColor = nsColor(color);
+  // While it is edited, a view that all fields of the window share shows its text.
+  field.currentEditor.textColor = field.textColor;
 }
 
 Color TextField::textColor() const {

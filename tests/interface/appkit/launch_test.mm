@@ -51,6 +51,14 @@ TEST_F(AppkitLaunch, buttons_have_the_round_bezel_and_pop_ups_hang_down) {
   EXPECT_FALSE(static_cast<NSPopUpButton*>(app->output.native()->view).pullsDown);
 }
 
+TEST_F(AppkitLaunch, a_refused_interval_is_orange_while_it_is_typed) {
+  type(app->fields[0], "abc");
+  auto* field = static_cast<NSTextField*>(app->fields[0].native()->view);
+  ASSERT_NE(field.currentEditor, nil);
+  EXPECT_TRUE([field.currentEditor.textColor isEqual:field.textColor]);
+  EXPECT_EQ(app->fields[0].textColor(), Color::systemOrange());
+}
+
 TEST_F(AppkitLaunch, an_open_question_does_not_hold_up_quitting) {
   savePreset("Night", *app->currentPreset());
   click(button("Delete"));
