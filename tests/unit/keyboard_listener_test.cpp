@@ -268,6 +268,13 @@ TEST_F(ConnectedTest, a_tap_that_ends_is_dropped_and_stops_everything) {
   EXPECT_FALSE(engine.running[1]);
 }
 
+TEST_F(ConnectedTest, a_tap_that_ends_stops_macros_also_while_the_own_window_is_active) {
+  engine.toggle(0);
+  fake::setApplicationActive(true);
+  fake::invalidateTap();
+  EXPECT_FALSE(engine.running[0]);
+}
+
 TEST_F(ConnectedTest, after_a_tap_ended_a_new_one_can_be_made) {
   fake::invalidateTap();
   connectKeyboardListener();
