@@ -95,8 +95,7 @@ TEST_F(StallTest, keys_typed_with_a_held_shortcut_are_not_lost_while_the_main_lo
 TEST_F(StallTest, a_program_killed_with_a_shortcut_held_leaves_the_keyboard_as_it_was) {
   user.press(keys::backtick);
   ASSERT_TRUE(tap.waitForRepeat(keys::backtick));
-  tap.process().signal(SIGKILL);
-  ASSERT_TRUE(tap.process().waitForEnd());
+  killTap();
   user.release(keys::backtick);
   user.type("a");
   user.tap(keys::backtick);
@@ -108,8 +107,7 @@ TEST_F(StallTest, a_program_killed_with_a_shortcut_held_leaves_the_keyboard_as_i
 TEST_F(StallTest, a_program_killed_while_stopped_with_a_shortcut_held_frees_the_keyboard) {
   tap.process().signal(SIGSTOP);
   user.press(keys::backtick);
-  tap.process().signal(SIGKILL);
-  ASSERT_TRUE(tap.process().waitForEnd());
+  killTap();
   user.type("abc");
   user.release(keys::backtick);
   EXPECT_EQ(textOf(client.readAll(user)), "abc");

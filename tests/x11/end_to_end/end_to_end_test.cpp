@@ -59,6 +59,8 @@ void EndToEndTest::kill() {
   program->process().signal(SIGKILL);
   ASSERT_TRUE(program->process().waitForEnd());
   ASSERT_TRUE(waitUntil([&] { return !windows.titled("Vorrin"); }));
+  // Its keys hang on another connection than its window.
+  for (const std::uint16_t key : stored().keys) ASSERT_TRUE(probe.waitUntilFree(key));
 }
 
 unsigned long EndToEndTest::vorrinWindow() {

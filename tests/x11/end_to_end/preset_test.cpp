@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "end_to_end_test.h"
+#include "input_watch.h"
 #include "panel.h"
 #include "platform/user_defaults.h"
 #include "settings/preset_store.h"
@@ -162,6 +163,26 @@ TEST_F(PresetTest, shortcuts_start_nothing_while_a_sheet_is_open) {
   ASSERT_TRUE(waitForSheet(false));
   showClient();
   expectSilence();
+}
+
+// Each leaves the keyboard with nobody for a moment, and the pointer is over the window's buttons.
+TEST_F(PresetTest, macros_stay_paused_while_a_sheet_opens_and_closes) {
+  startWith({"night"});
+  showClient();
+  user.tap(keys::tab);
+  expectActions(mouseMacro);
+  showVorrin();
+  panel.focus(Control::erase);
+  InputWatch watch(desktop.display());
+  for (int round = 0; round < 5; ++round) {
+    user.tap(keys::space);
+    ASSERT_TRUE(waitForSheet(true));
+    user.tap(keys::enter);  // the first button, which cancels
+    ASSERT_TRUE(waitForSheet(false));
+  }
+  EXPECT_EQ(watch.takePresses(), 10);
+  showClient();
+  expectActions(mouseMacro);
 }
 
 }  // namespace

@@ -13,6 +13,10 @@ bool waitUntil(const std::function<bool()>& holds, std::chrono::milliseconds bou
   return true;
 }
 
+std::int64_t monotonicNanoseconds() {
+  return std::chrono::nanoseconds(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
 void waitFor(std::chrono::nanoseconds duration) {
   std::this_thread::sleep_for(duration);
 }
