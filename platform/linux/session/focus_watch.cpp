@@ -2,6 +2,7 @@
 
 #include <xcb/xcb.h>
 
+#include <QTimer>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
@@ -85,8 +86,7 @@ bool FocusWatch::nativeEventFilter(const QByteArray& eventType, void* message, q
 void FocusWatch::setFocusElsewhere(bool isElsewhere) {
   if (std::exchange(isFocusElsewhere_, isElsewhere) == isElsewhere) return;
   // The library has not taken up the event yet.
-  QMetaObject::invokeMethod(
-      this, [this] { changed_(); }, Qt::QueuedConnection);
+  QTimer::singleShot(0, this, [this] { changed_(); });
 }
 
 }  // namespace vorrin

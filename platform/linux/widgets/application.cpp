@@ -15,6 +15,7 @@
 #include "platform/linux/instance/single_instance.h"
 #include "platform/linux/widgets/accessible_window.h"
 #include "platform/linux/widgets/dark_style.h"
+#include "platform/linux/widgets/display_loss.h"
 #include "platform/linux/widgets/launch_environment.h"
 #include "platform/linux/widgets/main_menu.h"
 #include "platform/linux/widgets/palette.h"
@@ -70,6 +71,7 @@ struct Application::Native {
   QApplication application;
   QStyle* const style = new DarkStyle;  ///< `application` takes it over
   TerminationSignals terminationSignals;
+  DisplayLoss displayLoss;
   SingleInstance instance;
   ApplicationDelegate delegate;
   bool isLaunched = false;
@@ -83,6 +85,7 @@ Application::Native::Native(int count, char** arguments)
       launch(std::in_place, !isInterfaceTest),
       application(argumentCount, arguments),
       terminationSignals([this] { terminate(); }),
+      displayLoss([this] { tellTermination(); }),
       instance({.reopen = [this] { reopen(); }, .stopAll = [this] { stopAll(); }}) {
   launch.reset();
   shared = this;

@@ -90,7 +90,7 @@ TEST_F(LifecycleTest, the_program_ends_with_its_server) {
   const std::optional<Ending> ending = program->process().waitForEnd();
   ASSERT_TRUE(ending);
   EXPECT_FALSE(ending->bySignal);
-  EXPECT_EQ(ending->number, 1);  // what the widget library ends with
+  EXPECT_EQ(ending->number, 1);
 }
 
 TEST_F(LifecycleTest, a_shortcut_held_by_another_program_is_taken_when_it_is_free) {
