@@ -166,10 +166,16 @@ TEST_F(EndToEndTest, actions_come_at_the_interval) {
         return event.kind == "ButtonPress" && ++count == 51;
       });
   std::erase_if(events, [](const ClientEvent& event) { return event.kind != "ButtonPress"; });
-  // A late action does not shift the ones after it, so the whole is exact where the parts are not.
-  const double seconds = static_cast<double>(events.back().arrival - events.front().arrival) * 1e-9;
-  EXPECT_GT(seconds, 0.9);
-  EXPECT_LT(seconds, 1.5);
+  std::vector<double> distances;
+  for (std::size_t index = 1; index < events.size(); ++index) {
+    distances.push_back(static_cast<double>(events[index].arrival - events[index - 1].arrival) *
+                        1e-9);
+  }
+  // A late action does not shift the ones after it, so most distances are exact where a few are
+  // not.
+  const auto middle = distances.begin() + static_cast<std::ptrdiff_t>(distances.size() / 2);
+  std::ranges::nth_element(distances, middle);
+  EXPECT_NEAR(*middle, 0.02, 0.005);
 }
 
 TEST_F(EndToEndTest, every_press_of_a_click_has_its_release) {
