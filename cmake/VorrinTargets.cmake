@@ -16,6 +16,9 @@ if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
   # loaded at every start.
   target_link_options(vorrin_options INTERFACE -Wl,--as-needed)
 endif()
+if(CMAKE_SYSTEM_NAME STREQUAL "Linux" AND NOT VORRIN_SANITIZE)
+  include(VorrinHardening)
+endif()
 if(VORRIN_SANITIZE)
   target_compile_options(vorrin_options INTERFACE
     -fsanitize=${VORRIN_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
