@@ -58,10 +58,11 @@ TEST_F(Layout, every_control_lies_inside_a_large_window) {
   expectNothingClipped();
 }
 
-TEST_F(Layout, the_status_of_two_lines_fits_the_smallest_window) {
+TEST_F(Layout, the_longest_status_fits_the_smallest_window) {
   fake::system().trusted = false;
   launch();
-  EXPECT_GT(app->status.bounds().height, app->saveNotice.bounds().height);
+  // Two lines in most fonts; those of some languages are narrower.
+  EXPECT_GE(app->status.bounds().height, app->saveNotice.bounds().height);
   expectNothingClipped();
 }
 

@@ -176,6 +176,16 @@ TEST_F(SelfChecks, interface_check_passes_with_a_display_variable_that_leads_now
   EXPECT_TRUE(outcome.exitedWith(0)) << outcome.errors;
 }
 
+TEST_F(SelfChecks, interface_check_passes_at_each_scale_and_in_each_language) {
+  const std::string home = " HOME=" + directory_.string();
+  for (const std::string setting :
+       {"QT_SCALE_FACTOR=1.25", "QT_SCALE_FACTOR=1.5", "QT_SCALE_FACTOR=2", "LC_ALL=de_DE.UTF-8",
+        "LC_ALL=ja_JP.UTF-8", "LC_ALL=ar_EG.UTF-8"}) {
+    const Outcome outcome = run(bare(VORRIN_PROGRAM " --ui-test", setting + home));
+    EXPECT_TRUE(outcome.exitedWith(0)) << setting << ": " << outcome.errors;
+  }
+}
+
 TEST_F(SelfChecks, interface_check_passes_twice_and_leaves_no_settings) {
   for (int round = 0; round < 2; ++round) {
     ASSERT_TRUE(run(inHome(VORRIN_PROGRAM " --ui-test")).exitedWith(0));

@@ -70,7 +70,7 @@ void LabelWidget::paintEvent(QPaintEvent*) {
   const int lines = breakLines(layout, width());
   const int shown = shownLines(lines);
   const QFontMetrics metrics = fontMetrics();
-  const int firstBaseline = (lineHeight() - metrics.height()) / 2 + metrics.ascent();
+  const int firstBaseline = baselineInLine();
   QPainter painter(this);
   painter.setPen(palette().color(foregroundRole()));
   for (int i = 0; i < shown; ++i) {
@@ -91,6 +91,14 @@ int LabelWidget::lineHeight() const {
   constexpr double mostPerPixel = 1.18;
   const auto most = static_cast<int>(std::lround(mostPerPixel * fontInfo().pixelSize()));
   return std::min(fontMetrics().height(), most);
+}
+
+int LabelWidget::baselineInLine() const {
+  const QFontMetrics metrics = fontMetrics();
+  if (metrics.height() == lineHeight()) return metrics.ascent();
+  // What the font asks for above and below says little about its letters, which share the room.
+  const QRect letters = metrics.tightBoundingRect(QStringLiteral("\u00c5lgj|"));
+  return (lineHeight() - letters.height()) / 2 - letters.top();
 }
 
 int LabelWidget::breakLines(QTextLayout& layout, double width) const {

@@ -36,6 +36,7 @@ class LabelWidget : public QLabel, public NativeView {
   /// Breaks `layout` into lines and returns how many there are, hidden ones too.
   int breakLines(QTextLayout& layout, double width) const;
   [[nodiscard]] int lineHeight() const;
+  [[nodiscard]] int baselineInLine() const;
   [[nodiscard]] int shownLines(int lines) const;
 
   bool wraps_ = false;

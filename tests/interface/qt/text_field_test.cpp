@@ -2,11 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <QLabel>
 #include <QLineEdit>
 #include <QTest>
 
 #include "platform/linux/widgets/label_widget.h"
 #include "qt_driver.h"
+#include "tall_font.h"
 
 namespace vorrin {
 namespace {
@@ -81,6 +83,33 @@ TEST(QtTextField, a_label_of_ten_thousand_characters_can_be_shown) {
   const auto& label = wrapping(TextField::wrappingLabel(std::string(10000, 'w')));
   EXPECT_GT(label.heightForWidth(500), 500);
   EXPECT_FALSE(widgetOf(TextField::wrappingLabel(std::string(10000, 'w'))).grab().isNull());
+}
+
+/// How many rows of the picture hold anything but its ground.
+int inkedRows(const QImage& picture) {
+  int rows = 0;
+  for (int y = 0; y < picture.height(); ++y) {
+    bool isInked = false;
+    for (int x = 0; x < picture.width(); ++x) {
+      isInked = isInked || picture.pixel(x, y) != picture.pixel(0, 0);
+    }
+    rows += isInked ? 1 : 0;
+  }
+  return rows;
+}
+
+TEST(QtTextField, a_label_shows_letters_whole_in_a_font_that_asks_for_much_room) {
+  for (const int pixels : {11, 15, 21}) {
+    const TextField text = TextField::wrappingLabel("lgjpqy");
+    auto& label = wrapping(text);
+    label.setFont(tallFont(pixels));
+    QLabel unlimited(label.text());
+    unlimited.setFont(label.font());
+    unlimited.resize(300, 100);
+    label.resize(300, label.heightForWidth(300));
+    ASSERT_LT(label.height(), QFontMetrics(label.font()).height());
+    EXPECT_EQ(inkedRows(label.grab().toImage()), inkedRows(unlimited.grab().toImage())) << pixels;
+  }
 }
 
 }  // namespace
