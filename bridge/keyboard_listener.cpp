@@ -24,7 +24,7 @@ std::vector<std::uint16_t> swallowable;
 std::uint64_t tapGeneration = 0;
 
 std::vector<std::uint16_t> keysToSwallow() {
-  if (!sessionIsActive()) return {};
+  if (!sessionWasActive()) return {};
   std::set<std::uint16_t> keys = engine.held;
   if (!applicationIsActive()) {
     for (const int macro : {0, 1}) {

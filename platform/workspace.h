@@ -18,8 +18,12 @@ struct WorkspaceNotifications {
 
 /// Whether the user is at this session. While it is switched away or locked, what is typed may be a
 /// password: no key may be swallowed then and nothing posted. Known while somebody observes the
-/// workspace; true otherwise.
+/// workspace; true otherwise. Looks at the system where that does not tell of every lock screen,
+/// which costs too little to matter for a key or an action.
 bool sessionIsActive();
+
+/// The same as far as it was told or seen already, for what happens all the time.
+bool sessionWasActive();
 
 /// Opens the place where the permission of `isProcessTrusted` is given and taken back. Returns at
 /// once; the outcome is not reported.

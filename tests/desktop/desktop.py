@@ -10,6 +10,7 @@ import time
 
 PROGRAM = os.environ["VORRIN_PROGRAM"]
 CLIENT = os.environ["VORRIN_TEST_CLIENT"]
+LOCKER = os.environ["VORRIN_SCREEN_LOCKER"]
 BUS_NAME = "org.vorrin.Vorrin"
 PATIENCE = 10.0
 DIGIT_1 = 10  # the server's code of the key that the keyboard macro repeats at first
@@ -163,6 +164,21 @@ class Desktop:
 
     def active_window(self):
         return self.text("xdotool", "getactivewindow")
+
+
+class Locker:
+    """A program that locks the screen without telling anybody, and the keys it receives."""
+
+    def __init__(self, desktop, *arguments):
+        self._log = desktop.home / "locker"
+        with open(self._log, "wb") as log:
+            self.process = desktop.start([LOCKER, *arguments], stdout=log)
+        wait_until(lambda: "locked" in self._log.read_text(), "a locked screen")
+
+    def pressed(self):
+        """The server's key codes of all presses so far."""
+        return [int(line.split()[1]) for line in self._log.read_text().splitlines()
+                if line.startswith("KeyPress ")]
 
 
 class Client:

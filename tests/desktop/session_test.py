@@ -8,7 +8,7 @@ import sys
 import time
 import unittest
 
-from desktop import DIGIT_1, Client, Desktop, wait_until
+from desktop import Client, Desktop, Locker, wait_until
 
 SESSION = "/org/freedesktop/login1/session/c1"
 BACKTICK, TAB, X = 49, 23, 53  # the server's key codes
@@ -114,6 +114,18 @@ class SessionTest(unittest.TestCase):
         self.assertEqual(self.typed(desktop, client), ([], 0))
         client.start_macros_at_once()
 
+    def is_back(self, desktop, client):
+        """Whether a shortcut is swallowed; starts the macro then."""
+        arrived, clicks = self.typed(desktop, client, "Tab")
+        return TAB not in arrived or clicks > 0
+
+    def assert_all_arrives(self, desktop, locker):
+        """Nothing is missing of what is typed at the lock screen, and nothing is added."""
+        before = len(locker.pressed())
+        desktop.type("x", "grave", "Tab", "x", "grave", "Tab", "x")
+        wait_until(lambda: locker.pressed()[before:].count(X) == 3, "the last key")
+        self.assertEqual(locker.pressed()[before:], [X, BACKTICK, TAB, X, BACKTICK, TAB, X])
+
     def assert_stopped_but_there(self, desktop, client):
         self.drain(desktop, client)
         self.assert_back_and_off(desktop, client)
@@ -146,6 +158,29 @@ class Login(SessionTest):
                     self.assert_away(desktop, client)
                     come_back(manager)
                     self.assert_back_and_off(desktop, client)
+
+    def test_a_request_to_lock_that_nobody_heeds_is_forgotten(self):
+        with Desktop() as desktop:
+            manager = LoginManager(desktop)
+            _, client = self.at_work(desktop)
+            manager.lock()
+            self.assert_away(desktop, client)
+            wait_until(lambda: self.is_back(desktop, client), "Vorrin back", bound=20)
+
+    def test_a_request_to_lock_ends_with_the_locker_that_heeds_it(self):
+        with Desktop() as desktop:
+            manager = LoginManager(desktop)
+            _, client = self.at_work(desktop)
+            manager.lock()
+            # One that leaves the screen to be seen: nothing but the request tells what it is.
+            locker = Locker(desktop, "keyboard")
+            self.assert_all_arrives(desktop, locker)
+            # Longer than a request is believed without a locker.
+            began = time.monotonic()
+            wait_until(lambda: time.monotonic() - began > 12, "the patience to end", bound=20)
+            self.assert_all_arrives(desktop, locker)
+            desktop.end(locker.process)
+            wait_until(lambda: self.is_back(desktop, client), "Vorrin back", bound=5)
 
     def test_a_lock_that_nobody_takes_back_ends_when_the_user_is_at_the_window(self):
         with Desktop() as desktop:
@@ -188,6 +223,50 @@ class Login(SessionTest):
                 self.assertLess(time.monotonic() - begin, 15)
                 desktop.end(vorrin)
                 self.assertEqual(vorrin.returncode, 0)
+
+
+class SilentLockers(SessionTest):
+    def test_a_locker_that_tells_nobody_gets_every_key_and_nothing_else(self):
+        with Desktop() as desktop:
+            self.at_work(desktop)
+            locker = Locker(desktop)
+            # The macros may notice a moment later; what they did until then is on its way.
+            wait_until(lambda: self.posts_nothing(desktop, locker), "an end of all digits")
+            self.assert_all_arrives(desktop, locker)
+
+    def test_it_counts_from_its_first_key(self):
+        with Desktop() as desktop:
+            desktop.start_ready_vorrin()
+            client = Client(desktop)
+            client.focus()
+            client.start_macros()
+            desktop.type("Escape")
+            self.drain(desktop, client)
+            self.assert_all_arrives(desktop, Locker(desktop))
+
+    def test_after_it_everything_is_as_before_and_the_macros_are_off(self):
+        with Desktop() as desktop:
+            _, client = self.at_work(desktop)
+            locker = Locker(desktop)
+            wait_until(lambda: self.posts_nothing(desktop, locker), "an end of all digits")
+            desktop.end(locker.process)
+            # The clicks under way when the screen was locked may have cost the client the keyboard.
+            client.focus()
+            self.assert_back_and_off(desktop, client)
+
+    def test_a_program_that_only_takes_the_keyboard_is_none(self):
+        with Desktop() as desktop:
+            _, client = self.at_work(desktop)
+            Locker(desktop, "keyboard")
+            clicks = client.clicks()
+            wait_until(lambda: client.clicks() > clicks + 100, "clicks")
+
+    def posts_nothing(self, desktop, locker):
+        self.settle(desktop)
+        before = len(locker.pressed())
+        desktop.type("x")
+        wait_until(lambda: X in locker.pressed()[before:], "a key")
+        return locker.pressed()[before:] == [X]
 
 
 class Savers(SessionTest):

@@ -17,6 +17,10 @@ bool sessionIsActive() {
   return fake::session().userIsPresent;
 }
 
+bool sessionWasActive() {
+  return sessionIsActive();
+}
+
 void openAccessibilitySettings() {
   ++fake::system().settingsOpenings;
 }

@@ -7,6 +7,7 @@
 #include <QDBusPendingReply>
 #include <QDBusVariant>
 #include <QTimer>
+#include <chrono>
 #include <functional>
 
 namespace vorrin {
@@ -132,7 +133,7 @@ void LoginSession::prepareForSleep(bool begins) {
 }
 
 void LoginSession::lockRequested() {
-  presence_.lockWasRequested();
+  presence_.lockWasRequested(std::chrono::steady_clock::now());
 }
 
 void LoginSession::unlockRequested() {

@@ -4,6 +4,12 @@
 
 namespace vorrin {
 
+namespace {
+
+constexpr auto displayServer = "display server";
+
+}  // namespace
+
 SessionPresence::SessionPresence(std::function<void(bool isActive)> changed)
     : changed_(std::move(changed)) {}
 
@@ -21,14 +27,24 @@ void SessionPresence::setLocked(const std::string& source, bool isLocked) {
   update();
 }
 
-void SessionPresence::lockWasRequested() {
+void SessionPresence::lockWasRequested(Time now) {
   isLockRequested_ = true;
+  lockRequest_ = now;
+  wasHeldSinceRequest_ = false;
   update();
 }
 
 void SessionPresence::unlockWasRequested() {
   isLockRequested_ = false;
   update();
+}
+
+void SessionPresence::sawDisplay(const LockSigns& signs, Time now) {
+  wasHeldSinceRequest_ = wasHeldSinceRequest_ || signs.keyboardIsHeld;
+  const bool isRequestOver =
+      !signs.keyboardIsHeld && (wasHeldSinceRequest_ || now - lockRequest_ >= lockerPatience);
+  if (isRequestOver) isLockRequested_ = false;
+  setLocked(displayServer, signs.keyboardIsHeld && signs.screensAreCovered);
 }
 
 void SessionPresence::userWasSeen() {

@@ -1,8 +1,13 @@
 #include "platform/workspace.h"
 
 #include <QGuiApplication>
+#include <QTimer>
+#include <chrono>
+#include <memory>
 #include <utility>
 
+#include "platform/linux/input/input_way.h"
+#include "platform/linux/session/lock_signs.h"
 #include "platform/linux/session/login_session.h"
 #include "platform/linux/session/screen_savers.h"
 #include "platform/linux/session/session_presence.h"
@@ -11,25 +16,62 @@ namespace vorrin {
 
 namespace {
 
+using Clock = std::chrono::steady_clock;
+
+/// Macros ask a thousand times a second; nobody locks the screen and types in less than this.
+constexpr std::chrono::milliseconds lookInterval{20};
+constexpr std::chrono::milliseconds returnInterval{1000};
+
 bool isSessionActive = true;
 
 class WorkspaceObserver {
  public:
   explicit WorkspaceObserver(WorkspaceNotifications notifications)
       : notifications_(std::move(notifications)),
-        presence_([this](bool isActive) { tell(isActive); }),
+        presence_([this](bool isActive) { changed(isActive); }),
         login_(presence_, notifications_.willSleep),
         screenSavers_(presence_) {
+    current = this;
     if (qGuiApp == nullptr) return;
+    returns_.setInterval(returnInterval);
+    QObject::connect(&returns_, &QTimer::timeout, &login_, [this] { look(); });
     QObject::connect(qGuiApp, &QGuiApplication::applicationStateChanged, &login_,
                      [this](Qt::ApplicationState state) {
                        if (state == Qt::ApplicationActive) presence_.userWasSeen();
                      });
   }
+  ~WorkspaceObserver() {
+    if (current == this) current = nullptr;
+  }
+  WorkspaceObserver(const WorkspaceObserver&) = delete;
+  WorkspaceObserver& operator=(const WorkspaceObserver&) = delete;
+
+  /// Looks at the display if that was not done just now.
+  void look() {
+    const auto now = Clock::now();
+    if (qGuiApp == nullptr || now < nextLook_) return;
+    nextLook_ = now + lookInterval;
+    // The X server of a Wayland session is told nothing of its lock screen.
+    if (inputWay() != InputWay::x11) return;
+    if (!signs_) signs_ = std::make_unique<LockSignsOnX11>();
+    isLooking_ = true;
+    presence_.sawDisplay(signs_->look(), now);
+    isLooking_ = false;
+  }
+
+  static WorkspaceObserver* current;
 
  private:
-  void tell(bool isActive) const {
+  void changed(bool isActive) {
     isSessionActive = isActive;
+    // Whoever comes back need not press a key.
+    isActive ? returns_.stop() : returns_.start();
+    // Whoever just wants to know is in the middle of something that being told could upset.
+    if (!isLooking_) return tell(isActive);
+    QTimer::singleShot(0, &login_, [this, isActive] { tell(isActive); });
+  }
+
+  void tell(bool isActive) const {
     const auto& notification =
         isActive ? notifications_.sessionDidBecomeActive : notifications_.sessionDidResignActive;
     if (notification) notification();
@@ -39,7 +81,13 @@ class WorkspaceObserver {
   SessionPresence presence_;
   LoginSession login_;
   ScreenSavers screenSavers_;
+  std::unique_ptr<LockSignsOnX11> signs_;
+  QTimer returns_;
+  Clock::time_point nextLook_;
+  bool isLooking_ = false;
 };
+
+WorkspaceObserver* WorkspaceObserver::current = nullptr;
 
 }  // namespace
 
@@ -48,6 +96,11 @@ std::shared_ptr<void> observeWorkspace(WorkspaceNotifications notifications) {
 }
 
 bool sessionIsActive() {
+  if (WorkspaceObserver::current != nullptr) WorkspaceObserver::current->look();
+  return isSessionActive;
+}
+
+bool sessionWasActive() {
   return isSessionActive;
 }
 

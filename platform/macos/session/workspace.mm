@@ -88,6 +88,10 @@ bool sessionIsActive() {
   return isSessionActive;
 }
 
+bool sessionWasActive() {
+  return isSessionActive;
+}
+
 void openAccessibilitySettings() {
   NSURL* pane = [NSURL URLWithString:@"x-apple.systempreferences:com.apple.preference.security"
                                      @"?Privacy_Accessibility"];
