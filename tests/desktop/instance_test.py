@@ -1,12 +1,15 @@
 """A second start of Vorrin in one session."""
 
+import contextlib
 import os
+import pathlib
+import re
 import signal
 import subprocess
 import time
 import unittest
 
-from desktop import Client, Desktop, wait_until
+from desktop import BUS_NAME, PROGRAM, Client, Desktop, wait_until
 
 
 class OneInstance(unittest.TestCase):
@@ -125,6 +128,58 @@ class DesktopRequests(unittest.TestCase):
             desktop.type("x")
             wait_until(lambda: client.pressed()[-2:] == [53, 53], "a second key")
             self.assertEqual((client.clicks(), client.pressed()), (before[0], before[1] + [53]))
+
+
+class StartByTheBus(unittest.TestCase):
+    """The desktop calls Vorrin by its name, and the bus starts it from the file that is installed."""
+
+    @contextlib.contextmanager
+    def desktop_with_service(self):
+        with Desktop(session_bus=False) as desktop:
+            data = desktop.home / "share"
+            services = data / "dbus-1/services"
+            services.mkdir(parents=True)
+            installed = pathlib.Path(os.environ["VORRIN_BUS_SERVICE"]).read_text()
+            services.joinpath(BUS_NAME + ".service").write_text(
+                re.sub("^Exec=.*/vorrin$", "Exec=" + PROGRAM, installed, flags=re.MULTILINE))
+            desktop.environment["XDG_DATA_DIRS"] = str(data)
+            _, desktop.environment["DBUS_SESSION_BUS_ADDRESS"] = desktop.start_bus()
+            yield desktop
+            # The bus does not end with it what it started.
+            os.kill(desktop.name_owner_process(), signal.SIGTERM)
+            wait_until(lambda: desktop.name_owner_process() is None, "the end of Vorrin")
+
+    def test_activate_starts_vorrin_and_shows_its_window(self):
+        with self.desktop_with_service() as desktop:
+            self.assertIsNone(desktop.name_owner_process())
+            self.assertEqual(desktop.call("org.freedesktop.Application.Activate", "{}"), "()")
+            wait_until(desktop.vorrin_windows, "the window")
+            wait_until(lambda: "ready=true" in desktop.status(), "Vorrin at work")
+            window = desktop.vorrin_windows()
+            self.assertEqual(desktop.call("org.freedesktop.Application.Activate", "{}"), "()")
+            self.assertEqual(desktop.vorrin_windows(), window)
+
+    def test_a_vorrin_that_the_bus_started_is_the_first(self):
+        with self.desktop_with_service() as desktop:
+            desktop.call("org.freedesktop.Application.Activate", "{}")
+            first = desktop.name_owner_process()
+            wait_until(desktop.vorrin_windows, "the window")
+            self.assertEqual(desktop.start_vorrin().wait(15), 0)
+            self.assertEqual(desktop.name_owner_process(), first)
+
+    def test_an_action_is_answered_by_a_vorrin_that_it_starts(self):
+        with self.desktop_with_service() as desktop:
+            self.assertEqual(desktop.call("org.freedesktop.Application.ActivateAction", "stop-all",
+                                          "[]", "{}"), "()")
+            wait_until(lambda: "ready=true" in desktop.status(), "Vorrin at work")
+
+    def test_a_start_while_the_bus_starts_another_leaves_one(self):
+        with self.desktop_with_service() as desktop:
+            started = desktop.start_vorrin()
+            desktop.call("org.freedesktop.Application.Activate", "{}")
+            wait_until(lambda: started.poll() == 0 or
+                       desktop.name_owner_process() == started.pid, "one Vorrin")
+            wait_until(lambda: len(desktop.vorrin_windows()) == 1, "one window")
 
 
 class WithoutSessionBus(unittest.TestCase):
