@@ -13,6 +13,7 @@ CLIENT = os.environ["VORRIN_TEST_CLIENT"]
 LOCKER = os.environ["VORRIN_SCREEN_LOCKER"]
 BUS_NAME = "org.vorrin.Vorrin"
 PATIENCE = 10.0
+X = 53  # the server's code of a key that means nothing to Vorrin
 DIGIT_1 = 10  # the server's code of the key that the keyboard macro repeats at first
 
 
@@ -151,6 +152,11 @@ class Desktop:
         return self.text("gdbus", "call", "--session", "--timeout", "10", "--dest", to,
                          "--object-path", path, "--method", method, *arguments)
 
+    def settle(self):
+        """Waits until Vorrin has dealt with what was sent to it before."""
+        for _ in range(2):
+            self.call("org.freedesktop.Application.ActivateAction", "none", "[]", "{}")
+
     def name_owner_process(self, name=BUS_NAME):
         """The process that has a name on the session bus; nothing when it has no owner."""
         answer = self.call("org.freedesktop.DBus.GetConnectionUnixProcessID", name,
@@ -201,6 +207,20 @@ class Client:
 
     def clicks(self):
         return len(self._lines("ButtonPress"))
+
+    def typed(self, *keys):
+        """What arrives of these keys and of all that Vorrin does meanwhile: codes and clicks."""
+        before = len(self.pressed()), self.clicks()
+        self._desktop.type(*keys, "x")
+        wait_until(lambda: X in self.pressed()[before[0]:], "the last key")
+        return self.pressed()[before[0]:][:-1], self.clicks() - before[1]
+
+    def drain(self):
+        """Has everything that was posted before arrive. On a busy machine Vorrin may hear of its being
+        stopped, and the server take what Vorrin posted, later than keys typed afterwards."""
+        self._desktop.settle()
+        wait_until(lambda: all(self.typed() == ([], 0) for _ in range(3)),
+                   "an end of all clicks and digits")
 
     def focus(self):
         """Has the user go to it, with the keyboard and the pointer."""

@@ -8,10 +8,10 @@ import sys
 import time
 import unittest
 
-from desktop import Client, Desktop, Locker, wait_until
+from desktop import X, Client, Desktop, Locker, wait_until
 
 SESSION = "/org/freedesktop/login1/session/c1"
-BACKTICK, TAB, X = 49, 23, 53  # the server's key codes
+BACKTICK, TAB = 49, 23  # the server's key codes
 
 
 class LoginManager:
@@ -80,43 +80,24 @@ class SessionTest(unittest.TestCase):
     def at_work(self, desktop):
         """Vorrin behind a client in front, both macros running."""
         vorrin = desktop.start_ready_vorrin()
-        self.settle(desktop)
+        desktop.settle()
         client = Client(desktop)
         client.focus()
         client.start_macros()
         return vorrin, client
 
-    def settle(self, desktop):
-        """Waits until Vorrin has dealt with what was sent to it before."""
-        for _ in range(2):
-            desktop.call("org.freedesktop.Application.ActivateAction", "none", "[]", "{}")
-
-    def typed(self, desktop, client, *keys):
-        """What arrives of these keys and of all that Vorrin does meanwhile: codes and clicks."""
-        before = len(client.pressed()), client.clicks()
-        desktop.type(*keys, "x")
-        wait_until(lambda: X in client.pressed()[before[0]:], "the last key")
-        return client.pressed()[before[0]:][:-1], client.clicks() - before[1]
-
-    def drain(self, desktop, client):
-        """Has everything that was posted before arrive. On a busy machine Vorrin may hear of the lock,
-        and the server take what Vorrin posted, later than keys typed afterwards."""
-        self.settle(desktop)
-        wait_until(lambda: all(self.typed(desktop, client) == ([], 0) for _ in range(3)),
-                   "an end of all clicks and digits")
-
     def assert_away(self, desktop, client):
-        self.drain(desktop, client)
-        self.assertEqual(self.typed(desktop, client, "grave", "Tab"), ([BACKTICK, TAB], 0))
+        client.drain()
+        self.assertEqual(client.typed("grave", "Tab"), ([BACKTICK, TAB], 0))
 
     def assert_back_and_off(self, desktop, client):
-        self.settle(desktop)
-        self.assertEqual(self.typed(desktop, client), ([], 0))
+        desktop.settle()
+        self.assertEqual(client.typed(), ([], 0))
         client.start_macros_at_once()
 
     def is_back(self, desktop, client):
         """Whether a shortcut is swallowed; starts the macro then."""
-        arrived, clicks = self.typed(desktop, client, "Tab")
+        arrived, clicks = client.typed("Tab")
         return TAB not in arrived or clicks > 0
 
     def assert_all_arrives(self, desktop, locker):
@@ -127,7 +108,7 @@ class SessionTest(unittest.TestCase):
         self.assertEqual(locker.pressed()[before:], [X, BACKTICK, TAB, X, BACKTICK, TAB, X])
 
     def assert_stopped_but_there(self, desktop, client):
-        self.drain(desktop, client)
+        client.drain()
         self.assert_back_and_off(desktop, client)
 
 
@@ -191,9 +172,9 @@ class Login(SessionTest):
             desktop.call("org.freedesktop.Application.Activate", "{}")
             window = desktop.vorrin_windows()[0]
             wait_until(lambda: desktop.active_window() == window, "the window in front")
-            self.settle(desktop)
+            desktop.settle()
             client.focus()
-            self.settle(desktop)
+            desktop.settle()
             self.assert_back_and_off(desktop, client)
 
     def test_a_session_locked_at_the_start_is_left_alone(self):
@@ -241,7 +222,7 @@ class SilentLockers(SessionTest):
             client.focus()
             client.start_macros()
             desktop.type("Escape")
-            self.drain(desktop, client)
+            client.drain()
             self.assert_all_arrives(desktop, Locker(desktop))
 
     def test_after_it_everything_is_as_before_and_the_macros_are_off(self):
@@ -262,7 +243,7 @@ class SilentLockers(SessionTest):
             wait_until(lambda: client.clicks() > clicks + 100, "clicks")
 
     def posts_nothing(self, desktop, locker):
-        self.settle(desktop)
+        desktop.settle()
         before = len(locker.pressed())
         desktop.type("x")
         wait_until(lambda: X in locker.pressed()[before:], "a key")
