@@ -8,10 +8,13 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <memory>
 #include <string>
+#include <vector>
 
 #include "tests/foundation/child_process.h"
 #include "tests/foundation/defaults_sandbox.h"
+#include "tests/foundation/killed_at_instant.h"
 
 namespace vorrin {
 namespace {
@@ -144,6 +147,50 @@ TEST_F(TextFile, is_seen_whole_by_a_reader_at_every_moment) {
     const auto text = readTextFile(file);
     ASSERT_TRUE(text == first || text == second);
   }
+}
+
+TEST_F(TextFile, is_whole_and_soon_alone_when_its_writer_is_killed_at_any_instant) {
+  fill(file, "old");
+  for (int instant = 0;; ++instant) {
+    const bool killed =
+        killedAtInstant(instant, [&] { static_cast<void>(writeTextFileAtomically(file, "new")); });
+    const auto text = readTextFile(file);
+    ASSERT_TRUE(text == "old" || text == "new") << "at instant " << instant;
+    ASSERT_LE(namesIn(directory).size(), 2u) << "at instant " << instant;
+    ASSERT_TRUE(writeTextFileAtomically(file, "old")) << "after instant " << instant;
+    ASSERT_EQ(namesIn(directory), std::vector<std::string>{"text"}) << "after instant " << instant;
+    if (!killed) break;
+  }
+}
+
+TEST_F(TextFile, is_not_written_by_two_at_once) {
+  constexpr int writers = 3;
+  std::vector<std::unique_ptr<ChildProcess>> children;
+  for (int writer = 0; writer < writers; ++writer) {
+    children.push_back(std::make_unique<ChildProcess>([&, writer] {
+      for (int i = 0; i < 200; ++i) {
+        const std::string text(20'000, static_cast<char>('a' + writer));
+        static_cast<void>(writeTextFileAtomically(file, text));
+        const auto found = readTextFile(file);
+        if (!found || *found != std::string(20'000, found->front())) return false;
+      }
+      return true;
+    }));
+  }
+  for (const auto& child : children) EXPECT_TRUE(child->wait());
+  ASSERT_TRUE(writeTextFileAtomically(file, "last"));
+  EXPECT_EQ(namesIn(directory), std::vector<std::string>{"text"});
+}
+
+TEST_F(TextFile, is_not_written_through_what_somebody_laid_in_wait) {
+  fill(root / "other", "of somebody else");
+  const auto trap = directory / ".text.vorrin-new";
+  std::filesystem::create_symlink(root / "other", trap);
+  EXPECT_FALSE(writeTextFileAtomically(file, "new"));
+  std::filesystem::remove(trap);
+  std::filesystem::create_hard_link(root / "other", trap);
+  EXPECT_FALSE(writeTextFileAtomically(file, "new"));
+  EXPECT_EQ(contentOf(root / "other"), "of somebody else");
 }
 
 TEST_F(TextFile, opens_no_descriptor_for_good) {

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <pwd.h>
 #include <stdlib.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unicode/ustring.h>
 #include <unistd.h>
@@ -13,7 +14,6 @@
 #include <utility>
 
 #include "platform/linux/foundation/file_descriptor.h"
-#include "platform/uuid.h"
 
 namespace vorrin {
 
@@ -67,6 +67,34 @@ std::optional<std::filesystem::path> linkTarget(std::filesystem::path path) {
   return {};
 }
 
+bool isFileAt(const FileDescriptor& file, const std::filesystem::path& path) {
+  struct stat opened {};
+  struct stat found {};
+  return ::fstat(file.get(), &opened) == 0 && ::lstat(path.c_str(), &found) == 0 &&
+         opened.st_dev == found.st_dev && opened.st_ino == found.st_ino;
+}
+
+/// Whether nobody but this process's user has made the file or can reach it under another name.
+bool isOnlyHere(const FileDescriptor& file) {
+  struct stat status {};
+  return ::fstat(file.get(), &status) == 0 && S_ISREG(status.st_mode) && status.st_nlink == 1 &&
+         status.st_uid == ::geteuid();
+}
+
+/// The file that is to take another one's place, empty. It always has the same name, so that what
+/// a killed process leaves behind is used up by the next one; a lock tells such a file from one
+/// that is being written. Not open when another process is at it.
+FileDescriptor openSuccessor(const std::filesystem::path& path) {
+  FileDescriptor file(
+      ::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0666));
+  if (!file.isOpen() || !isOnlyHere(file)) return {};
+  // Where the file system has no locks two processes may meet, but only by chance.
+  if (::flock(file.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) return {};
+  // The other one may have finished in between: then this is its finished file.
+  if (!isFileAt(file, path) || ::ftruncate(file.get(), 0) != 0) return {};
+  return file;
+}
+
 }  // namespace
 
 std::filesystem::path homeDirectory() {
@@ -96,15 +124,15 @@ bool writeTextFileAtomically(const std::filesystem::path& path, std::string_view
   const bool replaces = ::lstat(target->c_str(), &old) == 0;
   if (replaces && !S_ISREG(old.st_mode)) return false;
 
-  const auto temporary = target->parent_path() / (".vorrin-" + newUuidString());
-  const FileDescriptor file(
-      ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+  const auto successor =
+      target->parent_path() / ("." + target->filename().string() + ".vorrin-new");
+  const FileDescriptor file = openSuccessor(successor);
   if (!file.isOpen()) return false;
   // Not flushed to the disk: that can hold up the main thread for long, and a text lost with the
   // power is written again when it is next compared.
   const bool written = (!replaces || ::fchmod(file.get(), old.st_mode & 07777) == 0) &&
-                       writeAll(file, text) && ::rename(temporary.c_str(), target->c_str()) == 0;
-  if (!written) ::unlink(temporary.c_str());
+                       writeAll(file, text) && ::rename(successor.c_str(), target->c_str()) == 0;
+  if (!written) ::unlink(successor.c_str());
   return written;
 }
 
