@@ -1,4 +1,5 @@
 #include <sqlite3.h>
+#include <sys/stat.h>
 
 #include <fstream>
 #include <memory>
@@ -127,6 +128,17 @@ TEST_F(StorageFault, a_file_damaged_under_the_program_is_set_aside_and_made_agai
   EXPECT_EQ(readStored().settings.intervals[0], 0.02);
   EXPECT_EQ(namesIn(settingsDirectory()).size(), 2U);
   expectMacrosWork();
+}
+
+TEST_F(StorageFault, settings_are_the_users_alone_whatever_mask_the_program_is_started_with) {
+  const mode_t mask = ::umask(0);
+  startProgram();
+  ::umask(mask);
+  client = std::make_unique<Client>(desktop.display());
+  editInWindow();
+  ASSERT_TRUE(waitUntil([] { return readStored().presets.contains("late"); }));
+  EXPECT_EQ(permissionsOf(settingsDirectory()), 0700U);
+  EXPECT_EQ(permissionsOf(settingsFile()), 0600U);
 }
 
 }  // namespace

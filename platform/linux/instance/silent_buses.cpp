@@ -48,18 +48,36 @@ bool mayAnswer(const BusAddress& place) {
   return place.transport != "autolaunch";
 }
 
-void disregardIfSilent(const char* variable, const char* usualPlace) {
-  const char* const named = std::getenv(variable);
-  const auto places = readBusAddresses(named != nullptr && *named != '\0' ? named : usualPlace);
-  if (std::any_of(places.begin(), places.end(), mayAnswer)) return;
-  ::setenv(variable, "disabled:", 1);
+/// Where a bus is to be found.
+struct BusPlace {
+  const char* variable;
+  const char* usual;  ///< where the variable says nothing
+};
+
+constexpr BusPlace sessionBus{"DBUS_SESSION_BUS_ADDRESS", "unix:runtime=yes"};
+constexpr BusPlace systemBus{"DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/run/dbus/system_bus_socket"};
+
+bool mayAnswer(const BusPlace& place) {
+  const char* const named = std::getenv(place.variable);
+  const auto addresses = readBusAddresses(named != nullptr && *named != '\0' ? named : place.usual);
+  return std::any_of(addresses.begin(), addresses.end(),
+                     [](const BusAddress& address) { return mayAnswer(address); });
 }
 
 }  // namespace
 
 void disregardSilentBuses() {
-  disregardIfSilent("DBUS_SESSION_BUS_ADDRESS", "unix:runtime=yes");
-  disregardIfSilent("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/run/dbus/system_bus_socket");
+  for (const BusPlace& place : {sessionBus, systemBus}) {
+    if (!mayAnswer(place)) ::setenv(place.variable, "disabled:", 1);
+  }
+}
+
+bool sessionBusMayAnswer() {
+  return mayAnswer(sessionBus);
+}
+
+bool systemBusMayAnswer() {
+  return mayAnswer(systemBus);
 }
 
 }  // namespace vorrin

@@ -8,4 +8,8 @@ namespace vorrin {
 /// answer. Call it before anything uses a bus.
 void disregardSilentBuses();
 
+/// Whether somebody answers at the place of the bus. Waits up to a second for a bus that hangs.
+bool sessionBusMayAnswer();
+bool systemBusMayAnswer();
+
 }  // namespace vorrin

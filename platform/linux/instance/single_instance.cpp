@@ -40,15 +40,23 @@ QVariantMap ownPlatformData() {
 SingleInstance::SingleInstance(InstanceRequests requests) : requests_(std::move(requests)) {}
 
 bool SingleInstance::claim() {
-  QDBusConnection bus = QDBusConnection::sessionBus();
+  const QDBusConnection bus = bus_.reach([this](const QDBusConnection& newBus) {
+    answerOn(newBus);
+    // Another one that was faster is left in peace: both are at work already.
+    static_cast<void>(takeName(newBus));
+  });
   if (!bus.isConnected()) return true;
-  // Whoever has the name can be asked at once.
-  bus.registerObject(path, this, QDBusConnection::ExportAllSlots);
+  answerOn(bus);
   for (int attempt = 0; attempt < claimAttempts; ++attempt) {
     if (takeName(bus)) return true;
     if (callUpFirst(bus)) return false;
   }
   return true;
+}
+
+// To be done before taking the name: whoever has it can be asked at once.
+void SingleInstance::answerOn(QDBusConnection bus) {
+  bus.registerObject(path, this, QDBusConnection::ExportAllSlots);
 }
 
 bool SingleInstance::takeName(const QDBusConnection& bus) {

@@ -6,6 +6,8 @@
 #include <QVariantMap>
 #include <functional>
 
+#include "platform/linux/instance/lasting_bus.h"
+
 namespace vorrin {
 
 /// What another start of the program, or the desktop, asks of the one that runs.
@@ -16,7 +18,8 @@ struct InstanceRequests {
 
 /// The program's place on the session's message bus: a name that only one process at a time has,
 /// and the standard interface behind it by which desktops start and control applications. Without a
-/// bus every process counts as the first and nothing is ever asked of it.
+/// bus every process counts as the first and nothing is ever asked of it. On a bus that comes back
+/// the process takes its place again, unless another one was faster.
 class SingleInstance : public QObject {
   Q_OBJECT
   Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
@@ -37,11 +40,13 @@ class SingleInstance : public QObject {
   // NOLINTEND(readability-identifier-naming)
 
  private:
+  void answerOn(QDBusConnection bus);
   [[nodiscard]] static bool takeName(const QDBusConnection& bus);
   /// False when there is nobody to call up any more.
   [[nodiscard]] static bool callUpFirst(const QDBusConnection& bus);
 
   InstanceRequests requests_;
+  LastingBus bus_{QDBusConnection::SessionBus};
 };
 
 }  // namespace vorrin

@@ -45,15 +45,26 @@ QDBusMessage managerCall(const QString& method, const QVariant& argument) {
 
 LoginSession::LoginSession(SessionPresence& presence, std::function<void()> willSleep)
     : presence_(presence), willSleep_(std::move(willSleep)), bus_(QString()) {
+  // The manager may be started anew, with an update for instance.
+  arrivals_.setWatchMode(QDBusServiceWatcher::WatchForRegistration);
+  arrivals_.addWatchedService(service);
+  connect(&arrivals_, &QDBusServiceWatcher::serviceRegistered, this, [this] { greetManager(); });
   // Reaching for the bus may take a while; the window comes first.
-  QTimer::singleShot(0, this, [this] { connectToBus(); });
+  QTimer::singleShot(0, this, [this] {
+    listenOn(lastingBus_.reach([this](const QDBusConnection& bus) { listenOn(bus); }));
+  });
 }
 
-void LoginSession::connectToBus() {
-  bus_ = QDBusConnection::systemBus();
-  if (!bus_.isConnected()) return;
+void LoginSession::listenOn(const QDBusConnection& bus) {
+  if (!bus.isConnected()) return;
+  bus_ = bus;
+  arrivals_.setConnection(bus);
   bus_.connect(service, managerPath, managerInterface, "PrepareForSleep", this,
                SLOT(prepareForSleep(bool)));
+  greetManager();
+}
+
+void LoginSession::greetManager() {
   delaySleep();
   findSession();
 }

@@ -30,27 +30,31 @@ ScreenSavers::ScreenSavers(SessionPresence& presence) : presence_(presence) {
   departures_.setWatchMode(QDBusServiceWatcher::WatchForUnregistration);
   connect(&departures_, &QDBusServiceWatcher::serviceUnregistered, this,
           [this](const QString& name) { presence_.setLocked(name.toStdString(), false); });
-  QTimer::singleShot(0, this, [this] { connectToBus(); });
+  for (const auto& [name, path] : screenSavers) departures_.addWatchedService(name);
+  QTimer::singleShot(0, this, [this] {
+    listenOn(lastingBus_.reach([this](const QDBusConnection& bus) { listenOn(bus); }));
+  });
 }
 
-void ScreenSavers::connectToBus() {
-  QDBusConnection bus = QDBusConnection::sessionBus();
+void ScreenSavers::listenOn(QDBusConnection bus) {
   if (!bus.isConnected()) return;
   departures_.setConnection(bus);
   for (const auto& [name, path] : screenSavers) {
-    departures_.addWatchedService(name);
+    // One on a bus that has ended cannot say any more that it has left the screen.
+    presence_.setLocked(name, false);
     // Some tell it at other paths than this one too.
     const QString anyPath;
     bus.connect(name, anyPath, name, "ActiveChanged", this,
                 SLOT(activeChanged(bool, QDBusMessage)));
-    askWhetherActive(name, path);
+    askWhetherActive(bus, name, path);
   }
 }
 
-void ScreenSavers::askWhetherActive(const QString& name, const QString& path) {
+void ScreenSavers::askWhetherActive(const QDBusConnection& bus, const QString& name,
+                                    const QString& path) {
   QDBusMessage call = QDBusMessage::createMethodCall(name, path, name, "GetActive");
   call.setAutoStartService(false);
-  auto* watcher = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(call), this);
+  auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(call), this);
   connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, name, watcher] {
     watcher->deleteLater();
     const QDBusPendingReply<bool> isActive = *watcher;

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusServiceWatcher>
 #include <QObject>
 
+#include "platform/linux/instance/lasting_bus.h"
 #include "platform/linux/session/session_presence.h"
 
 namespace vorrin {
@@ -20,10 +22,11 @@ class ScreenSavers : public QObject {
  private:
   Q_SLOT void activeChanged(bool isActive, const QDBusMessage& signal);
 
-  void connectToBus();
-  void askWhetherActive(const QString& name, const QString& path);
+  void listenOn(QDBusConnection bus);
+  void askWhetherActive(const QDBusConnection& bus, const QString& name, const QString& path);
 
   SessionPresence& presence_;
+  LastingBus lastingBus_{QDBusConnection::SessionBus};
   QDBusServiceWatcher departures_;
 };
 
