@@ -59,6 +59,18 @@ TEST_F(DesktopFault, the_death_of_its_server_ends_the_program_and_loses_nothing)
   EXPECT_TRUE(again.waitUntilReady());
 }
 
+TEST_F(DesktopFault, keys_that_another_client_makes_up_are_no_shortcuts) {
+  start();
+  OtherClient other(desktop.display());
+  for (const unsigned long window : {client->window(), vorrinWindow()}) {
+    for (const std::uint16_t key : settings.keys) other.makeUpKey(key, window);
+  }
+  client->readUntil(releaseOf(settings.keys[1]));
+  InputWatch watch(desktop.display());
+  waitFor(std::chrono::milliseconds(300));
+  EXPECT_EQ(watch.takePresses(), 0);
+}
+
 TEST_F(DesktopFault, a_server_that_stood_still_is_not_flooded_with_what_was_missed) {
   settings.intervals = {0.001, 0.001};
   startMacros();

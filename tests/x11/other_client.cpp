@@ -90,6 +90,20 @@ int OtherClient::pressesReceived() {
   return presses;
 }
 
+void OtherClient::makeUpKey(std::uint16_t virtualKey, unsigned long window) {
+  Display* const display = native_->display.get();
+  for (const int type : {KeyPress, KeyRelease}) {
+    XEvent event{};
+    event.xkey.type = type;
+    event.xkey.window = window;
+    event.xkey.root = DefaultRootWindow(display);
+    event.xkey.same_screen = True;
+    event.xkey.keycode = keycodeOf(virtualKey);
+    XSendEvent(display, window, True, KeyPressMask | KeyReleaseMask, &event);
+  }
+  XSync(display, False);
+}
+
 void OtherClient::stopServer() {
   XGrabServer(native_->display.get());
   XSync(native_->display.get(), False);

@@ -28,6 +28,9 @@ class OtherClient {
   /// The presses that it received through its grabs.
   int pressesReceived();
 
+  /// Tells a window of a key press and release that never were.
+  void makeUpKey(std::uint16_t virtualKey, unsigned long window);
+
   /// Keeps all other programs from the server in between.
   void stopServer();
   void resumeServer();
