@@ -87,6 +87,7 @@ TEST_F(StorageFault, with_a_file_in_the_place_of_the_directory_everything_works_
   settings = stored();
   startProgram();
   client = std::make_unique<Client>(desktop.display());
+  showClient();
   editInWindow();
   settings.digit = 1;
   expectMacrosWork();
@@ -134,7 +135,6 @@ TEST_F(StorageFault, settings_are_the_users_alone_whatever_mask_the_program_is_s
   const mode_t mask = ::umask(0);
   startProgram();
   ::umask(mask);
-  client = std::make_unique<Client>(desktop.display());
   editInWindow();
   ASSERT_TRUE(waitUntil([] { return readStored().presets.contains("late"); }));
   EXPECT_EQ(permissionsOf(settingsDirectory()), 0700U);
