@@ -118,9 +118,7 @@ void LoginSession::watch(const QString& sessionPath) {
       QDBusMessage::createMethodCall(service, sessionPath, propertiesInterface, "Get");
   call << QString(sessionInterface) << QString(lockedHint);
   callAsync(bus_, *this, call, [this](const QDBusPendingReply<QDBusVariant>& isLocked) {
-    if (!isLocked.isError() && isLocked.value().variant().toBool()) {
-      presence_.setLocked(service, true);
-    }
+    if (!isLocked.isError()) presence_.setLocked(service, isLocked.value().variant().toBool());
   });
 }
 
