@@ -159,19 +159,19 @@ void User::pointAtCorner(unsigned long window) {
   flush();
 }
 
-void User::click() {
-  pressButton();
-  releaseButton();
-}
-
-void User::pressButton() {
-  XTestFakeButtonEvent(native_->display.get(), Button1, True, 0);
+void User::pressButton(unsigned button) {
+  XTestFakeButtonEvent(native_->display.get(), button, True, 0);
   flush();
 }
 
-void User::releaseButton() {
-  XTestFakeButtonEvent(native_->display.get(), Button1, False, 0);
+void User::releaseButton(unsigned button) {
+  XTestFakeButtonEvent(native_->display.get(), button, False, 0);
   flush();
+}
+
+void User::click(unsigned button) {
+  pressButton(button);
+  releaseButton(button);
 }
 
 }  // namespace vorrin::x11_tests

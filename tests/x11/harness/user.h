@@ -59,11 +59,11 @@ class User {
   void movePointer(int x, int y);
   void pointAt(unsigned long window);
   void pointAtCorner(unsigned long window);
-  void click();
 
-  /// The left button alone.
-  void pressButton();
-  void releaseButton();
+  /// Buttons as X numbers them; 1 is the left one.
+  void pressButton(unsigned button = 1);
+  void releaseButton(unsigned button = 1);
+  void click(unsigned button = 1);
 
  private:
   struct Native;
