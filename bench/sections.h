@@ -8,5 +8,7 @@ void measureLatency();
 void measureIdle();
 void measureStartup();
 void measureStore();
+void measureTickCost();
+void measureTyping();
 
 }  // namespace vorrin::bench
