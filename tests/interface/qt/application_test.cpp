@@ -77,10 +77,13 @@ class ApplicationProcess : public testing::Test {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     setenv("QT_QPA_PLATFORM", "offscreen", 1);
     setenv("XDG_RUNTIME_DIR", home_.path.c_str(), 1);
+    // A process that ends inside a test leaves its own home behind; it shall lie in this one.
+    setenv("TMPDIR", home_.path.c_str(), 1);
     unsetenv("DBUS_SESSION_BUS_ADDRESS");
     unsetenv("DISPLAY");
     unsetenv("WAYLAND_DISPLAY");
   }
+  ~ApplicationProcess() override { unsetenv("TMPDIR"); }
 
  private:
   PrivateHome home_;

@@ -1,0 +1,62 @@
+"""The window looks the same on every desktop: its colours are its own."""
+
+import subprocess
+import unittest
+
+from desktop import Desktop, wait_until
+
+LIGHT_KDE = """[Colors:Window]
+BackgroundNormal=239,240,241
+ForegroundNormal=35,38,41
+[Colors:Button]
+BackgroundNormal=252,252,252
+ForegroundNormal=35,38,41
+[General]
+fixed=Nimbus Mono PS,14,-1,5,50,0,0,0,0,0
+"""
+
+SETTINGS = {
+    "a light KDE": {"XDG_CURRENT_DESKTOP": "KDE", "KDE_SESSION_VERSION": "5",
+                    "KDE_FULL_SESSION": "true"},
+    "a light GNOME": {"XDG_CURRENT_DESKTOP": "GNOME", "GTK_THEME": "Adwaita"},
+    "a dark GNOME": {"XDG_CURRENT_DESKTOP": "GNOME", "GTK_THEME": "Adwaita:dark"},
+    "another style": {"QT_STYLE_OVERRIDE": "Windows"},
+    "another theme": {"QT_QPA_PLATFORMTHEME": "kde", "KDE_FULL_SESSION": "true",
+                      "XDG_CURRENT_DESKTOP": "KDE"},
+}
+
+
+class Looks(unittest.TestCase):
+    def picture(self, variables):
+        """What identifies the pixels of the window, once it is drawn."""
+        with Desktop(variables=variables) as desktop:
+            (desktop.home / ".config").mkdir()
+            (desktop.home / ".config/kdeglobals").write_text(LIGHT_KDE)
+            desktop.start_ready_vorrin()
+            window = desktop.vorrin_windows()[0]
+            desktop.text("xdotool", "windowactivate", "--sync", window)
+            desktop.text("xdotool", "mousemove", "0", "0")
+            seen = []
+
+            def is_drawn():
+                seen.append(self.signature(desktop, window))
+                return len(seen) > 2 and seen[-1] == seen[-2] == seen[-3]
+
+            wait_until(is_drawn, "a picture that stays")
+            return seen[-1]
+
+    def signature(self, desktop, window):
+        image = subprocess.run(["import", "-window", window, "png:-"], env=desktop.environment,
+                               stdout=subprocess.PIPE, check=True, timeout=10).stdout
+        return subprocess.run(["identify", "-format", "%#", "png:-"], input=image,
+                              stdout=subprocess.PIPE, check=True, timeout=10).stdout
+
+    def test_no_desktops_theme_changes_it(self):
+        plain = self.picture({})
+        for name, variables in SETTINGS.items():
+            with self.subTest(name):
+                self.assertEqual(self.picture(variables), plain)
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
