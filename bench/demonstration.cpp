@@ -3,8 +3,11 @@
 #include <exception>
 #include <filesystem>
 #include <stdexcept>
+#include <string>
+#include <vector>
 
 #include "bench/session.h"
+#include "tests/x11/harness/windows.h"
 
 namespace {
 
@@ -41,11 +44,24 @@ void stopWithEscape(Stage& stage, Client& client, const char* kind) {
   if (late != 0) throw std::runtime_error("a macro went on after Escape");
 }
 
+void run(const Stage& stage, const std::vector<std::string>& command) {
+  Process process(command, {{"DISPLAY", stage.desktop.display()}});
+  const auto ending = process.waitForEnd();
+  if (!ending || ending->bySignal || ending->number != 0) {
+    throw std::runtime_error(command.front() + " failed");
+  }
+}
+
+/// Moves both windows so that neither covers the other.
+void putSideBySide(const Stage& stage, const Client& client) {
+  const auto vorrin = vorrin::x11_tests::Windows(stage.desktop.display()).titled("Vorrin");
+  if (!vorrin) throw std::runtime_error("Vorrin's window is gone");
+  run(stage, {"xdotool", "windowmove", "--sync", std::to_string(*vorrin), "450", "45"});
+  run(stage, {"xdotool", "windowmove", "--sync", std::to_string(client.window()), "25", "260"});
+}
+
 void takePicture(const Stage& stage, const std::filesystem::path& file) {
-  Process picture({"import", "-window", "root", file.string()},
-                  {{"DISPLAY", stage.desktop.display()}});
-  const auto ending = picture.waitForEnd();
-  if (!ending || ending->bySignal || ending->number != 0) throw std::runtime_error("no picture");
+  run(stage, {"import", "-window", "root", "-crop", "1055x795+0+0", "+repage", file.string()});
   std::printf("Picture of the desktop: %s\n", file.c_str());
 }
 
@@ -56,6 +72,7 @@ void demonstrate(const std::filesystem::path& pictureFile) {
       vorrin::bench::startConnectedVorrin(stage, vorrin::bench::clickingEvery(0.001));
   std::printf("Vorrin is connected: %s", vorrin->status().value_or("").c_str());
   Client client(stage.desktop.display(), "Counting what arrives here");
+  putSideBySide(stage, client);
   stage.user.pointAt(client.window());
   vorrin::bench::waitForShortcut(stage, vorrin::bench::tabKey);
   std::puts("A second program is in front. Pressing Tab (click every 0.001 s):");
