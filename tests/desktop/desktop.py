@@ -12,7 +12,7 @@ PROGRAM = os.environ["VORRIN_PROGRAM"]
 CLIENT = os.environ["VORRIN_TEST_CLIENT"]
 LOCKER = os.environ["VORRIN_SCREEN_LOCKER"]
 BUS_NAME = "org.vorrin.Vorrin"
-PATIENCE = 10.0
+PATIENCE = 30.0  # a machine may have much else to do
 X = 53  # the server's code of a key that means nothing to Vorrin
 DIGIT_1 = 10  # the server's code of the key that the keyboard macro repeats at first
 

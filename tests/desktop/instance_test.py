@@ -9,13 +9,13 @@ import subprocess
 import time
 import unittest
 
-from desktop import BUS_NAME, PROGRAM, Client, Desktop, wait_until
+from desktop import BUS_NAME, PATIENCE, PROGRAM, Client, Desktop, wait_until
 
 
 class OneInstance(unittest.TestCase):
     def second_start(self, desktop, **options):
         second = desktop.start_vorrin(**options)
-        self.assertEqual(second.wait(15), 0, second.stderr.read() if second.stderr else "")
+        self.assertEqual(second.wait(PATIENCE), 0, second.stderr.read() if second.stderr else "")
         return second
 
     def test_a_second_start_brings_the_first_to_the_front_and_ends_with_status_0(self):
@@ -160,7 +160,7 @@ class StartByTheBus(unittest.TestCase):
             desktop.call("org.freedesktop.Application.Activate", "{}")
             first = desktop.name_owner_process()
             wait_until(desktop.vorrin_windows, "the window")
-            self.assertEqual(desktop.start_vorrin().wait(15), 0)
+            self.assertEqual(desktop.start_vorrin().wait(PATIENCE), 0)
             self.assertEqual(desktop.name_owner_process(), first)
 
     def test_an_action_is_answered_by_a_vorrin_that_it_starts(self):
@@ -182,7 +182,7 @@ class WithoutSessionBus(unittest.TestCase):
     def start_in_time(self, desktop, **options):
         begin = time.monotonic()
         vorrin = desktop.start_ready_vorrin(**options)
-        self.assertLess(time.monotonic() - begin, 15)
+        self.assertLess(time.monotonic() - begin, 24)  # the libraries would wait for 25
         desktop.end(vorrin)
         self.assertEqual(vorrin.returncode, 0)
 

@@ -146,7 +146,7 @@ class Login(SessionTest):
             _, client = self.at_work(desktop)
             manager.lock()
             self.assert_away(desktop, client)
-            wait_until(lambda: self.is_back(desktop, client), "Vorrin back", bound=20)
+            wait_until(lambda: self.is_back(desktop, client), "Vorrin back")
 
     def test_a_request_to_lock_ends_with_the_locker_that_heeds_it(self):
         with Desktop() as desktop:
@@ -161,7 +161,7 @@ class Login(SessionTest):
             wait_until(lambda: time.monotonic() - began > 12, "the patience to end", bound=20)
             self.assert_all_arrives(desktop, locker)
             desktop.end(locker.process)
-            wait_until(lambda: self.is_back(desktop, client), "Vorrin back", bound=5)
+            wait_until(lambda: self.is_back(desktop, client), "Vorrin back")
 
     def test_a_lock_that_nobody_takes_back_ends_when_the_user_is_at_the_window(self):
         with Desktop() as desktop:
@@ -201,7 +201,7 @@ class Login(SessionTest):
                 os.kill(getattr(LoginManager(desktop), hanging).pid, signal.SIGSTOP)
                 begin = time.monotonic()
                 vorrin, _ = self.at_work(desktop)
-                self.assertLess(time.monotonic() - begin, 15)
+                self.assertLess(time.monotonic() - begin, 24)  # the libraries would wait for 25
                 desktop.end(vorrin)
                 self.assertEqual(vorrin.returncode, 0)
 
