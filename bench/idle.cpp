@@ -1,4 +1,6 @@
 #include <chrono>
+#include <filesystem>
+#include <string>
 #include <thread>
 
 #include "bench/process_figures.h"
@@ -29,7 +31,13 @@ void measureIdle() {
         fixed((after.processorSeconds - before.processorSeconds) / seconds * 3600, 2), ""},
        {"resident memory, MiB", fixed(memory.resident, 1), "at most 45"},
        {"proportional memory, MiB", fixed(memory.proportional, 1), ""},
-       {"memory of its own, MiB", fixed(memory.own, 1), ""}});
+       {"memory of its own, MiB", fixed(memory.own, 1), ""},
+       {"size of the program, KiB",
+        fixed(static_cast<double>(std::filesystem::file_size(
+                  "/proc/" + std::to_string(vorrin->process().id()) + "/exe")) /
+                  1024,
+              0),
+        ""}});
 }
 
 }  // namespace vorrin::bench

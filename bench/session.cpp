@@ -1,8 +1,13 @@
 #include "bench/session.h"
 
+#include <array>
 #include <cstdlib>
+#include <map>
 #include <stdexcept>
+#include <string>
+#include <utility>
 
+#include "settings/preset_json.h"
 #include "settings/settings_persistence.h"
 #include "tests/x11/harness/key_probe.h"
 #include "tests/x11/harness/wait.h"
@@ -42,6 +47,18 @@ void waitForShortcut(const Stage& stage, std::uint16_t virtualKey) {
   if (!probe.waitUntilHeld(virtualKey)) {
     throw std::runtime_error("Vorrin does not listen to the shortcut");
   }
+}
+
+void storePresets(int count) {
+  std::map<std::string, Preset> presets;
+  for (int i = 0; i < count; ++i) {
+    presets["Preset " + std::to_string(i)] = clickingEvery(0.001 * (1 + i % 1000));
+  }
+  const auto json = encodePresets(presets);
+  if (!json) throw std::runtime_error("the presets cannot be encoded");
+  const std::array<std::pair<std::string, DefaultsObject>, 1> entry{
+      {{"namedPresets", Data{*json}}}};
+  UserDefaults::standard().set(entry);
 }
 
 Preset clickingEvery(double seconds) {

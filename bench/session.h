@@ -40,6 +40,9 @@ void waitForShortcut(const Stage& stage, std::uint16_t virtualKey);
 inline constexpr std::uint16_t tabKey = 48;
 inline constexpr std::uint16_t escapeKey = 53;
 
+/// Stores so many presets, in the place of those that are stored.
+void storePresets(int count);
+
 /// The start settings of the program with this interval for the click macro.
 Preset clickingEvery(double seconds);
 

@@ -7,7 +7,6 @@
 #include "bench/session.h"
 #include "bench/statistics.h"
 #include "bench/table.h"
-#include "settings/preset_json.h"
 #include "settings/preset_store.h"
 
 namespace vorrin::bench {
@@ -15,18 +14,6 @@ namespace vorrin::bench {
 namespace {
 
 constexpr int rounds = 5;
-
-void fill(const UserDefaults& defaults, int count) {
-  std::map<std::string, Preset> presets;
-  for (int i = 0; i < count; ++i) {
-    presets["Preset " + std::to_string(i)] = clickingEvery(0.001 * (1 + i % 1000));
-  }
-  const auto json = encodePresets(presets);
-  if (!json) throw std::runtime_error("the presets cannot be encoded");
-  const std::array<std::pair<std::string, DefaultsObject>, 1> entry{
-      {{"namedPresets", Data{*json}}}};
-  defaults.set(entry);
-}
 
 void require(bool done) {
   if (!done) throw std::runtime_error("the store refused what it should do");
@@ -62,7 +49,7 @@ void measureStore() {
       {"presets", "list ms", "save ms", "rename ms", "delete ms", "save, of 10 times fewer"}};
   double smaller = 0;
   for (const int count : {10, 100, 1000, 10000}) {
-    fill(defaults, count);
+    storePresets(count);
     const auto times = measure(store, count);
     rows.push_back({std::to_string(count), fixed(times[0], 2), fixed(times[1], 2),
                     fixed(times[2], 2), fixed(times[3], 2),
