@@ -44,6 +44,7 @@ ClickSeries clicksOfVorrin(Stage& stage, double interval, double seconds) {
 /// does not exceed.
 double error(const ClickSeries& series, double interval, double part) {
   std::vector<double> errors;
+  errors.reserve(series.intervals.size());
   for (const double actual : series.intervals) errors.push_back(std::abs(actual - interval));
   return percentile(std::move(errors), part);
 }
