@@ -55,7 +55,7 @@ const char* describe(EndReason reason) {
 
 }  // namespace
 
-Backend::Backend() {
+Backend::Backend(HelperStart start) : start_(std::move(start)) {
   auto* const application = qobject_cast<QGuiApplication*>(QCoreApplication::instance());
   if (application == nullptr) return;
   QObject::connect(application, &QGuiApplication::applicationStateChanged, &context_,
@@ -77,7 +77,7 @@ bool Backend::isTrusted() {
 bool Backend::isTrustedWithPrompt() {
   waitForUser_ = false;
   failedStarts_ = 0;
-  if (!connection_) start(devicesAreOpen() ? StartWay::directly : StartWay::asking);
+  if (!connection_) start(start_.devicesAreOpen() ? StartWay::directly : StartWay::asking);
   return available_.has_value();
 }
 
@@ -98,12 +98,12 @@ void Backend::startSilently() {
   const auto now = Clock::now();
   if (waitForUser_ || asking_ || now < nextTry_) return;
   nextTry_ = now + retryTime;
-  if (devicesAreOpen()) {
+  if (start_.devicesAreOpen()) {
     start(StartWay::directly);
     return;
   }
   asking_ = true;
-  askPermission(context_, [this](bool allowed) {
+  start_.askPermission(context_, [this](bool allowed) {
     asking_ = false;
     if (allowed && !connection_ && !waitForUser_) start(StartWay::silently);
   });
@@ -113,8 +113,8 @@ void Backend::start(StartWay way) {
   auto ends = makeSocketPair();
   if (!ends) return;
   way_ = way;
-  process_ = StartedProcess::startHelper(way, ends->second,
-                                         [this](int status) { followProcessEnd(status); });
+  greeted_ = false;
+  process_ = start_.start(way, ends->second, [this](int status) { followProcessEnd(status); });
   if (!process_) {
     log("the input helper cannot be started");
     return;
@@ -128,7 +128,10 @@ void Backend::start(StartWay way) {
 }
 
 void Backend::receive(const FromHelper& message) {
-  if (const auto* hello = std::get_if<Hello>(&message)) return greet(*hello);
+  const auto* const hello = std::get_if<Hello>(&message);
+  // The hello comes first, and once.
+  if ((hello != nullptr) == greeted_) return lose(true);
+  if (hello != nullptr) return greet(*hello);
   if (const auto* availability = std::get_if<Availability>(&message)) {
     return setAvailable(availability->available);
   }
@@ -144,6 +147,7 @@ void Backend::receive(const FromHelper& message) {
 }
 
 void Backend::greet(const Hello& hello) {
+  greeted_ = true;
   if (hello.version == helper_protocol::version) return;
   log("the input helper installed here is of another version");
   lose(false);

@@ -22,7 +22,7 @@ namespace vorrin::helper {
 /// starting it. All calls on the main thread.
 class Backend {
  public:
-  Backend();
+  explicit Backend(HelperStart start = {});
   Backend(const Backend&) = delete;
   Backend& operator=(const Backend&) = delete;
   ~Backend();
@@ -61,11 +61,13 @@ class Backend {
   void lose(bool broken);
   void followProcessEnd(int status);
 
+  HelperStart start_;
   QObject context_;  ///< closures on it end with the backend
   std::unique_ptr<Connection> connection_;
-  std::unique_ptr<StartedProcess> process_;
+  std::shared_ptr<void> process_;  ///< the helper's, while its end is to be told
   std::unique_ptr<StartedProcess> permissionChange_;
   std::weak_ptr<Tap> tap_;
+  bool greeted_ = false;               ///< it said hello
   std::optional<bool> available_;      ///< whether it holds the keyboards; set once it serves us
   bool asking_ = false;                ///< polkit was asked for the standing permission
   int failedStarts_ = 0;               ///< helpers in a row that ended before they served

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "platform/linux/helper/permission.h"
 #include "platform/linux/helper_protocol/file_descriptor.h"
 
 namespace vorrin::helper {
@@ -54,6 +55,16 @@ class StartedProcess {
   FileDescriptor watch_;
   std::function<void(int)> ended_;
   std::unique_ptr<QSocketNotifier> notifier_;
+};
+
+/// How a program gets at its helper; tests put a helper of their own there.
+struct HelperStart {
+  std::function<bool()> devicesAreOpen = helper::devicesAreOpen;
+  std::function<void(QObject&, std::function<void(bool allowed)>)> askPermission =
+      helper::askPermission;
+  /// As `StartedProcess::startHelper`; the result is kept as long as the end is to be told.
+  std::function<std::shared_ptr<void>(StartWay, const FileDescriptor&, std::function<void(int)>)>
+      start = StartedProcess::startHelper;
 };
 
 }  // namespace vorrin::helper
