@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <vector>
 
@@ -134,6 +136,36 @@ TEST(PacketSocket, a_packet_longer_than_any_message_comes_back_as_one_of_no_mean
   Packet packet;
   EXPECT_EQ(receivePacket(ends->second.number(), packet), Received::packet);
   EXPECT_FALSE(decodeToHelper(packet.view()));
+}
+
+TEST(PacketSocket, a_packet_names_the_process_that_sent_it) {
+  auto ends = makeSocketPair();
+  ASSERT_TRUE(ends);
+  ASSERT_TRUE(nameSenders(ends->first.number()));
+  const Packet sent = encode(ToHelper(Unlocked{}));
+  ASSERT_TRUE(sendPacket(ends->first.number(), sent));
+  const pid_t other = ::fork();
+  if (other == 0) ::_exit(sendPacket(ends->first.number(), sent) ? 0 : 1);
+  int status = -1;
+  ASSERT_EQ(::waitpid(other, &status, 0), other);
+  ASSERT_EQ(status, 0);
+  ASSERT_TRUE(nameSenders(ends->second.number()));
+  Packet packet;
+  pid_t sender = 0;
+  EXPECT_EQ(receivePacket(ends->second.number(), packet, &sender), Received::packet);
+  EXPECT_EQ(sender, ::getpid());
+  EXPECT_EQ(receivePacket(ends->second.number(), packet, &sender), Received::packet);
+  EXPECT_EQ(sender, other);
+}
+
+TEST(PacketSocket, a_packet_may_have_no_name) {
+  auto ends = makeSocketPair();
+  ASSERT_TRUE(ends);
+  ASSERT_TRUE(sendPacket(ends->first.number(), encode(ToHelper(Unlocked{}))));
+  Packet packet;
+  pid_t sender = 1;
+  EXPECT_EQ(receivePacket(ends->second.number(), packet, &sender), Received::packet);
+  EXPECT_EQ(sender, 0);
 }
 
 TEST(PacketSocket, the_end_of_the_other_side_is_told_from_silence) {

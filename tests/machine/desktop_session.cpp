@@ -83,11 +83,14 @@ void DesktopSession::command(const std::string& text) const {
 }
 
 void DesktopSession::focus(const std::string& application) const {
-  // A click gives the keyboard to the window below it, so the pointer goes first; in Vorrin's window
-  // to where a click does nothing, for an open menu would keep the keyboard.
-  command(application == loggingClient ? "seat seat0 cursor set 900 200"
-                                       : "seat seat0 cursor set 60 725");
+  // A click gives the keyboard to the window below it, so the pointer goes first; in Vorrin's
+  // window to where a click does nothing, for an open menu would keep the keyboard.
+  application == loggingClient ? pointAt(900, 200) : pointAt(60, 725);
   command("[app_id=\"" + application + "\"] focus");
+}
+
+void DesktopSession::pointAt(int x, int y) const {
+  command("seat seat0 cursor set " + std::to_string(x) + " " + std::to_string(y));
 }
 
 std::string DesktopSession::tree() const {

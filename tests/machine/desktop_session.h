@@ -23,6 +23,9 @@ std::string playerOutput(const std::vector<std::string>& command);
 /// The application id of the client that the tests put in front of Vorrin.
 inline constexpr const char* loggingClient = "logging-client";
 
+/// That of Vorrin's window.
+inline constexpr const char* vorrinWindow = "org.vorrin.Vorrin";
+
 inline constexpr const char* screenshot = "/home/player/screenshot.png";
 
 /// A sway with libinput below and no screen but one in memory, run by the ordinary user.
@@ -33,6 +36,8 @@ class DesktopSession {
   /// Gives the keyboard to the window with this application id, Vorrin's or the client's, and moves
   /// the pointer over it.
   void focus(const std::string& application) const;
+  /// Moves the pointer to this place of the screen.
+  void pointAt(int x, int y) const;
   [[nodiscard]] std::string tree() const;
   /// Whether libinput has the device of this name.
   [[nodiscard]] bool hasInput(const std::string& name) const;

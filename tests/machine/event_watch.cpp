@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
+#include <thread>
 
 namespace vorrin::machine {
 namespace {
@@ -69,6 +70,15 @@ int EventWatch::device(const std::string& place, const std::string& name) const 
     return entry.second.place == place && (name.empty() || entry.second.name == name);
   });
   return found == devices_.end() ? -1 : found->second.file.number();
+}
+
+bool EventWatch::isFree(const std::string& place, const std::string& name) {
+  std::this_thread::sleep_until(nextAsking_);
+  nextAsking_ = std::chrono::steady_clock::now() + std::chrono::milliseconds(50);
+  const int file = device(place, name);
+  if (file < 0 || ::ioctl(file, EVIOCGRAB, 1) != 0) return false;
+  ::ioctl(file, EVIOCGRAB, 0);
+  return true;
 }
 
 bool EventWatch::has(const std::string& place, const std::string& name) const {

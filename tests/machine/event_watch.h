@@ -35,6 +35,9 @@ class EventWatch {
   [[nodiscard]] bool has(const std::string& place, const std::string& name = {}) const;
   /// The keys down on all devices together, as the kernel has them.
   [[nodiscard]] std::vector<int> held() const;
+  /// Whether a program that wants the device for itself would get it. Asking takes it for an
+  /// instant, so it is done a few times a second at most, and the call waits for its turn.
+  [[nodiscard]] bool isFree(const std::string& place, const std::string& name);
   /// A descriptor of the device, for tests that act on it as another program; -1 when it is absent.
   [[nodiscard]] int device(const std::string& place, const std::string& name) const;
 
@@ -48,7 +51,7 @@ class EventWatch {
   bool read(const Device& device);
 
   std::chrono::steady_clock::time_point nextOpening_;
-
+  std::chrono::steady_clock::time_point nextAsking_;
   std::map<std::string, Device> devices_;  ///< by file name
   std::vector<SeenEvent> seen_;
 };

@@ -39,6 +39,8 @@ class HelperProcess {
 
   void say(const helper_protocol::ToHelper& message) const;
   void sayBytes(const std::string& bytes) const;
+  /// The same by a process that is not its main program.
+  void sayAsAnotherProgram(const helper_protocol::ToHelper& message) const;
   void configure(std::vector<std::uint16_t> keys, bool enabled = true) const;
   /// Makes a press and a release of a digit, or of the left button (0), `times` times.
   void post(std::uint16_t key, int times = 1) const;
@@ -47,6 +49,8 @@ class HelperProcess {
   /// Whether the whole of it has ended; then with which status.
   [[nodiscard]] bool ended();
   [[nodiscard]] int status() const { return status_; }
+  /// A file that was open when it was started.
+  [[nodiscard]] static const char* leftOpen() { return "/etc/passwd"; }
   /// What it wrote to its log.
   [[nodiscard]] std::string log() const;
 

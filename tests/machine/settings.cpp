@@ -1,6 +1,7 @@
 // machine_settings INTERVAL0 INTERVAL1 DIGIT: stores Vorrin's settings for the user it runs as,
-// with Backtick and Tab as shortcuts.
+// with Backtick and Tab as shortcuts. Without arguments it prints the digit stored.
 
+#include <cstdio>
 #include <cstdlib>
 
 #include "app/program_values.h"
@@ -8,13 +9,18 @@
 #include "settings/settings_persistence.h"
 
 int main(int count, char** arguments) {
-  if (count != 4) return 2;
   vorrin::readArguments(count, arguments);
+  const auto defaults = vorrin::UserDefaults::standard();
+  if (count == 1) {
+    std::printf("%ld\n", vorrin::loadCurrentSettings(defaults).digit);
+    return 0;
+  }
+  if (count != 4) return 2;
   const vorrin::Preset settings{.intervals = {std::atof(arguments[1]), std::atof(arguments[2])},
                                 .keys = {50, 48},
                                 .digit = std::atol(arguments[3]),
                                 .enabled = {true, true}};
   if (!settings.valid()) return 2;
-  vorrin::storeCurrentSettings(vorrin::UserDefaults::standard(), settings);
+  vorrin::storeCurrentSettings(defaults, settings);
   return 0;
 }

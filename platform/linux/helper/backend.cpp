@@ -82,8 +82,8 @@ bool Backend::isTrustedWithPrompt() {
 }
 
 void Backend::giveUpPermission() {
-  if (connection_) lose(false);
   waitForUser_ = true;
+  if (connection_) lose(false);
 }
 
 void Backend::changePermission(const std::string& term) {
@@ -111,7 +111,8 @@ void Backend::startSilently() {
 
 void Backend::start(StartWay way) {
   auto ends = makeSocketPair();
-  if (!ends) return;
+  // What is said before the helper runs has to name its sender too.
+  if (!ends || !nameSenders(ends->first.number())) return;
   way_ = way;
   greeted_ = false;
   process_ = start_.start(way, ends->second, [this](int status) { followProcessEnd(status); });
@@ -150,8 +151,8 @@ void Backend::greet(const Hello& hello) {
   greeted_ = true;
   if (hello.version == helper_protocol::version) return;
   log("the input helper installed here is of another version");
-  lose(false);
   waitForUser_ = true;
+  lose(false);
 }
 
 void Backend::setAvailable(bool available) {
@@ -164,9 +165,10 @@ void Backend::setAvailable(bool available) {
 
 void Backend::followEnd(const Ending& ending) {
   log(describe(ending.reason));
-  lose(false);
-  // Else the next look would bring it back against the user's will.
+  // Else the next look, which the loss brings about itself, would bring it back against the user's
+  // will.
   waitForUser_ = ending.reason != EndReason::revoked;
+  lose(false);
 }
 
 void Backend::answer(const Question& question) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <cstddef>
 #include <optional>
 #include <span>
@@ -23,9 +25,12 @@ struct SocketPair {
 };
 std::optional<SocketPair> makeSocketPair();
 
+/// Has every packet tell which process sent it, from now on and to either end. False on failure.
+[[nodiscard]] bool nameSenders(int socket);
+
 /// Receives one packet without waiting. A packet longer than any message comes back empty, which no
-/// message decodes from.
-Received receivePacket(int socket, Packet& packet);
+/// message decodes from. `sender`, where wanted, gets the process it came from, 0 if it is unnamed.
+Received receivePacket(int socket, Packet& packet, pid_t* sender = nullptr);
 
 /// Sends without waiting. False when the other end is gone or has left too much unread.
 [[nodiscard]] bool sendPacket(int socket, const Packet& packet);

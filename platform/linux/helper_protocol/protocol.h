@@ -24,6 +24,8 @@
 ///
 /// Opening: the main program sends `Hello`, the helper answers `Hello`, then `Availability`. Either
 /// end refuses a `version` other than its own, a second `Hello`, and any message before the first.
+/// The helper serves one process, the one that made the sockets; a packet of any other is a
+/// violation too. So the main program has its packets name their sender (`nameSenders`).
 ///
 /// Keys have the kernel's numbers (input-event-codes.h).
 namespace vorrin::helper_protocol {

@@ -38,6 +38,11 @@ class Worker {
       opener_.beat();
       serve(wait());
     }
+    // The kernel takes its time over each device that goes.
+    while (!keyboards_.empty()) {
+      keyboards_.erase(keyboards_.begin());
+      opener_.beat();
+    }
     return *exitStatus_;
   }
 
@@ -175,11 +180,16 @@ class Worker {
 
   void readConnection() {
     Packet packet;
+    pid_t sender = 0;
     while (!exitStatus_) {
-      const auto received = receivePacket(connection_.number(), packet);
+      const auto received = receivePacket(connection_.number(), packet, &sender);
       if (received == Received::nothing) return;
       if (received == Received::end) {
         end(0, "the main program is gone; the keyboards are free");
+        return;
+      }
+      if (sender != peer_.process) {
+        end(3, "another program than the one that started it speaks; the keyboards are free");
         return;
       }
       const auto message = decodeToHelper(packet.view());
@@ -232,6 +242,7 @@ class Worker {
 
 int serveMainProgram(FileDescriptor connection, Opener opener, const Peer& peer,
                      bool permissionNeeded) {
+  if (!nameSenders(connection.number())) return 1;
   return Worker(std::move(connection), std::move(opener), peer, permissionNeeded).run();
 }
 

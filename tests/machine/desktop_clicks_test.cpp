@@ -1,0 +1,83 @@
+#include <gmock/gmock.h>
+#include <linux/input-event-codes.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "desktop_fixture.h"
+#include "tests/x11/harness/wait.h"
+
+namespace vorrin::machine {
+namespace {
+
+using namespace std::chrono_literals;
+using x11_tests::waitUntil;
+
+/// Clicks within the time of a test that show the pace was that of a fast clicker, also where the
+/// machine cannot keep up with its emulation.
+constexpr long fastEnough = 25;
+
+class PacedClicks : public WaylandDesktop {
+ protected:
+  /// Clicks for `duration`, then counts what the pointer made and what the client got.
+  struct Counts {
+    long made = 0;
+    long pressed = 0;
+    long released = 0;
+  };
+  Counts clickFor(std::chrono::milliseconds duration) {
+    watch_.look();
+    watch_.forget();
+    toggle(KEY_TAB);
+    const auto end = std::chrono::steady_clock::now() + duration;
+    waitUntil([&] {
+      watch_.look();
+      return std::chrono::steady_clock::now() >= end;
+    });
+    toggle(KEY_TAB);
+    const auto lines = takeLines(1500ms);
+    watch_.look();
+    const auto made = std::ranges::count_if(watch_.seen(), [](const SeenEvent& event) {
+      return event.device == "Vorrin pointer" && event.code == BTN_LEFT && event.value == 1;
+    });
+    return {made, std::ranges::count(lines, "click down"), std::ranges::count(lines, "click up")};
+  }
+};
+
+TEST_F(PacedClicks, with_the_quirk_every_click_arrives_at_10_ms) {
+  startVorrin("1", "0.01", 1);
+  const auto counts = clickFor(2s);
+  EXPECT_GT(counts.made, fastEnough);
+  EXPECT_EQ(counts.pressed, counts.made);
+  EXPECT_EQ(counts.released, counts.made);
+}
+
+TEST_F(PacedClicks, with_the_quirk_clicks_arrive_at_1_ms) {
+  startVorrin("1", "0.001", 1);
+  const auto counts = clickFor(1s);
+  std::printf("1 ms: %ld clicks made in about a second, %ld arrived\n", counts.made,
+              counts.pressed);
+  EXPECT_GT(counts.made, 2 * fastEnough);
+  EXPECT_EQ(counts.pressed, counts.released);
+  // The kernel keeps 64 events for a reader that is behind, as the compositor is under emulation.
+  EXPECT_GT(counts.pressed, 2 * fastEnough);
+}
+
+TEST_F(PacedClicks, without_the_quirk_clicks_closer_than_25_ms_are_lost) {
+  startVorrin("1", "0.01", 1);
+  const auto counts = clickFor(2s);
+  EXPECT_GT(counts.made, fastEnough);
+  EXPECT_LT(counts.pressed, counts.made / 4);
+}
+
+TEST_F(PacedClicks, without_the_quirk_hardly_a_click_of_1_ms_arrives) {
+  startVorrin("1", "0.001", 1);
+  const auto counts = clickFor(1s);
+  EXPECT_GT(counts.made, 2 * fastEnough);
+  EXPECT_LT(counts.pressed, counts.made / 4);
+}
+
+}  // namespace
+}  // namespace vorrin::machine
