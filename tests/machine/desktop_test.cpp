@@ -74,18 +74,18 @@ TEST_F(WaylandDesktop, every_digit_can_be_chosen_in_the_window_and_is_typed) {
   for (int digit = 0; digit < 10; ++digit) {
     const int key = digit == 0 ? KEY_0 : KEY_1 + digit - 1;
     session_->pointAt(outputX, outputY);
-    // The first click may only bring the window to the front.
+    // The first click may only bring the window to the front. The key chooses at once: an open menu
+    // would keep the keyboard.
     ASSERT_TRUE(waitUntil([&] {
       toggle(KEY_ESC);
       toggle(BTN_LEFT);
       waitFor(300ms);
       toggle(key);
-      toggle(KEY_ENTER);
       waitFor(300ms);
       return playerOutput({SETTINGS_PATH}) == std::to_string(digit) + "\n";
     })) << digit;
     focusClient();
-    if (!untilKeyboardHeld()) { session_->takeScreenshot(); FAIL() << digit; }
+    ASSERT_TRUE(untilKeyboardHeld());
     takeLines(200ms);
     toggle(KEY_GRAVE);
     const auto lines = readUntil(keyLine(key, false), 3);
