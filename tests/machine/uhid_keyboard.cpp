@@ -50,7 +50,8 @@ std::map<int, std::uint8_t> makeUsages() {
   std::map<int, std::uint8_t> usages = {
       {KEY_ENTER, 0x28}, {KEY_ESC, 0x29},   {KEY_BACKSPACE, 0x2A}, {KEY_TAB, 0x2B},
       {KEY_SPACE, 0x2C}, {KEY_GRAVE, 0x35}, {KEY_CAPSLOCK, 0x39},  {KEY_F6, 0x3F},
-      {KEY_F7, 0x40},    {KEY_F8, 0x41},    {KEY_F9, 0x42}};
+      {KEY_F7, 0x40},    {KEY_F8, 0x41},    {KEY_F9, 0x42},        {KEY_HOME, 0x4A},
+      {KEY_DOWN, 0x51},  {KEY_UP, 0x52},    {KEY_NUMLOCK, 0x53}};
   constexpr std::array letters = {KEY_A, KEY_B, KEY_C, KEY_D, KEY_E, KEY_F, KEY_G, KEY_H, KEY_I,
                                   KEY_J, KEY_K, KEY_L, KEY_M, KEY_N, KEY_O, KEY_P, KEY_Q, KEY_R,
                                   KEY_S, KEY_T, KEY_U, KEY_V, KEY_W, KEY_X, KEY_Y, KEY_Z};
