@@ -91,7 +91,11 @@ class FilterTest : public testing::Test {
             grabbed.insert(id);
             return GrabResult{GrabOutcome::grabbed, now};
           },
-      .ungrab = [this](KeyboardId id) { grabbed.erase(id); },
+      .ungrab =
+          [this](KeyboardId id) {
+            grabbed.erase(id);
+            return now;
+          },
       .emit =
           [this](KeyboardId, std::span<const InputEvent> frame) {
             emitted.emplace_back(frame.begin(), frame.end());
@@ -381,6 +385,35 @@ TEST_F(FilterTest, a_keyboard_is_given_back_once_its_keys_are_up) {
   release(KEY_A);
   EXPECT_THAT(grabbed, IsEmpty());
   EXPECT_EQ(emitted.back(), Frame{key(KEY_A, 0)});
+}
+
+TEST_F(FilterTest, a_key_typed_just_before_the_keyboard_was_given_back_is_not_lost) {
+  grabWithTab();
+  const auto typed = now;
+  now += milliseconds(1);
+  configure({});
+  filter.receive(board, {key(KEY_A, 1)}, typed, now);
+  filter.receive(board, {key(KEY_A, 0)}, typed, now);
+  EXPECT_THAT(emitted, ElementsAre(Frame{key(KEY_A, 1)}, Frame{key(KEY_A, 0)}));
+}
+
+TEST_F(FilterTest, a_key_released_just_after_the_keyboard_was_given_back_does_not_stay_down) {
+  grabWithTab();
+  const auto typed = now;
+  now += milliseconds(1);
+  configure({});
+  filter.receive(board, {key(KEY_A, 1)}, typed, now);
+  emitted.clear();
+  receive({scanCode(30), key(KEY_A, 0)});
+  EXPECT_THAT(emitted, ElementsAre(Frame{key(KEY_A, 0)}));
+}
+
+TEST_F(FilterTest, a_key_typed_after_the_keyboard_was_given_back_comes_once) {
+  grabWithTab();
+  configure({});
+  press(KEY_A);
+  release(KEY_A);
+  EXPECT_THAT(emitted, IsEmpty());
 }
 
 TEST_F(FilterTest, an_inactive_session_lets_go_at_once_with_nothing_held_down) {

@@ -40,6 +40,19 @@ bool succeeds(const std::string& command) {
   return std::system(command.c_str()) == 0;
 }
 
+/// What the program says on standard error.
+constexpr const char* programLog = "/home/player/log";
+
+/// How often polkit's no was reported.
+long refusals() {
+  std::ifstream file(programLog);
+  long count = 0;
+  for (std::string line; std::getline(file, line);) {
+    if (line == "vorrin: the permission was not given") ++count;
+  }
+  return count;
+}
+
 /// What the window's buttons have polkit do, after it asked the administrator.
 void changePermission(const std::string& term) {
   ASSERT_TRUE(succeeds("PKEXEC_UID=4242 " PERMISSION_PATH " " + term));
@@ -55,7 +68,7 @@ std::vector<std::string> inSession(const std::string& command) {
         "QT_QPA_PLATFORM=offscreen ASAN_OPTIONS=detect_leaks=0"}) {
     words.insert(words.end(), {"-p", property});
   }
-  words.push_back(command);
+  words.insert(words.end(), {"sh", "-c", "exec " + command + " 2>" + programLog});
   return words;
 }
 
@@ -194,14 +207,69 @@ TEST_F(Permission, a_locked_session_has_the_keyboards_free_until_it_is_unlocked)
   EXPECT_TRUE(waitUntil([this] { return !keyboardIsFree(); }));
 }
 
-TEST_F(Permission, the_status_file_follows_a_grant_and_its_end) {
-  std::filesystem::remove(statusFile);
-  program_.emplace(inSession(VORRIN_PATH));
-  ASSERT_TRUE(waitUntil([] { return status() == refusedStatus; }, 60s)) << status();
+TEST_F(Permission, a_refusal_is_asked_about_again_at_the_user_s_wish_only) {
+  startTapProgram();
+  ASSERT_TRUE(waitUntil([] { return refusals() == 1; }, 60s));
+  // As the permission watch does.
+  for (int second = 0; second < 4; ++second) {
+    EXPECT_FALSE(command("trusted"));
+    x11_tests::waitFor(1s);
+  }
+  EXPECT_EQ(refusals(), 1);
+  EXPECT_FALSE(command("ask"));
+  EXPECT_TRUE(waitUntil([] { return refusals() == 2; }, 60s));
+}
+
+TEST_F(Permission, sleep_frees_the_keyboards_and_its_end_takes_them_again) {
+  startTrusted();
+  ASSERT_TRUE(
+      succeeds("busctl call org.freedesktop.login1 /org/freedesktop/login1 "
+               "org.freedesktop.login1.Manager Suspend b false"));
+  EXPECT_TRUE(waitUntil([this] { return keyboardIsFree(); }));
+  EXPECT_TRUE(command("enable"));
+  EXPECT_TRUE(waitUntil([this] { return !keyboardIsFree(); }));
+}
+
+constexpr const char* permissionText =
+    "status Permission needed: enable Vorrin in Accessibility. Connection retries automatically.";
+constexpr const char* connectedText =
+    "status Connected · settings persist · starts OFF on every launch";
+
+class WindowTexts : public Permission {
+ protected:
+  void startVorrin() {
+    std::filesystem::remove(statusFile);
+    program_.emplace(inSession(WINDOW_TEXTS_PATH));
+    ASSERT_TRUE(readUpTo(permissionText));
+    ASSERT_TRUE(waitUntil([] { return status() == refusedStatus; })) << status();
+  }
+
+  /// Reads on to the text that the window is to show.
+  bool readUpTo(const std::string& text) {
+    while (const auto line = program_->readLine(60s)) {
+      if (*line == text) return true;
+    }
+    return false;
+  }
+};
+
+TEST_F(WindowTexts, the_window_and_the_status_file_follow_a_grant_and_its_end) {
+  startVorrin();
   changePermission("allow");
+  EXPECT_TRUE(readUpTo(connectedText));
   EXPECT_TRUE(waitUntil([] { return status() == readyStatus; })) << status();
   changePermission("ask");
+  EXPECT_TRUE(readUpTo(permissionText));
   EXPECT_TRUE(waitUntil([] { return status() == refusedStatus; })) << status();
+}
+
+TEST_F(WindowTexts, without_a_helper_a_grant_changes_nothing) {
+  const std::filesystem::path installed = HELPER_PATH;
+  std::filesystem::rename(installed, HELPER_PATH ".away");
+  startVorrin();
+  changePermission("allow");
+  EXPECT_FALSE(waitUntil([] { return status() != refusedStatus; }, 5s)) << status();
+  std::filesystem::rename(HELPER_PATH ".away", installed);
 }
 
 }  // namespace

@@ -26,7 +26,10 @@ std::optional<SeenKey> parseEvent(const std::string& line) {
 }  // namespace
 
 TapProcess::TapProcess(const std::string& display)
-    : process_({VORRIN_TAP_PROGRAM}, {{"DISPLAY", display}, {"VORRIN_INPUT", "x11"}}) {}
+    : TapProcess(Environment{{"DISPLAY", display}, {"VORRIN_INPUT", "x11"}}) {}
+
+TapProcess::TapProcess(const Environment& environment)
+    : process_({VORRIN_TAP_PROGRAM}, environment) {}
 
 bool TapProcess::command(const std::string& line) {
   process_.writeLine(line);
@@ -75,6 +78,10 @@ std::vector<SeenKey> TapProcess::readSeen(User& user) {
     }
     if (!takeLine(line)) return keys;
   }
+}
+
+std::vector<SeenKey> TapProcess::takeSeen() {
+  return std::exchange(seen_, {});
 }
 
 bool TapProcess::takeLine(std::string& line) {

@@ -25,6 +25,8 @@ struct SeenKey {
 class TapProcess {
  public:
   explicit TapProcess(const std::string& display);
+  /// With the way to listen that the environment says.
+  explicit TapProcess(const Environment& environment);
 
   /// Gives a command and reads on to its answer.
   bool command(const std::string& line);
@@ -43,6 +45,9 @@ class TapProcess {
 
   /// All keys that the callback saw since the last call, up to now.
   std::vector<SeenKey> readSeen(User& user);
+
+  /// What the callback saw since the last call, as far as its output was read.
+  std::vector<SeenKey> takeSeen();
 
   Process& process() { return process_; }
 

@@ -80,7 +80,9 @@ void Filter::receive(KeyboardId id, Frame frame, Moment made, Moment now) {
     actions_.panic();
     return;
   }
-  const bool seenByAll = !keyboard.grabbed || made < keyboard.grabbedAt;
+  // What was made under a grab may arrive after its end, and nobody else saw it.
+  const bool seenByAll =
+      made < keyboard.grabbedAt || (!keyboard.grabbed && made >= keyboard.ungrabbedAt);
   if (keyboard.grabbed && seenByAll && keyboard.physical.any()) {
     // Everybody saw this press; a release that only this program sees would leave the key down.
     letGo(id, keyboard);
@@ -167,7 +169,11 @@ void Filter::processRelease(PendingFrame& frame, Keyboard& keyboard, const Input
   keyboard.asked.reset(event.code);
   if (!keyboard.passed.test(event.code)) return;
   keyboard.passed.reset(event.code);
-  keep(frame, event);
+  if (frame.filtered) {
+    keep(frame, event);
+  } else {
+    actions_.emit(frame.keyboard, {&event, 1});
+  }
 }
 
 /// Keeps the event for the clone. A swallowed key takes along the scan code told before it.
@@ -237,7 +243,7 @@ void Filter::letGo(KeyboardId id, Keyboard& keyboard) {
   }
   keyboard.passed.reset();
   keyboard.grabbed = false;
-  actions_.ungrab(id);
+  keyboard.ungrabbedAt = actions_.ungrab(id);
 }
 
 void Filter::setSessionActive(bool active, Moment now) {

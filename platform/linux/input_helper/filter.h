@@ -41,7 +41,8 @@ struct GrabResult {
 /// What the filter does to the world.
 struct FilterActions {
   std::function<GrabResult(KeyboardId)> grab;
-  std::function<void(KeyboardId)> ungrab;
+  /// Tells when everybody began to see the keyboard again.
+  std::function<Moment(KeyboardId)> ungrab;
   std::function<void(KeyboardId, std::span<const InputEvent>)> emit;  ///< one frame, to the clone
   std::function<void(const helper_protocol::FromHelper&)> send;
   std::function<void()> panic;  ///< the chord was pressed
@@ -100,6 +101,7 @@ class Filter {
     Moment lastEvent;
     bool grabbed = false;
     Moment grabbedAt;
+    Moment ungrabbedAt;  ///< of the last time
   };
   struct PendingFrame {
     KeyboardId keyboard = 0;

@@ -105,8 +105,10 @@ GrabResult PhysicalKeyboard::grab() const {
   return {errno == EBUSY ? GrabOutcome::busy : GrabOutcome::gone, before};
 }
 
-void PhysicalKeyboard::ungrab() const {
+Moment PhysicalKeyboard::ungrab() const {
+  const auto before = std::chrono::steady_clock::now();
   ::ioctl(device_.number(), EVIOCGRAB, 0);
+  return before;
 }
 
 void PhysicalKeyboard::copyLights() const {

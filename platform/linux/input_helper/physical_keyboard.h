@@ -25,7 +25,8 @@ class PhysicalKeyboard {
   [[nodiscard]] bool read(const Reader& reader);
 
   [[nodiscard]] GrabResult grab() const;
-  void ungrab() const;
+  /// Tells when it took effect, which the kernel makes it do at the beginning of the call.
+  [[nodiscard]] Moment ungrab() const;
   void emit(std::span<const InputEvent> frame) const { clone_.write(frame); }
   /// Lights on the keyboard what others lit on its clone.
   void copyLights() const;

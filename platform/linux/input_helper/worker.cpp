@@ -69,7 +69,7 @@ class Worker {
   FilterActions filterActions() {
     return {
         .grab = [this](KeyboardId id) { return keyboards_.at(id).grab(); },
-        .ungrab = [this](KeyboardId id) { keyboards_.at(id).ungrab(); },
+        .ungrab = [this](KeyboardId id) { return keyboards_.at(id).ungrab(); },
         .emit = [this](KeyboardId id,
                        std::span<const InputEvent> frame) { keyboards_.at(id).emit(frame); },
         .send = [this](const FromHelper& message) { send(message); },
