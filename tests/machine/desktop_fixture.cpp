@@ -117,6 +117,14 @@ std::vector<std::string> WaylandDesktop::readUntil(const std::string& wanted, lo
   return lines;
 }
 
+bool WaylandDesktop::comes(const std::string& wanted, std::chrono::milliseconds bound) {
+  const auto end = std::chrono::steady_clock::now() + bound;
+  while (std::chrono::steady_clock::now() < end) {
+    if (client_->readLine(100ms) == wanted) return true;
+  }
+  return false;
+}
+
 void WaylandDesktop::toggle(int key) {
   keyboard_->press(key);
   waitFor(30ms);

@@ -45,6 +45,9 @@ class WaylandDesktop : public testing::Test {
   /// Reads what the client says until `wanted` came `count` times.
   static std::vector<std::string> readUntil(const std::string& wanted, long count = 1);
 
+  /// Whether the client says `wanted` within `bound`.
+  static bool comes(const std::string& wanted, std::chrono::milliseconds bound);
+
   /// A press and a release, far enough apart to be two for everybody.
   static void toggle(int key);
 

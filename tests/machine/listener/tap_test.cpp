@@ -17,6 +17,8 @@ constexpr unsigned probeKey = KEY_MUTE;
 
 constexpr const char* place = "test/Test keyboard";
 constexpr const char* name = "Test keyboard";
+constexpr const char* probePlace = "test/Probe keyboard";
+constexpr const char* probeName = "Probe keyboard";
 
 ClientEvent clientEvent(const machine::SeenEvent& event) {
   // X counts the kernel's keys from 8, and repeats are presses to a program.
@@ -31,7 +33,7 @@ ClientEvent clientEvent(const machine::SeenEvent& event) {
 HelperWorld::HelperWorld() {
   const bool found = waitUntil([this] {
     watch_.look();
-    return watch_.has(place, name) && watch_.has("test/Probe keyboard");
+    return watch_.has(place, name) && watch_.has(probePlace, probeName);
   });
   if (!found) throw std::runtime_error("the machine has no keyboard");
 }
@@ -73,11 +75,11 @@ void HelperWorld::settle() {
 }
 
 void HelperWorld::waitForGrab() {
-  // It is taken only while no key is down.
-  if (!grabWanted || !down_.empty()) return;
+  if (!grabWanted) return;
   const bool taken = waitUntil([this] {
     look();
-    return !watch_.isFree(place, name);
+    // A keyboard is taken only while no key is down.
+    return !watch_.isFree(probePlace, probeName) && (!down_.empty() || !watch_.isFree(place, name));
   });
   if (!taken) throw std::runtime_error("the keyboard is not held");
 }

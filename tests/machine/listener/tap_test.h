@@ -30,7 +30,7 @@ class HelperWorld {
   /// Types a key without a meaning and waits until it has come through, twice: all that was said to
   /// the helper before is obeyed then.
   void settle();
-  /// Waits until the helper holds the keyboard, where it is to.
+  /// Waits until the helper holds the keyboards, where it is to. Only then `settle` means anything.
   void waitForGrab();
   std::vector<ClientEvent> take();
 
