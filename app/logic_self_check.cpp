@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdio>
 #include <memory>
+#include <source_location>
 
 #include "bridge/program_engine.h"
 #include "platform/fatal_error.h"
@@ -16,7 +17,10 @@ namespace {
 
 PresetStore openStore(const std::string& domain) {
   const std::optional<UserDefaults> defaults = UserDefaults::suite(domain);
-  assertThat(defaults.has_value(), "the private domain exists");
+  if (!defaults) {
+    endWithDiagnostic("Assertion failed", "the private domain exists",
+                      std::source_location::current());
+  }
   return PresetStore(*defaults);
 }
 

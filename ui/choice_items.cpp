@@ -9,6 +9,7 @@ namespace vorrin {
 
 std::vector<std::string> choiceTitles() {
   std::vector<std::string> titles;
+  titles.reserve(choices.size());
   for (const ShortcutChoice& choice : choices) titles.emplace_back(choice.name);
   return titles;
 }
