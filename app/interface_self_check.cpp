@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
+#include <source_location>
 
 #include "bridge/program_engine.h"
 #include "platform/fatal_error.h"
@@ -61,19 +62,30 @@ void checkWiring(const App& app) {
 
 void checkPersistence(const App& app) {
   const std::optional<UserDefaults> fresh = UserDefaults::suite(app.testSuite);
-  precondition(fresh.has_value(), "the private domain can be opened again");
+  if (!fresh) {
+    endWithDiagnostic("Precondition failed", "the private domain can be opened again",
+                      std::source_location::current());
+  }
   precondition(storedInterval(*fresh) == 0.05, "a second object reads what the handlers stored");
   UserDefaults::removePersistentDomain(app.testSuite);
 }
 
+Preset settingsShown(const App& app) {
+  const std::optional<Preset> settings = app.currentPreset();
+  if (!settings) {
+    endWithDiagnostic("Precondition failed", "the window starts with valid settings",
+                      std::source_location::current());
+  }
+  return *settings;
+}
+
 void checkSettings(App& app) {
-  const std::optional<Preset> initial = app.currentPreset();
-  precondition(initial.has_value(), "the window starts with valid settings");
-  precondition(app.presetStore().save(*initial, "Protected"), "a preset is saved");
+  const Preset initial = settingsShown(app);
+  precondition(app.presetStore().save(initial, "Protected"), "a preset is saved");
   checkDrafts(app);
   checkCollision(app);
   const auto presets = app.presetStore().all();
-  precondition(presets.contains("Protected") && presets.at("Protected") == *initial,
+  precondition(presets.contains("Protected") && presets.at("Protected") == initial,
                "edits leave stored presets alone");
   checkWiring(app);
   checkPersistence(app);
