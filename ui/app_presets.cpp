@@ -89,7 +89,7 @@ void App::showPreset(const Preset& preset) {
 }
 
 std::optional<std::string> App::selectedPreset() {
-  const std::string name = presetList.titleOfSelectedItem();
+  std::string name = presetList.titleOfSelectedItem();
   if (presetStore().all().contains(name)) return name;
   presetNotice.setText("Select a saved preset first.");
   return std::nullopt;
