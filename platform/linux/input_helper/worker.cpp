@@ -119,7 +119,7 @@ class Worker {
   }
 
   void followSession(bool active) {
-    if (!active) devices_->release();
+    if (!active && devices_) devices_->release();
     filter_.setSessionActive(active, now());
   }
 
@@ -202,7 +202,7 @@ class Worker {
   /// False for a message that has no place here.
   bool obey(const ToHelper& message) {
     if (const auto* hello = std::get_if<Hello>(&message)) return greet(*hello);
-    if (!devices_) return false;
+    if (!devices_ || !session_) return false;
     if (const auto* configuration = std::get_if<Configure>(&message)) {
       filter_.configure(*configuration, now());
     } else if (const auto* verdict = std::get_if<Verdict>(&message)) {
