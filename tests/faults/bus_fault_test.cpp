@@ -1,3 +1,4 @@
+#include <array>
 #include <csignal>
 
 #include "fault_test.h"
@@ -159,20 +160,20 @@ TEST_F(HostilePeer, that_floods_the_program_with_calls_does_not_keep_the_macros_
   start();
   ASSERT_TRUE(waitUntil([&] { return answers(); }));
   runMacros();
-  std::vector<std::unique_ptr<Process>> peers;
-  for (int count = 0; count < 3; ++count) {
-    peers.push_back(std::make_unique<Process>(std::vector<std::string>{
+  std::array<std::unique_ptr<Process>, 3> peers;
+  for (auto& peer : peers) {
+    peer = std::make_unique<Process>(std::vector<std::string>{
         "sh", "-c",
         "while :; do dbus-send --address=" + session.address() + " --dest=" + ownName +
             " --type=method_call " + ownPath +
             " org.freedesktop.Application.ActivateAction string:none array:string:x "
-            "dict:string:string:a,b; done"}));
+            "dict:string:string:a,b; done"});
   }
   waitFor(std::chrono::milliseconds(500));
   expectActions(mouseMacro);
   user.tap(keys::escape);
   expectSilence();
-  peers.clear();
+  peers = {};
   expectUsableInput();
 }
 

@@ -52,7 +52,7 @@ struct Damage : DefaultsSandbox {
     const bool isAside = files.size() == 1 && contentOf(settings / files.front()) == content &&
                          files.front().find(".damaged-") != std::string::npos;
     if (!isAside && !(found == before)) return "altered";
-    if (isAside && !(found == fresh)) return "neither old nor new";
+    if (isAside && !(found == fresh_)) return "neither old nor new";
     return worksOn() ? (isAside ? "aside" : "whole") : "lost what was stored afterwards";
   }
 
@@ -67,7 +67,7 @@ struct Damage : DefaultsSandbox {
     return isSaved && after.settings == changed && after.presets.at("after") == changed;
   }
 
-  const Stored fresh = readStored();
+  const Stored fresh_ = readStored();
 };
 
 TEST_F(Damage, leaves_all_that_was_stored_or_sets_the_file_aside_with_a_message) {

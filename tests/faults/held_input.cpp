@@ -24,7 +24,8 @@ void addSet(std::string& text, std::span<const char> bits, const std::string& ki
             const std::string& device) {
   for (std::size_t number = 0; number < bits.size() * 8; ++number) {
     if (!isSet(bits, number)) continue;
-    text += (text.empty() ? "" : ", ") + kind + ' ' + std::to_string(number) + " of " + device;
+    if (!text.empty()) text += ", ";
+    text.append(kind).append(" ").append(std::to_string(number)).append(" of ").append(device);
   }
 }
 

@@ -49,7 +49,8 @@ struct StorageFault : FaultTest {
 TEST_F(StorageFault, on_a_full_disk_everything_works_and_the_last_state_that_fitted_stays) {
   std::filesystem::create_directories(settingsDirectory());
   // Limits on single files would hit the program's other files too, so there is no other way.
-  ASSERT_TRUE(mounts.addSmallDisk(settingsDirectory(), 256 * 1024)) << "mounting is not permitted";
+  ASSERT_TRUE(mounts.addSmallDisk(settingsDirectory(), std::size_t{256} * 1024))
+      << "mounting is not permitted";
   start();
   const Stored before = readStored();
   {

@@ -13,6 +13,7 @@ namespace {
 // The clock is set, and the machine has other things to do.
 struct TimeFault : FaultTest {
   static constexpr std::int64_t day = 86'400;
+  static constexpr std::int64_t years = 3 * 366 * day;
 
   const std::filesystem::path shiftFile = home.path() / "clock";
 
@@ -53,7 +54,7 @@ struct TimeFault : FaultTest {
 TEST_F(TimeFault, setting_the_clock_back_or_forward_changes_no_pace_and_no_shortcut) {
   startMacros();
   const int year = yearSeen();
-  for (const std::int64_t seconds : {-3 * 366 * day, 3 * 366 * day, std::int64_t{-3600}}) {
+  for (const std::int64_t seconds : {-years, years, std::int64_t{-3600}}) {
     setClock(seconds);
     expectUsualPace();
     EXPECT_EQ(yearSeen() != year, std::abs(seconds) > day) << "the clock was not set";
