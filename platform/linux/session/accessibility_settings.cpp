@@ -15,13 +15,13 @@ void presentHelperPermission(helper::Backend& backend) {
   alert.informativeText =
       "In this session no ordinary program can read the keyboard or click, and Vorrin cannot "
       "either. Its input helper does both, and that is the right you give: to pass your keys on, "
-      "to "
-      "ask Vorrin about the six shortcut keys and tell it of Escape, and to press digits and "
-      "click. "
-      "No other key leaves the helper, and no other program gets the right.\n\n“Allow for Good” "
-      "holds for you alone, at this machine, until you take it back. “Ask Every Time” asks at each "
-      "start of Vorrin. “Take Back” lets go at once and refuses from then on.\n\nEscape, Backspace "
-      "and Enter held down together end the helper at any moment.";
+      "to ask Vorrin about the six shortcut keys and tell it of Escape, and to press digits and "
+      "click. No other key leaves the helper, and the keyboards stay closed to all other "
+      "programs.\n\n"
+      "“Allow for Good” holds for you alone, at this machine, until you take it back; any program "
+      "of yours could then start the helper, for the same and no more. “Ask Every Time” asks at "
+      "each start of Vorrin. “Take Back” lets go at once and refuses from then on.\n\n"
+      "Escape, Backspace and Enter held down together end the helper at any moment.";
   constexpr int close = 0;
   constexpr int allow = 1;
   constexpr int ask = 2;
