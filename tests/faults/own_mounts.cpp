@@ -25,17 +25,24 @@ bool mapToOneself(uid_t user, gid_t group) {
 bool leaveCommonMounts() {
   const uid_t user = ::getuid();
   const gid_t group = ::getgid();
-  if (::unshare(CLONE_NEWNS) != 0 &&
-      (::unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0 || !mapToOneself(user, group))) {
-    return false;
-  }
-  return ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
+  return ::unshare(CLONE_NEWNS) == 0 ||
+         (::unshare(CLONE_NEWUSER | CLONE_NEWNS) == 0 && mapToOneself(user, group));
 }
 
 // Once for the process: what it has mounted itself it could not leave behind.
 bool hasOwnMounts() {
   static const bool has = leaveCommonMounts();
   return has;
+}
+
+/// Lets nobody else see what is mounted below the mount that holds `directory`. That need not be
+/// the root: a changed root directory is no mount.
+bool hideMountsIn(std::filesystem::path directory) {
+  while (::mount("none", directory.c_str(), nullptr, MS_PRIVATE, nullptr) != 0) {
+    if (directory == directory.root_path()) return false;
+    directory = directory.parent_path();
+  }
+  return true;
 }
 
 }  // namespace
@@ -58,8 +65,9 @@ bool OwnMounts::makeReadOnly(const std::filesystem::path& directory) {
 
 bool OwnMounts::mount(const char* source, const std::filesystem::path& directory, const char* type,
                       unsigned long flags, const std::string& options) {
-  if (!hasOwnMounts() || ::mount(source, directory.c_str(), type, flags,
-                                 options.empty() ? nullptr : options.c_str()) != 0) {
+  if (!hasOwnMounts() || !hideMountsIn(directory) ||
+      ::mount(source, directory.c_str(), type, flags,
+              options.empty() ? nullptr : options.c_str()) != 0) {
     return false;
   }
   mounted_.push_back(directory);
