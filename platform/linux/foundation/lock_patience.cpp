@@ -11,6 +11,8 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto longestWait = 1000ms;
+// Enough for another's reading or commit, so that a lock that is passed on again costs no write.
+constexpr auto waitWhenSpent = 50ms;
 constexpr auto longestWaitAmongOthers = 10s;
 // Short against the few milliseconds of a commit, so that no one of many writers starves.
 constexpr auto moment = 1ms;
@@ -22,7 +24,7 @@ LockPatience::LockPatience(std::filesystem::path file) : file_(std::move(file)) 
 void LockPatience::beginOperation() {
   if (hasFileChanged()) isSpent_ = false;
   begin_ = Clock::now();
-  deadline_ = isSpent_ ? begin_ : begin_ + longestWait;
+  deadline_ = begin_ + (isSpent_ ? waitWhenSpent : longestWait);
 }
 
 void LockPatience::endOperation(bool wasLocked) {

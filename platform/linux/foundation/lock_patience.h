@@ -9,8 +9,8 @@ namespace vorrin {
 
 /// How long the operations on a file wait for a lock that another process holds. They run on the
 /// main thread, so a lock that is never released may hold up one of them for a second, and those
-/// that follow not at all. While others change the file the lock is passing from hand to hand, and
-/// it is worth waiting for longer.
+/// that follow for a twentieth of one. While others change the file the lock is passing from hand
+/// to hand, and it is worth waiting for longer.
 class LockPatience {
  public:
   explicit LockPatience(std::filesystem::path file);
