@@ -165,8 +165,9 @@ class World {
   }
 
   void emit(int id, std::span<const InputEvent> frame) {
-    check(grabbed_[id], "a clone speaks only for a keyboard that was taken");
     for (const auto& event : frame) {
+      const bool isRelease = event.type == EV_KEY && event.value == 0;
+      check(grabbed_[id] || isRelease, "a clone speaks only for a keyboard that was taken");
       if (event.type != EV_KEY) continue;
       const bool isDown = clones_[id].test(event.code);
       check(isDown == (event.value != 1), "presses and releases take turns");
@@ -195,7 +196,11 @@ class World {
   std::map<int, bool> grabbed_;
   Filter filter_{{
       .grab = [this](KeyboardId id) { return grab(id); },
-      .ungrab = [this](KeyboardId id) { grabbed_[id] = false; },
+      .ungrab =
+          [this](KeyboardId id) {
+            grabbed_[id] = false;
+            return now_;
+          },
       .emit = [this](KeyboardId id, std::span<const InputEvent> frame) { emit(id, frame); },
       .send = [this](const FromHelper& message) { send(message); },
       .panic = [this] { ended_ = true; },
