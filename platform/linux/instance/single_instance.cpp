@@ -24,6 +24,9 @@ constexpr auto tokenKey = "activation-token";
 constexpr auto startupVariable = "DESKTOP_STARTUP_ID";
 constexpr auto startupKey = "desktop-startup-id";
 
+/// What launchers hand over is a few dozen bytes, with names of programs and machines some hundred.
+constexpr qsizetype longestToken = 1024;
+
 QVariantMap ownPlatformData() {
   QVariantMap data;
   if (qEnvironmentVariableIsSet(tokenVariable)) {
@@ -33,6 +36,14 @@ QVariantMap ownPlatformData() {
     data[startupKey] = qEnvironmentVariable(startupVariable);
   }
   return data;
+}
+
+/// The token among what a caller sent, which may be anything; empty where there is none to be used.
+QByteArray tokenIn(const QVariantMap& platformData) {
+  const QVariant value = platformData.value(tokenKey);
+  if (value.typeId() != QMetaType::QString) return {};
+  const QByteArray token = value.toString().toUtf8();
+  return token.size() <= longestToken ? token : QByteArray();
 }
 
 }  // namespace
@@ -80,8 +91,8 @@ bool SingleInstance::callUpFirst(const QDBusConnection& bus) {
 
 void SingleInstance::Activate(const QVariantMap& platformData) {
   // The widget library takes the token from here when it next raises a window.
-  if (platformData.contains(tokenKey)) {
-    qputenv(tokenVariable, platformData.value(tokenKey).toString().toUtf8());
+  if (const QByteArray token = tokenIn(platformData); !token.isEmpty()) {
+    qputenv(tokenVariable, token);
   }
   requests_.reopen();
 }
