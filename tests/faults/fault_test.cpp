@@ -4,6 +4,7 @@
 #include <ostream>
 
 #include "held_input.h"
+#include "input_watch.h"
 #include "platform/user_defaults.h"
 #include "settings/preset_json.h"
 #include "settings/settings_persistence.h"
@@ -36,6 +37,15 @@ void FaultTest::runMacros() {
 void FaultTest::passMoment(std::chrono::microseconds bound) {
   waitFor(std::chrono::microseconds(
       std::uniform_int_distribution<std::int64_t>(0, bound.count())(random)));
+}
+
+double FaultTest::pressesPerSecond(std::chrono::milliseconds duration) {
+  const std::int64_t begin = monotonicNanoseconds();
+  InputWatch watch(desktop.display());
+  waitFor(duration);
+  // On a busy machine this process may wake up late.
+  const int presses = watch.takePresses();
+  return presses * 1e9 / static_cast<double>(monotonicNanoseconds() - begin);
 }
 
 void FaultTest::expectUsableInput() {

@@ -37,6 +37,9 @@ struct FaultTest : EndToEndTest {
   /// A moment somewhere within `bound` passes.
   void passMoment(std::chrono::microseconds bound);
 
+  /// How many keys and buttons a second are pressed, by whomever, in a while from now.
+  double pressesPerSecond(std::chrono::milliseconds duration);
+
   /// The user can work: nothing is held down, and a letter typed arrives at the client.
   void expectUsableInput();
 
