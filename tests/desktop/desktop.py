@@ -71,9 +71,10 @@ class Desktop:
             self.session_bus, address = self.start_bus()
             self.environment["DBUS_SESSION_BUS_ADDRESS"] = address
         if self._wants_window_manager:
-            self.start(["openbox", "--sm-disable"])
-            wait_until(lambda: "window id" in self.text("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"),
-                       "a window manager")
+            # It announces itself before it is ready, and a window shown in between it loses.
+            ready = self.home / "window-manager-is-ready"
+            self.start(["openbox", "--sm-disable", "--startup", f"touch {ready}"])
+            wait_until(ready.exists, "a window manager")
 
     def _start_display(self):
         reading, writing = os.pipe()
@@ -121,8 +122,9 @@ class Desktop:
 
     # Vorrin
 
-    def start_vorrin(self, *arguments, **options):
-        return self.start([PROGRAM, *arguments], stderr=subprocess.PIPE, text=True, **options)
+    def start_vorrin(self, *arguments, by=(), **options):
+        """Starts Vorrin, by way of the command `by` if one is given."""
+        return self.start([*by, PROGRAM, *arguments], stderr=subprocess.PIPE, text=True, **options)
 
     def status(self):
         try:
@@ -133,8 +135,20 @@ class Desktop:
     def start_ready_vorrin(self, *arguments, **options):
         (self.home / "Library/Logs/Vorrin-status.txt").unlink(missing_ok=True)
         vorrin = self.start_vorrin(*arguments, **options)
-        wait_until(lambda: "ready=true" in self.status() and self.vorrin_windows(), "Vorrin at work")
+        try:
+            wait_until(lambda: "ready=true" in self.status() and self.vorrin_windows(), "Vorrin at work")
+        except AssertionError as error:
+            raise AssertionError(f"{error}; {self._account_of(vorrin)}") from error
         return vorrin
+
+    def _account_of(self, vorrin):
+        """What can be seen of a Vorrin that did not come to work."""
+        windows = self.vorrin_windows()
+        status = vorrin.poll()
+        if status is None:
+            os.killpg(vorrin.pid, signal.SIGKILL)
+        return (f"exit status {status}, status file “{self.status()}”, windows {windows}, "
+                f"said: {vorrin.stderr.read()}")
 
     def vorrin_windows(self):
         """The windows of Vorrin that the window manager knows, also those that are minimised."""
