@@ -212,6 +212,23 @@ class WithoutSessionBus(unittest.TestCase):
             with self.assertRaises(subprocess.TimeoutExpired):
                 vorrin.wait(0.5)
 
+    def test_a_bus_that_ends_at_any_moment_of_the_start_leaves_the_program_running(self):
+        with Desktop(session_bus=False) as desktop:
+            status_file = desktop.home / "Library/Logs/Vorrin-status.txt"
+            for round_ in range(15):
+                bus, desktop.environment["DBUS_SESSION_BUS_ADDRESS"] = desktop.start_bus()
+                status_file.unlink(missing_ok=True)
+                vorrin = desktop.start_vorrin()
+                wait_until(status_file.exists, "the first connection")
+                # About this moment Vorrin asks the bus for many things.
+                time.sleep(round_ * 0.003)
+                bus.kill()
+                wait_until(lambda: len(desktop.vorrin_windows()) == 1, "the window")
+                with self.assertRaises(subprocess.TimeoutExpired):
+                    vorrin.wait(0.2)
+                desktop.end(vorrin)
+                self.assertEqual(vorrin.returncode, 0)
+
 
 if __name__ == "__main__":
     unittest.main(verbosity=2)

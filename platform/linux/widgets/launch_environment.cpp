@@ -60,6 +60,9 @@ LaunchEnvironment::LaunchEnvironment(bool needsDisplay) {
   preset("QT_NO_GLIB", "1");
   // Desktop themes load a second toolkit. Colours and shapes are Vorrin's own here anyway.
   preset("QT_QPA_PLATFORMTHEME", "generic");
+  // The library asks the bus who has a name without looking whether the bus is still there, and the
+  // one below it ends the process for that unless told otherwise.
+  preset("DBUS_FATAL_WARNINGS", "0");
   disregardSilentBuses();
   if (!needsDisplay) {
     preset("QT_QPA_PLATFORM", isAnyDisplayNamed() ? "xcb;wayland;offscreen" : "offscreen");
