@@ -5,6 +5,7 @@
 #include <limits>
 #include <vector>
 
+#include "platform/linux/scheduling/timely_timers.h"
 #include "platform/run_loop.h"
 #include "platform/timer.h"
 #include "tests/foundation/defaults_sandbox.h"
@@ -50,6 +51,29 @@ TEST(LinuxTimer, gives_its_descriptor_back) {
     timer.invalidate();
   }
   EXPECT_EQ(openDescriptors(), before);
+}
+
+TEST(LinuxTimer, is_told_of_as_long_as_one_may_not_be_late) {
+  std::vector<bool> told;
+  observeTimelyTimers([&](bool exist) { told.push_back(exist); });
+  const Timer first(1, [] {});
+  const Timer second(1, [] {});
+  const Timer ordinary(1, [] {});
+  const Timer never(1, [] {});
+  RunLoop::main().add(ordinary, RunLoopMode::standard);
+  EXPECT_EQ(told, std::vector<bool>{});
+  schedule(first);
+  schedule(first);
+  schedule(second);
+  EXPECT_EQ(told, std::vector{true});
+  first.invalidate();
+  first.invalidate();
+  never.invalidate();
+  ordinary.invalidate();
+  EXPECT_EQ(told, std::vector{true});
+  second.invalidate();
+  EXPECT_EQ(told, (std::vector{true, false}));
+  observeTimelyTimers(nullptr);
 }
 
 }  // namespace

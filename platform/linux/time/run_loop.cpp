@@ -33,19 +33,19 @@ RunLoop RunLoop::main() {
   return {};
 }
 
-// Qt serves every source in nested loops too, so both modes are `common`.
-void RunLoop::add(const Timer& timer, RunLoopMode) const {
+// Qt serves every source in nested loops too: in both modes a timer fires always.
+void RunLoop::add(const Timer& timer, RunLoopMode mode) const {
   if (!timer.native_->valid || timer.native_->source) return;
   provideApplication();
   refuseTimerSlack();
-  timer.native_->schedule();
+  timer.native_->schedule(mode);
 }
 
 void RunLoop::runFor(double seconds) const {
   provideApplication();
   QEventLoop loop;
   const Timer end(seconds, [&loop] { loop.quit(); });
-  add(end, RunLoopMode::common);
+  add(end, RunLoopMode::standard);
   loop.exec();
   end.invalidate();
 }

@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "platform/fatal_error.h"
+#include "platform/linux/scheduling/timely_timers.h"
 #include "platform/linux/time/timer_native.h"
 
 namespace vorrin {
@@ -65,7 +66,7 @@ std::vector<std::shared_ptr<Timer::Native>>& Timer::Native::scheduled() {
   return timers;
 }
 
-void Timer::Native::schedule() {
+void Timer::Native::schedule(RunLoopMode runLoopMode) {
   clock = FileDescriptor(::timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC));
   const itimerspec grid{.it_interval = toTimespec(interval),
                         .it_value = toTimespec(now() + interval)};
@@ -74,6 +75,8 @@ void Timer::Native::schedule() {
   }
   source = std::make_unique<Source>(*this);
   scheduled().push_back(shared_from_this());
+  mode = runLoopMode;
+  if (mode == RunLoopMode::common) timelyTimerWasScheduled();
 }
 
 void Timer::Native::fire() {
@@ -99,7 +102,8 @@ void Timer::Native::invalidate() {
   clock = FileDescriptor();
   // Emptied before what it owned goes, which may end up here again.
   const auto released = firing ? nullptr : std::exchange(block, nullptr);
-  std::erase(scheduled(), shared_from_this());
+  const bool wasScheduled = std::erase(scheduled(), shared_from_this()) > 0;
+  if (wasScheduled && mode == RunLoopMode::common) timelyTimerEnded();
 }
 
 Timer::Native::Source::Source(Native& timer)

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/linux/foundation/file_descriptor.h"
+#include "platform/run_loop.h"
 #include "platform/timer.h"
 
 namespace vorrin {
@@ -19,7 +20,7 @@ struct Timer::Native : std::enable_shared_from_this<Timer::Native> {
   static std::vector<std::shared_ptr<Native>>& scheduled();
 
   /// Starts the clock; the first expiration comes one interval from now.
-  void schedule();
+  void schedule(RunLoopMode runLoopMode);
 
   /// Runs the block, unless the timer is invalid or its block is running already: a block that
   /// serves the run loop itself is not entered again.
@@ -40,6 +41,7 @@ struct Timer::Native : std::enable_shared_from_this<Timer::Native> {
   };
 
   const std::chrono::nanoseconds interval;
+  RunLoopMode mode = RunLoopMode::standard;
   std::function<void()> block;
   bool valid = true;
   bool firing = false;

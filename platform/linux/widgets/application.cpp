@@ -13,6 +13,7 @@
 #include <string_view>
 
 #include "platform/linux/instance/single_instance.h"
+#include "platform/linux/scheduling/timely_thread.h"
 #include "platform/linux/widgets/accessible_window.h"
 #include "platform/linux/widgets/dark_style.h"
 #include "platform/linux/widgets/display_loss.h"
@@ -73,6 +74,7 @@ struct Application::Native {
   TerminationSignals terminationSignals;
   DisplayLoss displayLoss;
   SingleInstance instance;
+  TimelyThread timelyThread;
   ApplicationDelegate delegate;
   bool isLaunched = false;
   bool isTerminated = false;

@@ -1,0 +1,106 @@
+"""The right to run in real time while a macro runs: the process's own, or RealtimeKit's to give."""
+
+import os
+import signal
+import subprocess
+import sys
+import unittest
+
+from desktop import Client, Desktop, wait_until
+
+SERVICE = "org.freedesktop.RealtimeKit1"
+PATH = "/org/freedesktop/RealtimeKit1"
+GRANT = """import os
+os.sched_setscheduler(args[0], os.SCHED_RR | os.SCHED_RESET_ON_FORK, os.sched_param(args[1]))"""
+REFUSE = "raise dbus.exceptions.DBusException('no', name='org.freedesktop.DBus.Error.AccessDenied')"
+
+# Root has every right; Vorrin's users have this one seldom.
+WITHOUT_RIGHT = ["setpriv", "--bounding-set", "-sys_nice"] if os.geteuid() == 0 else []
+
+
+def may_grant():
+    """Whether this machine lets the tests, and so the scripted service, give the right."""
+    command = "import os; os.sched_setscheduler(0, os.SCHED_RR, os.sched_param(1))"
+    return subprocess.run([sys.executable, "-c", command], stderr=subprocess.DEVNULL,
+                          check=False).returncode == 0
+
+
+class RealtimeKit:
+    """A scripted one on a system bus of its own."""
+
+    def __init__(self, desktop, code):
+        _, self._address = desktop.start_bus()
+        self._desktop = desktop
+        desktop.environment["DBUS_SYSTEM_BUS_ADDRESS"] = self._address
+        self.process = desktop.start([sys.executable, "-m", "dbusmock", SERVICE, PATH, SERVICE],
+                                     variables={"DBUS_SESSION_BUS_ADDRESS": self._address})
+        wait_until(lambda: self._call("AddMethod", SERVICE, "MakeThreadRealtime", "tu", "", code),
+                   "the service")
+
+    def _call(self, method, *arguments):
+        return self._desktop.text("gdbus", "call", "--address", self._address, "--timeout", "10",
+                                  "--dest", SERVICE, "--object-path", PATH,
+                                  "--method", "org.freedesktop.DBus.Mock." + method, *arguments)
+
+    def requests(self):
+        return self._call("GetCalls")
+
+
+def is_real_time(process):
+    return os.sched_getscheduler(process.pid) & ~os.SCHED_RESET_ON_FORK == os.SCHED_RR
+
+
+class Scheduling(unittest.TestCase):
+    def start_clicking(self, desktop, **options):
+        vorrin = desktop.start_ready_vorrin(**options)
+        self.assertFalse(is_real_time(vorrin))
+        client = Client(desktop)
+        client.focus()
+        client.start_macros()
+        return vorrin, client
+
+    def assert_ordinary_after_escape(self, desktop, vorrin, client):
+        desktop.type("Escape")
+        client.drain()
+        wait_until(lambda: not is_real_time(vorrin), "ordinary scheduling")
+
+    def test_its_own_right_is_used(self):
+        with Desktop() as desktop:
+            vorrin, client = self.start_clicking(desktop)
+            self.assertEqual(is_real_time(vorrin), may_grant())
+            self.assert_ordinary_after_escape(desktop, vorrin, client)
+
+    def test_the_service_is_asked_and_the_right_given_back(self):
+        with Desktop() as desktop:
+            kit = RealtimeKit(desktop, GRANT)
+            vorrin, client = self.start_clicking(desktop, by=WITHOUT_RIGHT)
+            wait_until(lambda: f"uint64 {vorrin.pid}" in kit.requests(), "the request")
+            wait_until(lambda: is_real_time(vorrin) == may_grant(), "real time")
+            with open(f"/proc/{vorrin.pid}/limits", encoding="utf-8") as limits:
+                bounds = next(line for line in limits if line.startswith("Max realtime timeout"))
+            self.assertEqual(bounds.split()[3:5], ["100000", "200000"])
+            self.assert_ordinary_after_escape(desktop, vorrin, client)
+
+    def test_a_refusal_is_no_obstacle(self):
+        with Desktop() as desktop:
+            kit = RealtimeKit(desktop, REFUSE)
+            vorrin, client = self.start_clicking(desktop, by=WITHOUT_RIGHT)
+            wait_until(lambda: "MakeThreadRealtime" in kit.requests(), "the request")
+            before = client.clicks()
+            wait_until(lambda: client.clicks() > before + 2, "clicks after the refusal")
+            self.assertFalse(is_real_time(vorrin))
+            self.assert_ordinary_after_escape(desktop, vorrin, client)
+
+    def test_a_grant_that_comes_after_the_end_is_given_back(self):
+        with Desktop() as desktop:
+            kit = RealtimeKit(desktop, GRANT)
+            os.kill(kit.process.pid, signal.SIGSTOP)
+            vorrin, client = self.start_clicking(desktop, by=WITHOUT_RIGHT)
+            self.assert_ordinary_after_escape(desktop, vorrin, client)
+            os.kill(kit.process.pid, signal.SIGCONT)
+            wait_until(lambda: "MakeThreadRealtime" in kit.requests(), "the request")
+            wait_until(lambda: not is_real_time(vorrin), "ordinary scheduling")
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
