@@ -1,12 +1,13 @@
 """Vorrin as a screen reader meets it, and worked by the keyboard alone."""
 
 import os
+import signal
 import unittest
 import warnings
 
-from desktop import BUS_NAME, Desktop, wait_until
+from desktop import BUS_NAME, Client, Desktop, wait_until
 
-KEYBOARD, MOUSE = "keyboard repeat", "left mouse click"
+TAB = 23  # the server's key code
 
 
 class Accessibility(unittest.TestCase):
@@ -90,6 +91,29 @@ class Accessibility(unittest.TestCase):
             wait_until(lambda: self.focused(inside) != before, "another thing in focus")
         self.fail(f"{role} “{name}” is not reached by the keyboard")
 
+    def wait_until_told(self, role, name):
+        wait_until(lambda: (self.pump(), (role, name) in self.told)[1], f"{role} “{name}”, told")
+
+    def start_another_vorrin(self):
+        """One that knows nothing of the first: its user has another home and another session bus."""
+        home = self.desktop.home / "another"
+        (home / "Library/Logs").mkdir(parents=True)
+        bus, address = self.desktop.start_bus()
+        self.addCleanup(self.desktop.end, bus)
+        another = self.desktop.start_vorrin(
+            variables={"HOME": str(home), "DBUS_SESSION_BUS_ADDRESS": address})
+        self.addCleanup(self.desktop.end, another)
+        status = home / "Library/Logs/Vorrin-status.txt"
+        wait_until(lambda: status.exists() and "ready=true" in status.read_text(), "another Vorrin")
+        wait_until(lambda: len(self.desktop.vorrin_windows()) == 2, "its window")
+        return another
+
+    def has_shortcuts_taken(self, client):
+        """Whether the Tab key is held back from the client; what that started is stopped."""
+        arrived, clicks = client.typed("Tab")
+        self.desktop.type("Escape")
+        return TAB not in arrived or clicks > 0
+
     def test_the_window_is_one(self):
         window = self.has("frame", "Vorrin")
         self.assertIn("active", self.states(window))
@@ -136,12 +160,35 @@ class Accessibility(unittest.TestCase):
         self.desktop.type("space")
         self.has("label", "PAUSED · app focused")
         self.has("push button", "Stop keyboard repeat")
-        wait_until(lambda: (self.pump(), ("label", "PAUSED · app focused") in self.told)[1],
-                   "the new state, told")
+        self.wait_until_told("label", "PAUSED · app focused")
         self.told.clear()
         self.desktop.type("Escape")
         self.has("push button", "Start keyboard repeat")
-        wait_until(lambda: (self.pump(), ("label", "OFF") in self.told)[1], "the stop, told")
+        self.wait_until_told("label", "OFF")
+
+    def test_the_status_line_is_told_when_the_shortcuts_are_lost_and_when_they_are_back(self):
+        connected = "Connected · settings persist · starts OFF on every launch"
+        lost = "Accessibility granted, but keyboard listener unavailable. Quit and reopen the app."
+        self.has("label", connected)
+        # Vorrin's own window is in front, so it has left all keys alone; stopped it cannot take them
+        # up when another one is.
+        os.killpg(self.process.pid, signal.SIGSTOP)
+        self.addCleanup(self.desktop.text, "xdotool", "windowactivate", "--sync", self.window)
+        self.addCleanup(os.killpg, self.process.pid, signal.SIGCONT)
+        another = self.start_another_vorrin()
+        client = Client(self.desktop)
+        self.addCleanup(self.desktop.end, client.process)
+        client.focus()
+        wait_until(lambda: self.has_shortcuts_taken(client), "the shortcuts with the other Vorrin")
+        self.told.clear()
+        os.killpg(self.process.pid, signal.SIGCONT)
+        self.wait_until_told("label", lost)
+        self.has("label", lost)
+        self.assertNotIn("sensitive", self.states(self.has("push button", "Start left mouse click")))
+        self.told.clear()
+        self.desktop.end(another)
+        self.wait_until_told("label", connected)
+        self.has("label", connected)
 
     def test_settings_are_changed_by_the_keyboard_and_a_refusal_is_told(self):
         interval = "Seconds between two actions of left mouse click"
