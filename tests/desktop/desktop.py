@@ -200,6 +200,9 @@ class Locker:
         return [int(line.split()[1]) for line in self._log.read_text().splitlines()
                 if line.startswith("KeyPress ")]
 
+    def clicks(self):
+        return self._log.read_text().count("ButtonPress 1\n")
+
 
 class Client:
     """A program of somebody else's in front, and the keys it receives."""

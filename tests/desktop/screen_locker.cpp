@@ -1,24 +1,56 @@
 // A program that locks the screen as the plain lockers of X11 do, and tells nobody: it takes the
-// keyboard and the pointer and, unless an argument is given, covers the screen. A line on its
-// standard output for each key: kind, code.
+// keyboard and the pointer and covers the screen. A line on its standard output for each key and
+// button: kind, code. By an argument it is another:
+//   keyboard  takes nothing but the keyboard
+//   dialog    a locker that shows a small window of the ordinary kind too
+//   game      an old game that fills the screen: its ordinary window is as large, and below
 #include <X11/Xlib.h>
+#include <X11/Xutil.h>
 #include <poll.h>
 
 #include <cstdio>
 #include <cstdlib>
+#include <string_view>
 
 namespace {
 
-Window cover(Display* display, bool wholeScreen) {
+struct Size {
+  unsigned width = 1;
+  unsigned height = 1;
+};
+
+Size screenSize(Display* display) {
   const int screen = DefaultScreen(display);
+  return {static_cast<unsigned>(DisplayWidth(display, screen)),
+          static_cast<unsigned>(DisplayHeight(display, screen))};
+}
+
+/// Shows a window of a fixed size as programs do, and returns when the window manager has taken it
+/// up.
+void showOrdinaryWindow(Display* display, Size size) {
+  const Window window = XCreateSimpleWindow(display, DefaultRootWindow(display), 0, 0, size.width,
+                                            size.height, 0, 0, 0);
+  XSizeHints hints{};
+  hints.flags = PMinSize | PMaxSize;
+  hints.min_width = hints.max_width = static_cast<int>(size.width);
+  hints.min_height = hints.max_height = static_cast<int>(size.height);
+  XSetWMNormalHints(display, window, &hints);
+  XSelectInput(display, window, StructureNotifyMask);
+  XMapWindow(display, window);
+  XEvent seen;
+  do {
+    XWindowEvent(display, window, StructureNotifyMask, &seen);
+  } while (seen.type != MapNotify);
+}
+
+Window cover(Display* display, Size size) {
   XSetWindowAttributes attributes{};
   attributes.override_redirect = True;
   attributes.event_mask = KeyPressMask | VisibilityChangeMask;
-  const auto width = wholeScreen ? static_cast<unsigned>(DisplayWidth(display, screen)) : 1;
-  const auto height = wholeScreen ? static_cast<unsigned>(DisplayHeight(display, screen)) : 1;
-  const Window window = XCreateWindow(
-      display, DefaultRootWindow(display), 0, 0, width, height, 0, CopyFromParent, InputOutput,
-      static_cast<Visual*>(CopyFromParent), CWOverrideRedirect | CWEventMask, &attributes);
+  const Window window =
+      XCreateWindow(display, DefaultRootWindow(display), 0, 0, size.width, size.height, 0,
+                    CopyFromParent, InputOutput, static_cast<Visual*>(CopyFromParent),
+                    CWOverrideRedirect | CWEventMask, &attributes);
   XMapRaised(display, window);
   XEvent seen;
   XWindowEvent(display, window, VisibilityChangeMask, &seen);
@@ -35,17 +67,21 @@ bool takeInput(Display* display, Window window, bool pointerToo) {
 
 }  // namespace
 
-int main(int count, char**) {
+int main(int count, char** arguments) {
   Display* const display = XOpenDisplay(nullptr);
   if (display == nullptr) return EXIT_FAILURE;
-  const bool locksAll = count == 1;
-  const Window window = cover(display, locksAll);
-  while (!takeInput(display, window, locksAll)) poll(nullptr, 0, 10);
+  const std::string_view kind = count > 1 ? arguments[1] : "locker";
+  const bool takesAll = kind != "keyboard";
+  if (kind == "dialog") showOrdinaryWindow(display, {300, 200});
+  if (kind == "game") showOrdinaryWindow(display, screenSize(display));
+  const Window window = cover(display, takesAll ? screenSize(display) : Size());
+  while (!takeInput(display, window, takesAll)) poll(nullptr, 0, 10);
   std::puts("locked 0");
   while (true) {
     if (XPending(display) == 0) std::fflush(stdout);
     XEvent event;
     XNextEvent(display, &event);
     if (event.type == KeyPress) std::printf("KeyPress %u\n", event.xkey.keycode);
+    if (event.type == ButtonPress) std::printf("ButtonPress %u\n", event.xbutton.button);
   }
 }

@@ -8,7 +8,7 @@ import sys
 import time
 import unittest
 
-from desktop import X, Client, Desktop, Locker, wait_until
+from desktop import DIGIT_1, X, Client, Desktop, Locker, wait_until
 
 SESSION = "/org/freedesktop/login1/session/c1"
 BACKTICK, TAB = 49, 23  # the server's key codes
@@ -234,6 +234,25 @@ class SilentLockers(SessionTest):
             # The clicks under way when the screen was locked may have cost the client the keyboard.
             client.focus()
             self.assert_back_and_off(desktop, client)
+
+    def test_one_that_shows_an_ordinary_window_too_is_one(self):
+        with Desktop() as desktop:
+            self.at_work(desktop)
+            locker = Locker(desktop, "dialog")
+            wait_until(lambda: self.posts_nothing(desktop, locker), "an end of all digits")
+            self.assert_all_arrives(desktop, locker)
+
+    def test_a_game_that_covers_the_screen_as_they_do_is_none(self):
+        with Desktop() as desktop:
+            self.at_work(desktop)
+            game = Locker(desktop, "game")
+            wait_until(lambda: game.clicks() > 100 and DIGIT_1 in game.pressed(), "clicks and digits")
+            desktop.type("Escape")
+            desktop.settle()
+            desktop.type("Tab", "x")
+            clicks = game.clicks()
+            wait_until(lambda: game.clicks() > clicks + 100, "clicks")
+            self.assertNotIn(TAB, game.pressed())
 
     def test_a_program_that_only_takes_the_keyboard_is_none(self):
         with Desktop() as desktop:

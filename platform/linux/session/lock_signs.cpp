@@ -3,6 +3,8 @@
 #include <QGuiApplication>
 #include <QRegion>
 #include <QScreen>
+#include <algorithm>
+#include <cstdint>
 #include <cstdlib>
 #include <span>
 #include <string_view>
@@ -35,11 +37,62 @@ std::vector<xcb_window_t> childrenOf(xcb_connection_t* connection, xcb_window_t 
   return {children.begin(), children.end()};
 }
 
-xcb_atom_t stateProperty(xcb_connection_t* connection) {
-  constexpr std::string_view name = "WM_STATE";
-  const auto request = xcb_intern_atom(connection, 0, name.size(), name.data());
+xcb_atom_t atomOf(xcb_connection_t* connection, std::string_view name) {
+  const auto request =
+      xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.data());
   const auto atom = answer(xcb_intern_atom_reply(connection, request, nullptr));
   return atom ? atom->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
+}
+
+/// The items of a window's property, all of 32 bits; none when it has no such property.
+std::vector<std::uint32_t> items(xcb_connection_t* connection, xcb_window_t window,
+                                 std::string_view name) {
+  constexpr std::uint32_t most = 4096;
+  const auto request =
+      xcb_get_property(connection, 0, window, atomOf(connection, name), XCB_ATOM_ANY, 0, most);
+  const auto property = answer(xcb_get_property_reply(connection, request, nullptr));
+  if (!property || property->format != 32) return {};
+  const auto* const first =
+      static_cast<const std::uint32_t*>(xcb_get_property_value(property.get()));
+  return {first, first + property->value_len};
+}
+
+bool contains(const std::vector<std::uint32_t>& all, std::uint32_t one) {
+  return std::find(all.begin(), all.end(), one) != all.end();
+}
+
+/// Whether one program has made both windows.
+bool areOfOneClient(xcb_connection_t* connection, xcb_window_t one, xcb_window_t other) {
+  return ((one ^ other) & ~xcb_get_setup(connection)->resource_id_mask) == 0;
+}
+
+/// Whether the window is shown, has at least this size, and is not the desktop itself.
+bool isOrdinaryAndCovers(xcb_connection_t* connection, xcb_window_t window, const QSize& size) {
+  const auto attributesRequest = xcb_get_window_attributes(connection, window);
+  const auto placeRequest = xcb_get_geometry(connection, window);
+  const auto attributes =
+      answer(xcb_get_window_attributes_reply(connection, attributesRequest, nullptr));
+  const auto place = answer(xcb_get_geometry_reply(connection, placeRequest, nullptr));
+  return attributes && place && attributes->map_state == XCB_MAP_STATE_VIEWABLE &&
+         place->width >= size.width() && place->height >= size.height() &&
+         !contains(items(connection, window, "_NET_WM_WINDOW_TYPE"),
+                   atomOf(connection, "_NET_WM_WINDOW_TYPE_DESKTOP"));
+}
+
+/// Whether `cover` belongs to a game of the older kind. To fill the screen it lays a window of its
+/// own over everything, as a locker does, but keeps its ordinary window, in that size, below. No
+/// locker shows such a window. A window manager that locks the screen itself might.
+bool isOfGame(xcb_connection_t* connection, xcb_window_t root, xcb_window_t cover,
+              const QSize& size) {
+  const auto isOfCoversClient = [&](xcb_window_t window) {
+    return areOfOneClient(connection, window, cover);
+  };
+  const auto managers = items(connection, root, "_NET_SUPPORTING_WM_CHECK");
+  if (std::any_of(managers.begin(), managers.end(), isOfCoversClient)) return false;
+  const auto managed = items(connection, root, "_NET_CLIENT_LIST");
+  return std::any_of(managed.begin(), managed.end(), [&](xcb_window_t window) {
+    return isOfCoversClient(window) && isOrdinaryAndCovers(connection, window, size);
+  });
 }
 
 /// Whether a window manager has marked the window, or one inside it, as in its care.
@@ -115,10 +168,11 @@ bool LockSignsOnX11::keyboardIsHeld() const {
 bool LockSignsOnX11::screensAreCovered() const {
   QRegion open = screens();
   if (open.isEmpty()) return false;
-  const xcb_atom_t state = stateProperty(connection_.get());
+  const xcb_atom_t state = atomOf(connection_.get(), "WM_STATE");
   for (const xcb_window_t window : childrenOf(connection_.get(), root_)) {
     const QRect place = placeOfUnmanaged(connection_.get(), window);
-    if (open.intersects(place) && !isManaged(connection_.get(), window, state, deepestFrame)) {
+    if (open.intersects(place) && !isManaged(connection_.get(), window, state, deepestFrame) &&
+        !isOfGame(connection_.get(), root_, window, place.size())) {
       open -= place;
     }
   }
