@@ -33,9 +33,14 @@ class OneLineOnly : public QValidator {
 
 FieldWidget::FieldWidget(const QString& text) {
   setValidator(new OneLineOnly(this));
-  setText(text);
+  showText(text);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   connect(this, &QLineEdit::textEdited, this, [this] { tellDelegate(); });
+}
+
+void FieldWidget::showText(const QString& text) {
+  setText(text);
+  if (!hasFocus()) setCursorPosition(0);
 }
 
 void FieldWidget::tellDelegate() {

@@ -15,6 +15,9 @@ class FieldWidget : public QLineEdit, public NativeView {
   Color textColor;
   TextFieldDelegate delegate;
 
+  /// Replaces the text. What does not fit is shown from its beginning, unless the user is editing.
+  void showText(const QString& text);
+
   [[nodiscard]] std::string_view kindName() const override { return "Field"; }
   [[nodiscard]] QString shownText() const override { return text(); }
 

@@ -28,7 +28,7 @@ void TextField::setText(const std::string& text) const {
   if (auto* label = widgetAs<LabelWidget>(*this)) {
     label->showText(nativeText(text));
   } else {
-    widgetOf<FieldWidget>(*this).setText(nativeText(text));
+    widgetOf<FieldWidget>(*this).showText(nativeText(text));
   }
 }
 

@@ -49,6 +49,13 @@ TEST(QtTextField, a_field_gives_back_what_it_shows_of_a_text_with_control_charac
   EXPECT_EQ(TextField::field(std::string("a\0b\nc", 5)).text(), "abc");
 }
 
+TEST(QtTextField, a_text_put_into_a_field_shows_from_its_beginning) {
+  const TextField field = TextField::field(std::string(100, 'a'));
+  EXPECT_EQ(widgetOf<QLineEdit>(field).cursorPosition(), 0);
+  field.setText(std::string(100, 'b'));
+  EXPECT_EQ(widgetOf<QLineEdit>(field).cursorPosition(), 0);
+}
+
 TEST(QtTextField, a_label_keeps_its_line_breaks) {
   const TextField label = TextField::wrappingLabel("one\ntwo");
   EXPECT_EQ(label.text(), "one\ntwo");
