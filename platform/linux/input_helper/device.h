@@ -9,7 +9,7 @@
 #include <string>
 
 #include "platform/linux/helper_protocol/file_descriptor.h"
-#include "platform/linux/input_helper/filter.h"
+#include "platform/linux/input_helper/frame.h"
 
 namespace vorrin::input_helper {
 

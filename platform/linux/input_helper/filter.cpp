@@ -1,49 +1,11 @@
 #include "platform/linux/input_helper/filter.h"
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
 namespace vorrin::input_helper {
-namespace {
 
 using namespace helper_protocol;
-
-constexpr std::array panicChord = {KEY_ESC, KEY_BACKSPACE, KEY_ENTER};
-
-enum KeyValue : std::int32_t { released = 0, pressed = 1 };
-
-bool holdsPanicChord(const KeySet& keys) {
-  return std::ranges::all_of(panicChord, [&](int key) { return keys.test(std::size_t(key)); });
-}
-
-bool isKey(const InputEvent& event) {
-  return event.type == EV_KEY && event.code < KEY_CNT;
-}
-
-/// LEDs, sounds and repeat rates travel the other way.
-bool isOutput(const InputEvent& event) {
-  return event.type == EV_LED || event.type == EV_SND || event.type == EV_REP;
-}
-
-void followKeys(const Frame& frame, KeySet& keys) {
-  for (const auto& event : frame) {
-    if (isKey(event)) keys.set(event.code, event.value != released);
-  }
-}
-
-Frame difference(const KeySet& before, const KeySet& after) {
-  Frame frame;
-  for (const bool down : {false, true}) {
-    for (std::size_t key = 0; key < KEY_CNT; ++key) {
-      if (before.test(key) == after.test(key) || after.test(key) != down) continue;
-      frame.push_back({EV_KEY, static_cast<std::uint16_t>(key), down ? pressed : released});
-    }
-  }
-  return frame;
-}
-
-}  // namespace
 
 void Filter::addKeyboard(KeyboardId id, const KeySet& keysDown, Moment now) {
   Keyboard keyboard;
@@ -125,7 +87,7 @@ bool Filter::processEvent(PendingFrame& frame, Keyboard& keyboard, const InputEv
                           Moment now) {
   if (isOutput(event)) return true;
   if (!isKey(event)) {
-    keep(frame, event);
+    keepEvent(frame.events, frame.next, frame.kept);
     return true;
   }
   if (event.value == pressed) return processPress(frame, keyboard, event, now);
@@ -151,7 +113,7 @@ bool Filter::processPress(PendingFrame& frame, Keyboard& keyboard, const InputEv
   if (event.code == escapeKey) tell(event.code, true);
   if (frame.filtered && !swallow) {
     keyboard.passed.set(event.code);
-    keep(frame, event);
+    keepEvent(frame.events, frame.next, frame.kept);
   }
   return true;
 }
@@ -159,7 +121,7 @@ bool Filter::processPress(PendingFrame& frame, Keyboard& keyboard, const InputEv
 /// A repeat, too, goes where its press went.
 void Filter::processRepeat(PendingFrame& frame, const Keyboard& keyboard, const InputEvent& event) {
   if (keyboard.asked.test(event.code) || event.code == escapeKey) tell(event.code, true, true);
-  if (keyboard.passed.test(event.code)) keep(frame, event);
+  if (keyboard.passed.test(event.code)) keepEvent(frame.events, frame.next, frame.kept);
 }
 
 /// A release goes where its press went, whatever was decided since.
@@ -170,22 +132,10 @@ void Filter::processRelease(PendingFrame& frame, Keyboard& keyboard, const Input
   if (!keyboard.passed.test(event.code)) return;
   keyboard.passed.reset(event.code);
   if (frame.filtered) {
-    keep(frame, event);
+    keepEvent(frame.events, frame.next, frame.kept);
   } else {
     actions_.emit(frame.keyboard, {&event, 1});
   }
-}
-
-/// Keeps the event for the clone. A swallowed key takes along the scan code told before it.
-void Filter::keep(PendingFrame& frame, const InputEvent& event) {
-  const bool hasScanCode = event.type == EV_KEY && frame.next > 0 &&
-                           frame.events[frame.next - 1].type == EV_MSC &&
-                           frame.events[frame.next - 1].code == MSC_SCAN;
-  if (hasScanCode) frame.kept.push_back(frame.events[frame.next - 1]);
-  const bool isScanCodeOfKey = event.type == EV_MSC && event.code == MSC_SCAN &&
-                               frame.next + 1 < frame.events.size() &&
-                               frame.events[frame.next + 1].type == EV_KEY;
-  if (!isScanCodeOfKey) frame.kept.push_back(event);
 }
 
 void Filter::ask(std::uint16_t key, Moment now) {

@@ -1,8 +1,5 @@
 #pragma once
 
-#include <linux/input-event-codes.h>
-
-#include <bitset>
 #include <chrono>
 #include <cstdint>
 #include <deque>
@@ -10,26 +7,15 @@
 #include <map>
 #include <optional>
 #include <span>
-#include <vector>
 
 #include "platform/linux/helper_protocol/protocol.h"
+#include "platform/linux/input_helper/frame.h"
 
 namespace vorrin::input_helper {
 
 /// The kernel stamps its events by the same clock.
 using Moment = std::chrono::steady_clock::time_point;
-using KeySet = std::bitset<KEY_CNT>;
 using KeyboardId = int;
-
-/// One event as the kernel tells it, without its time. A frame is what lies between two
-/// SYN_REPORTs; those are left out and added again at writing.
-struct InputEvent {
-  std::uint16_t type = 0;
-  std::uint16_t code = 0;
-  std::int32_t value = 0;
-  bool operator==(const InputEvent&) const = default;
-};
-using Frame = std::vector<InputEvent>;
 
 /// How taking a keyboard for oneself went.
 enum class GrabOutcome { grabbed, busy, gone };
@@ -118,7 +104,6 @@ class Filter {
   bool processEvent(PendingFrame& frame, Keyboard& keyboard, const InputEvent& event, Moment now);
   bool processPress(PendingFrame& frame, Keyboard& keyboard, const InputEvent& event, Moment now);
   void processRelease(PendingFrame& frame, Keyboard& keyboard, const InputEvent& event);
-  void keep(PendingFrame& frame, const InputEvent& event);
   void ask(std::uint16_t key, Moment now);
   void tell(std::uint16_t key, bool down, bool repeated = false);
   void processRepeat(PendingFrame& frame, const Keyboard& keyboard, const InputEvent& event);

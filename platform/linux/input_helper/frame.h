@@ -1,0 +1,45 @@
+#pragma once
+
+#include <linux/input-event-codes.h>
+
+#include <bitset>
+#include <cstdint>
+#include <vector>
+
+namespace vorrin::input_helper {
+
+using KeySet = std::bitset<KEY_CNT>;
+
+/// One event as the kernel tells it, without its time. A frame is what lies between two
+/// SYN_REPORTs; those are left out and added again at writing.
+struct InputEvent {
+  std::uint16_t type = 0;
+  std::uint16_t code = 0;
+  std::int32_t value = 0;
+  bool operator==(const InputEvent&) const = default;
+};
+using Frame = std::vector<InputEvent>;
+
+/// The values of a key's event. Everything else is a repeat.
+enum KeyValue : std::int32_t { released = 0, pressed = 1 };
+
+/// Whether it is a key or a button that a `KeySet` has a place for.
+bool isKey(const InputEvent& event);
+
+/// Whether it is an LED, a sound or a repeat rate: those travel towards the keyboard.
+bool isOutput(const InputEvent& event);
+
+/// Has `keys` follow the presses and releases of `frame`.
+void followKeys(const Frame& frame, KeySet& keys);
+
+/// The events that lead from the keys held in `before` to those in `after`, releases first.
+Frame difference(const KeySet& before, const KeySet& after);
+
+/// Whether the keys are down that, pressed together, end the helper.
+bool holdsPanicChord(const KeySet& keys);
+
+/// Keeps the event at `place` of `frame` in `kept`. Keyboards tell a key's scan code just before
+/// it; that is kept with its key, or left out with it.
+void keepEvent(const Frame& frame, std::size_t place, Frame& kept);
+
+}  // namespace vorrin::input_helper

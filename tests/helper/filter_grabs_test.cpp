@@ -1,0 +1,207 @@
+#include "filter_test.h"
+
+namespace vorrin::input_helper {
+namespace {
+
+using namespace helper_protocol;
+using std::chrono::milliseconds;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+TEST_F(FilterTest, the_start_says_that_the_keyboards_can_be_held) {
+  EXPECT_THAT(sent, ElementsAre(FromHelper(Availability{true})));
+  EXPECT_THAT(grabbed, IsEmpty());
+}
+
+TEST_F(FilterTest, nothing_is_grabbed_before_a_shortcut_is_wanted) {
+  pass(milliseconds(5000));
+  EXPECT_THAT(grabbed, IsEmpty());
+}
+
+TEST_F(FilterTest, nothing_is_grabbed_before_compositors_could_open_the_clone) {
+  configure({KEY_TAB});
+  pass(Filter::startGap - milliseconds(1));
+  EXPECT_THAT(grabbed, IsEmpty());
+  pass(milliseconds(2));
+  EXPECT_THAT(grabbed, ElementsAre(board, otherBoard));
+}
+
+TEST_F(FilterTest, a_keyboard_is_not_grabbed_while_one_of_its_keys_is_down) {
+  press(KEY_ENTER);
+  configure({KEY_TAB});
+  pass(milliseconds(5000));
+  EXPECT_THAT(grabbed, ElementsAre(otherBoard));
+  release(KEY_ENTER);
+  pass(Filter::quietTime);
+  EXPECT_THAT(grabbed, ElementsAre(board, otherBoard));
+}
+
+TEST_F(FilterTest, a_key_held_when_the_keyboard_is_found_is_waited_for) {
+  KeySet down;
+  down.set(KEY_A);
+  filter.addKeyboard(7, down, now);
+  grabWithTab();
+  EXPECT_FALSE(grabbed.contains(7));
+  release(KEY_A, 7);
+  pass(Filter::quietTime);
+  EXPECT_TRUE(grabbed.contains(7));
+}
+
+TEST_F(FilterTest, a_keyboard_is_grabbed_in_a_pause_of_the_typing) {
+  pass(Filter::startGap);
+  press(KEY_A);
+  release(KEY_A);
+  configure({KEY_TAB});
+  EXPECT_FALSE(grabbed.contains(board));
+  pass(Filter::quietTime);
+  EXPECT_TRUE(grabbed.contains(board));
+}
+
+TEST_F(FilterTest, typing_without_a_pause_delays_the_grab_for_a_bounded_time) {
+  pass(Filter::startGap);
+  press(KEY_A);
+  release(KEY_A);
+  configure({KEY_TAB});
+  auto typed = milliseconds(0);
+  for (; !grabbed.contains(board); typed += milliseconds(20)) {
+    ASSERT_LT(typed, Filter::longestWait + milliseconds(40));
+    press(KEY_A);
+    release(KEY_A);
+    pass(milliseconds(20));
+  }
+  EXPECT_GE(typed, Filter::longestWait - milliseconds(40));
+}
+
+TEST_F(FilterTest, a_press_that_everybody_saw_before_the_grab_gives_the_keyboard_back) {
+  grabWithTab();
+  filter.receive(board, {key(KEY_A, 1)}, now - Filter::startGap, now);
+  EXPECT_THAT(grabbed, ElementsAre(otherBoard));
+  EXPECT_THAT(emitted, IsEmpty());
+}
+
+TEST_F(FilterTest, the_keyboards_are_given_back_when_no_shortcut_is_wanted) {
+  grabWithTab();
+  configure({});
+  EXPECT_THAT(grabbed, IsEmpty());
+}
+
+TEST_F(FilterTest, a_keyboard_is_given_back_once_its_keys_are_up) {
+  grabWithTab();
+  press(KEY_A);
+  configure({});
+  EXPECT_THAT(grabbed, ElementsAre(board));
+  release(KEY_A);
+  EXPECT_THAT(grabbed, IsEmpty());
+  EXPECT_EQ(emitted.back(), Frame{key(KEY_A, 0)});
+}
+
+TEST_F(FilterTest, a_key_typed_just_before_the_keyboard_was_given_back_is_not_lost) {
+  grabWithTab();
+  const auto typed = now;
+  now += milliseconds(1);
+  configure({});
+  filter.receive(board, {key(KEY_A, 1)}, typed, now);
+  filter.receive(board, {key(KEY_A, 0)}, typed, now);
+  EXPECT_THAT(emitted, ElementsAre(Frame{key(KEY_A, 1)}, Frame{key(KEY_A, 0)}));
+}
+
+TEST_F(FilterTest, a_key_released_just_after_the_keyboard_was_given_back_does_not_stay_down) {
+  grabWithTab();
+  const auto typed = now;
+  now += milliseconds(1);
+  configure({});
+  filter.receive(board, {key(KEY_A, 1)}, typed, now);
+  emitted.clear();
+  receive({scanCode(30), key(KEY_A, 0)});
+  EXPECT_THAT(emitted, ElementsAre(Frame{key(KEY_A, 0)}));
+}
+
+TEST_F(FilterTest, a_key_typed_after_the_keyboard_was_given_back_comes_once) {
+  grabWithTab();
+  configure({});
+  press(KEY_A);
+  release(KEY_A);
+  EXPECT_THAT(emitted, IsEmpty());
+}
+
+TEST_F(FilterTest, an_inactive_session_lets_go_at_once_with_nothing_held_down) {
+  grabWithTab();
+  press(KEY_LEFTCTRL);
+  press(KEY_E);
+  forget();
+  filter.setSessionActive(false, now);
+  EXPECT_THAT(grabbed, IsEmpty());
+  EXPECT_THAT(emitted, ElementsAre(Frame{key(KEY_E, 0), key(KEY_LEFTCTRL, 0)}));
+  EXPECT_THAT(sent, ElementsAre(FromHelper(Disabled{DisableReason::session})));
+}
+
+TEST_F(FilterTest, an_inactive_session_passes_on_what_waits_for_a_verdict) {
+  grabWithTab();
+  press(KEY_TAB);
+  filter.setSessionActive(false, now);
+  EXPECT_THAT(emitted, ElementsAre(Frame{key(KEY_TAB, 1)}, Frame{key(KEY_TAB, 0)}));
+}
+
+TEST_F(FilterTest, a_session_that_is_active_again_takes_the_keyboards_again) {
+  grabWithTab();
+  filter.setSessionActive(false, now);
+  configure({KEY_TAB});
+  pass(milliseconds(5000));
+  EXPECT_THAT(grabbed, IsEmpty());
+  filter.setSessionActive(true, now);
+  pass(Filter::quietTime);
+  EXPECT_THAT(grabbed, ElementsAre(board, otherBoard));
+}
+
+TEST_F(FilterTest, another_program_s_grab_makes_the_listener_unavailable) {
+  busy = {otherBoard};
+  configure({KEY_TAB});
+  pass(Filter::startGap + milliseconds(1));
+  EXPECT_EQ(sent.back(), FromHelper(Availability{false}));
+  EXPECT_THAT(grabbed, IsEmpty());
+}
+
+TEST_F(FilterTest, a_grab_of_another_program_that_ends_is_noticed) {
+  busy = {otherBoard};
+  configure({KEY_TAB});
+  pass(Filter::startGap + milliseconds(1));
+  busy.clear();
+  pass(Filter::retryTime + milliseconds(1));
+  EXPECT_EQ(sent.back(), FromHelper(Availability{true}));
+}
+
+TEST_F(FilterTest, looking_for_another_program_s_grab_keeps_no_keyboard) {
+  busy = {otherBoard};
+  configure({KEY_TAB});
+  pass(Filter::startGap + milliseconds(1));
+  configure({}, false);
+  pass(milliseconds(10'000));
+  EXPECT_THAT(grabbed, IsEmpty());
+}
+
+TEST_F(FilterTest, another_program_s_grab_is_not_looked_for_while_the_session_is_not_active) {
+  busy = {otherBoard};
+  configure({KEY_TAB});
+  pass(Filter::startGap + milliseconds(1));
+  filter.setSessionActive(false, now);
+  busy.clear();
+  forget();
+  EXPECT_FALSE(filter.nextDeadline());
+  filter.advance(now + 2 * Filter::retryTime);
+  EXPECT_THAT(sent, IsEmpty());
+  filter.setSessionActive(true, now);
+  pass(Filter::retryTime + milliseconds(1));
+  EXPECT_THAT(sent, ElementsAre(FromHelper(Availability{true})));
+}
+
+TEST_F(FilterTest, a_keyboard_plugged_in_later_is_taken_after_its_start_gap) {
+  grabWithTab();
+  filter.addKeyboard(9, {}, now);
+  pass(Filter::startGap - milliseconds(1));
+  EXPECT_FALSE(grabbed.contains(9));
+  pass(milliseconds(2));
+  EXPECT_TRUE(grabbed.contains(9));
+}
+
+}  // namespace
+}  // namespace vorrin::input_helper

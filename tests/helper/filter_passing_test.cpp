@@ -1,0 +1,162 @@
+#include "filter_test.h"
+
+namespace vorrin::input_helper {
+namespace {
+
+using namespace helper_protocol;
+using std::chrono::milliseconds;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+TEST_F(FilterTest, keys_that_are_no_shortcut_go_on_unasked_and_in_order) {
+  grabWithTab();
+  press(KEY_LEFTSHIFT);
+  press(KEY_B);
+  release(KEY_B);
+  release(KEY_LEFTSHIFT);
+  EXPECT_THAT(sent, IsEmpty());
+  EXPECT_THAT(emitted, ElementsAre(Frame{key(KEY_LEFTSHIFT, 1)}, Frame{key(KEY_B, 1)},
+                                   Frame{key(KEY_B, 0)}, Frame{key(KEY_LEFTSHIFT, 0)}));
+}
+
+TEST_F(FilterTest, a_shortcut_waits_for_its_verdict) {
+  grabWithTab();
+  press(KEY_TAB);
+  EXPECT_THAT(sent, ElementsAre(FromHelper(Question{1, KEY_TAB, {}})));
+  EXPECT_THAT(emitted, IsEmpty());
+}
+
+TEST_F(FilterTest, a_swallowed_shortcut_leaves_no_trace) {
+  grabWithTab();
+  receive({scanCode(15), key(KEY_TAB, 1)});
+  ASSERT_TRUE(answer(true));
+  receive({key(KEY_TAB, 2)});
+  receive({scanCode(15), key(KEY_TAB, 0)});
+  EXPECT_THAT(emitted, IsEmpty());
+}
+
+TEST_F(FilterTest, the_release_of_a_shortcut_is_told) {
+  grabWithTab();
+  press(KEY_TAB);
+  ASSERT_TRUE(answer(true));
+  forget();
+  release(KEY_TAB);
+  EXPECT_THAT(sent, ElementsAre(FromHelper(KeyMoved{KEY_TAB, false, false, {}})));
+}
+
+TEST_F(FilterTest, the_repeats_of_a_shortcut_are_told_as_such) {
+  grabWithTab();
+  press(KEY_TAB);
+  ASSERT_TRUE(answer(true));
+  forget();
+  receive({key(KEY_TAB, 2)});
+  EXPECT_THAT(sent, ElementsAre(FromHelper(KeyMoved{KEY_TAB, true, true, {}})));
+  EXPECT_THAT(emitted, IsEmpty());
+}
+
+TEST_F(FilterTest, a_shortcut_that_may_pass_goes_on_with_its_repeats_and_release) {
+  grabWithTab();
+  receive({scanCode(15), key(KEY_TAB, 1)});
+  ASSERT_TRUE(answer(false));
+  receive({key(KEY_TAB, 2)});
+  release(KEY_TAB);
+  EXPECT_THAT(emitted, ElementsAre(Frame{scanCode(15), key(KEY_TAB, 1)}, Frame{key(KEY_TAB, 2)},
+                                   Frame{key(KEY_TAB, 0)}));
+}
+
+TEST_F(FilterTest, keys_typed_during_a_question_come_after_its_verdict) {
+  grabWithTab();
+  press(KEY_TAB);
+  press(KEY_A, otherBoard);
+  release(KEY_TAB);
+  EXPECT_THAT(emitted, IsEmpty());
+  ASSERT_TRUE(answer(false));
+  EXPECT_THAT(emitted,
+              ElementsAre(Frame{key(KEY_TAB, 1)}, Frame{key(KEY_A, 1)}, Frame{key(KEY_TAB, 0)}));
+}
+
+TEST_F(FilterTest, two_shortcuts_in_a_row_are_asked_about_one_after_the_other) {
+  configure({KEY_TAB, KEY_GRAVE});
+  pass(Filter::startGap + milliseconds(1));
+  forget();
+  press(KEY_TAB);
+  press(KEY_GRAVE);
+  EXPECT_THAT(sent, ElementsAre(FromHelper(Question{1, KEY_TAB, {}})));
+  ASSERT_TRUE(answer(true));
+  EXPECT_EQ(sent.back(), FromHelper(Question{2, KEY_GRAVE, {}}));
+  ASSERT_TRUE(answer(false));
+  EXPECT_THAT(emitted, ElementsAre(Frame{key(KEY_GRAVE, 1)}));
+}
+
+TEST_F(FilterTest, a_frame_keeps_what_is_beside_the_swallowed_key) {
+  grabWithTab();
+  receive({scanCode(15), key(KEY_TAB, 1), scanCode(30), key(KEY_A, 1)});
+  ASSERT_TRUE(answer(true));
+  EXPECT_THAT(emitted, ElementsAre(Frame{scanCode(30), key(KEY_A, 1)}));
+}
+
+TEST_F(FilterTest, the_pointer_parts_of_a_keyboard_go_on) {
+  grabWithTab();
+  const Frame movement{{EV_REL, REL_X, 5}, {EV_REL, REL_Y, -3}, key(BTN_LEFT, 1)};
+  receive(movement);
+  EXPECT_THAT(emitted, ElementsAre(movement));
+}
+
+TEST_F(FilterTest, lights_do_not_travel_to_the_clone) {
+  grabWithTab();
+  receive({{EV_LED, LED_CAPSL, 1}});
+  EXPECT_THAT(emitted, IsEmpty());
+}
+
+TEST_F(FilterTest, modifiers_of_every_keyboard_count) {
+  grabWithTab();
+  press(KEY_RIGHTCTRL, otherBoard);
+  press(KEY_TAB);
+  EXPECT_THAT(sent, ElementsAre(FromHelper(Question{1, KEY_TAB, {.control = true}})));
+}
+
+TEST_F(FilterTest, modifiers_are_those_of_the_moment_of_the_press) {
+  grabWithTab();
+  press(KEY_LEFTSHIFT);
+  press(KEY_TAB);
+  release(KEY_LEFTSHIFT);
+  EXPECT_EQ(sent.back(), FromHelper(Question(1, KEY_TAB, {.shift = true})));
+  ASSERT_TRUE(answer(false));
+  release(KEY_TAB);
+  EXPECT_EQ(sent.back(), FromHelper(KeyMoved(KEY_TAB, false, false, {})));
+}
+
+TEST_F(FilterTest, caps_lock_is_no_modifier) {
+  grabWithTab();
+  press(KEY_CAPSLOCK);
+  press(KEY_TAB);
+  EXPECT_EQ(sent.back(), FromHelper(Question(1, KEY_TAB, {})));
+}
+
+TEST_F(FilterTest, escape_is_told_and_goes_on) {
+  grabWithTab();
+  press(KEY_ESC);
+  release(KEY_ESC);
+  EXPECT_THAT(sent, ElementsAre(FromHelper(KeyMoved{KEY_ESC, true, false, {}}),
+                                FromHelper(KeyMoved{KEY_ESC, false, false, {}})));
+  EXPECT_THAT(emitted, ElementsAre(Frame{key(KEY_ESC, 1)}, Frame{key(KEY_ESC, 0)}));
+}
+
+TEST_F(FilterTest, escape_is_told_of_a_keyboard_that_is_not_grabbed) {
+  configure({});
+  forget();
+  press(KEY_ESC);
+  EXPECT_THAT(sent, ElementsAre(FromHelper(KeyMoved{KEY_ESC, true, false, {}})));
+  EXPECT_THAT(emitted, IsEmpty());
+}
+
+TEST_F(FilterTest, a_disabled_tap_is_told_nothing) {
+  configure({KEY_TAB}, false);
+  forget();
+  press(KEY_ESC);
+  press(KEY_TAB);
+  EXPECT_THAT(sent, IsEmpty());
+}
+
+}  // namespace
+}  // namespace vorrin::input_helper
