@@ -1,5 +1,7 @@
 #include "platform/linux/session/lock_signs.h"
 
+#include <xcb/xcbext.h>
+
 #include <QGuiApplication>
 #include <QRegion>
 #include <QScreen>
@@ -8,6 +10,7 @@
 #include <cstdlib>
 #include <span>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace vorrin {
@@ -151,18 +154,37 @@ LockSignsOnX11::LockSignsOnX11() {
                     XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
 }
 
-LockSigns LockSignsOnX11::look() const {
-  if (!connection_ || !keyboardIsHeld()) return {};
-  return {.keyboardIsHeld = true, .screensAreCovered = screensAreCovered()};
+LockSigns LockSignsOnX11::look() {
+  ask();
+  if (!asked_) return {};
+  const auto request = *std::exchange(asked_, std::nullopt);
+  return read(answer(xcb_grab_keyboard_reply(connection_.get(), request, nullptr)).get());
 }
 
-bool LockSignsOnX11::keyboardIsHeld() const {
+void LockSignsOnX11::ask() {
+  if (!connection_) return;
+  if (asked_) xcb_discard_reply(connection_.get(), asked_->sequence);
   // No window that is not seen can get the keyboard. The server looks first whether somebody else
   // has it, so the refusal tells that, and nothing has changed.
-  const auto request = xcb_grab_keyboard(connection_.get(), 0, unmapped_, XCB_CURRENT_TIME,
-                                         XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
-  const auto refusal = answer(xcb_grab_keyboard_reply(connection_.get(), request, nullptr));
-  return refusal && refusal->status == XCB_GRAB_STATUS_ALREADY_GRABBED;
+  asked_ = xcb_grab_keyboard(connection_.get(), 0, unmapped_, XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC,
+                             XCB_GRAB_MODE_ASYNC);
+  xcb_flush(connection_.get());
+}
+
+std::optional<LockSigns> LockSignsOnX11::answered() {
+  if (!asked_) return LockSigns{};
+  void* reply = nullptr;
+  xcb_generic_error_t* error = nullptr;
+  if (xcb_poll_for_reply(connection_.get(), asked_->sequence, &reply, &error) == 0)
+    return std::nullopt;
+  asked_.reset();
+  std::free(error);
+  return read(answer(static_cast<xcb_grab_keyboard_reply_t*>(reply)).get());
+}
+
+LockSigns LockSignsOnX11::read(const xcb_grab_keyboard_reply_t* refusal) const {
+  if (refusal == nullptr || refusal->status != XCB_GRAB_STATUS_ALREADY_GRABBED) return {};
+  return {.keyboardIsHeld = true, .screensAreCovered = screensAreCovered()};
 }
 
 bool LockSignsOnX11::screensAreCovered() const {

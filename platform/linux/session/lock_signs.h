@@ -3,6 +3,7 @@
 #include <xcb/xcb.h>
 
 #include <memory>
+#include <optional>
 
 #include "platform/linux/session/session_presence.h"
 
@@ -16,20 +17,28 @@ class LockSignsOnX11 {
   /// Connects to the server that DISPLAY names. Without one there is never a sign.
   LockSignsOnX11();
 
-  /// Asks the server. Nobody notices that.
-  [[nodiscard]] LockSigns look() const;
+  /// Asks the server and waits for its answer. Nobody notices that.
+  [[nodiscard]] LockSigns look();
+
+  /// Asks, and leaves the answer to `answered`. What was asked before is forgotten.
+  void ask();
+
+  /// What the server answered; nothing as long as it has not. Waits only to look closer at a sign
+  /// that was found. Call it after `ask`, once for each answer.
+  [[nodiscard]] std::optional<LockSigns> answered();
 
  private:
   struct Disconnect {
     void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
   };
 
-  [[nodiscard]] bool keyboardIsHeld() const;
+  [[nodiscard]] LockSigns read(const xcb_grab_keyboard_reply_t* refusal) const;
   [[nodiscard]] bool screensAreCovered() const;
 
   std::unique_ptr<xcb_connection_t, Disconnect> connection_;
   xcb_window_t root_ = XCB_WINDOW_NONE;
   xcb_window_t unmapped_ = XCB_WINDOW_NONE;
+  std::optional<xcb_grab_keyboard_cookie_t> asked_;
 };
 
 }  // namespace vorrin

@@ -18,8 +18,11 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// Macros ask a thousand times a second; nobody locks the screen and types in less than this.
+/// Macros ask a thousand times a second; nobody locks the screen and types in so short a time.
 constexpr std::chrono::milliseconds lookInterval{20};
+/// How old may be what was seen. Between the two the display has time to answer, while other
+/// programs have it busy, before a macro would have to wait for it and come too late.
+constexpr std::chrono::milliseconds longestBelieved{50};
 constexpr std::chrono::milliseconds returnInterval{1000};
 
 bool isSessionActive = true;
@@ -48,20 +51,38 @@ class WorkspaceObserver {
 
   /// Looks at the display if that was not done just now.
   void look() {
-    const auto now = Clock::now();
-    if (qGuiApp == nullptr || now < nextLook_) return;
-    nextLook_ = now + lookInterval;
     // The X server of a Wayland session is told nothing of its lock screen.
-    if (inputWay() != InputWay::x11) return;
+    if (qGuiApp == nullptr || inputWay() != InputWay::x11) return;
     if (!signs_) signs_ = std::make_unique<LockSignsOnX11>();
-    isLooking_ = true;
-    presence_.sawDisplay(signs_->look(), now);
-    isLooking_ = false;
+    const auto now = Clock::now();
+    if (isAsked_ && now - asked_ < longestBelieved) takeAnswer(now);
+    if (now - seen_ >= longestBelieved) {
+      isAsked_ = false;
+      saw(signs_->look(), now, now);
+    } else if (!isAsked_ && now - seen_ >= lookInterval) {
+      signs_->ask();
+      isAsked_ = true;
+      asked_ = now;
+    }
   }
 
   static WorkspaceObserver* current;
 
  private:
+  void takeAnswer(Clock::time_point now) {
+    const auto signs = signs_->answered();
+    if (!signs) return;
+    isAsked_ = false;
+    saw(*signs, asked_, now);
+  }
+
+  void saw(const LockSigns& signs, Clock::time_point asked, Clock::time_point now) {
+    seen_ = asked;
+    isLooking_ = true;
+    presence_.sawDisplay(signs, now);
+    isLooking_ = false;
+  }
+
   void changed(bool isActive) {
     isSessionActive = isActive;
     // Whoever comes back need not press a key.
@@ -83,7 +104,9 @@ class WorkspaceObserver {
   ScreenSavers screenSavers_;
   std::unique_ptr<LockSignsOnX11> signs_;
   QTimer returns_;
-  Clock::time_point nextLook_;
+  Clock::time_point seen_;   ///< when the display was last asked for what is known of it
+  Clock::time_point asked_;  ///< when it was asked for what it has not answered yet
+  bool isAsked_ = false;
   bool isLooking_ = false;
 };
 
