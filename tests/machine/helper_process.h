@@ -45,6 +45,8 @@ class HelperProcess {
   /// Makes a press and a release of a digit, or of the left button (0), `times` times.
   void post(std::uint16_t key, int times = 1) const;
   void hangUp() { connection_.reset(); }
+  /// For waiting until it says something.
+  [[nodiscard]] int connection() const { return connection_.number(); }
 
   /// Whether the whole of it has ended; then with which status.
   [[nodiscard]] bool ended();
