@@ -52,6 +52,8 @@ void beginSheet(const Alert& alert, const Window& window, std::function<void(int
   NSWindow* parent = window.native()->window;
   if (parent.attachedSheet != nil) return;
   NSAlert* native = nsAlert(alert);
+  // Which the system's own setting may not be.
+  native.window.appearance = parent.appearance;
   const bool isSafeByDefault = !alert.buttons.empty() && alert.buttons.front() == "Cancel";
   id escape = isSafeByDefault ? pressWithEscape(native.buttons.firstObject, native.window) : nil;
   const auto answered = std::move(completion);

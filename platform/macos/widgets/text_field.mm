@@ -36,6 +36,40 @@
 
 @end
 
+/// A field in which the usual keys cut, copy, paste, select all, undo and redo. Those are the keys
+/// of an Edit menu otherwise, which the program does not have.
+@interface VorrinEditableField : NSTextField
+@end
+
+@implementation VorrinEditableField
+
+- (BOOL)performKeyEquivalent:(NSEvent*)event {
+  // All views of the window are asked, the one being edited or not.
+  const SEL command = self.currentEditor == nil ? nullptr : [self editingCommandOf:event];
+  if (command != nullptr && [NSApp sendAction:command to:nil from:self]) return YES;
+  return [super performKeyEquivalent:event];
+}
+
+- (SEL)editingCommandOf:(NSEvent*)event {
+  const NSEventModifierFlags keys =
+      event.modifierFlags & (NSEventModifierFlagCommand | NSEventModifierFlagShift |
+                             NSEventModifierFlagControl | NSEventModifierFlagOption);
+  NSString* key = event.charactersIgnoringModifiers.lowercaseString;
+  if (keys == (NSEventModifierFlagCommand | NSEventModifierFlagShift)) {
+    return [key isEqualToString:@"z"] ? NSSelectorFromString(@"redo:") : nullptr;
+  }
+  if (keys != NSEventModifierFlagCommand) return nullptr;
+  NSString* command =
+      @{@"x" : @"cut:",
+        @"c" : @"copy:",
+        @"v" : @"paste:",
+        @"a" : @"selectAll:",
+        @"z" : @"undo:"}[key];
+  return command == nil ? nullptr : NSSelectorFromString(command);
+}
+
+@end
+
 namespace vorrin {
 
 namespace {
@@ -54,7 +88,7 @@ TextField TextField::wrappingLabel(const std::string& text) {
 }
 
 TextField TextField::field(const std::string& text) {
-  NSTextField* field = [NSTextField textFieldWithString:nsString(text)];
+  NSTextField* field = [VorrinEditableField textFieldWithString:nsString(text)];
   // Leaves out the line breaks of what is pasted.
   field.usesSingleLineMode = YES;
   return TextField(nativeOf(field));

@@ -59,6 +59,29 @@ TEST_F(AppkitLaunch, a_refused_interval_is_orange_while_it_is_typed) {
   EXPECT_EQ(app->fields[0].textColor(), Color::systemOrange());
 }
 
+TEST_F(AppkitLaunch, command_a_selects_all_of_the_field_being_edited) {
+  NSEvent* const commandA = [NSEvent keyEventWithType:NSEventTypeKeyDown
+                                             location:NSZeroPoint
+                                        modifierFlags:NSEventModifierFlagCommand
+                                            timestamp:0
+                                         windowNumber:window().windowNumber
+                                              context:nil
+                                           characters:@"a"
+                          charactersIgnoringModifiers:@"a"
+                                            isARepeat:NO
+                                              keyCode:0];
+  type(app->presetName, "night");
+  EXPECT_TRUE([window() performKeyEquivalent:commandA]);
+  EXPECT_EQ(driver::selectedText(app->presetName), "night");
+}
+
+TEST_F(AppkitLaunch, a_sheet_is_as_dark_as_its_window) {
+  savePreset("Night", *app->currentPreset());
+  click(button("Delete"));
+  EXPECT_TRUE([window().attachedSheet.appearance.name isEqualToString:NSAppearanceNameDarkAqua]);
+  answer("Cancel");
+}
+
 TEST_F(AppkitLaunch, an_open_question_does_not_hold_up_quitting) {
   savePreset("Night", *app->currentPreset());
   click(button("Delete"));
