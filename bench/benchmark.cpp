@@ -1,6 +1,6 @@
 // Measures Vorrin against named references in one run and prints the tables.
-// usage: vorrin_benchmark [SECTION...]     (clicks, latency, idle, startup, store, tick, typing;
-// all without one)
+// usage: vorrin_benchmark [SECTION...]     (clicks, latency, idle, list, startup, store, tick,
+// typing; all without one)
 #include <algorithm>
 #include <cstdio>
 #include <exception>
@@ -17,10 +17,10 @@ namespace {
 using Section = std::pair<std::string, void (*)()>;
 
 const std::vector<Section> sections{
-    {"clicks", vorrin::bench::measureClicks}, {"latency", vorrin::bench::measureLatency},
-    {"idle", vorrin::bench::measureIdle},     {"startup", vorrin::bench::measureStartup},
-    {"store", vorrin::bench::measureStore},   {"tick", vorrin::bench::measureTickCost},
-    {"typing", vorrin::bench::measureTyping}};
+    {"clicks", vorrin::bench::measureClicks},   {"latency", vorrin::bench::measureLatency},
+    {"idle", vorrin::bench::measureIdle},       {"list", vorrin::bench::measurePresetList},
+    {"startup", vorrin::bench::measureStartup}, {"store", vorrin::bench::measureStore},
+    {"tick", vorrin::bench::measureTickCost},   {"typing", vorrin::bench::measureTyping}};
 
 std::string processorName() {
   std::ifstream file("/proc/cpuinfo");

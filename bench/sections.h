@@ -6,6 +6,7 @@ namespace vorrin::bench {
 void measureClicks();
 void measureLatency();
 void measureIdle();
+void measurePresetList();
 void measureStartup();
 void measureStore();
 void measureTickCost();
