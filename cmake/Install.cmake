@@ -84,6 +84,9 @@ set(CPACK_DEBIAN_PACKAGE_DEPENDS "fonts-dejavu-core | fonts-liberation | fonts-n
 # Without a session bus a second start or a locked screen is not noticed; polkit gives the permission
 # that sessions other than X11 ask for.
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "default-dbus-session-bus | dbus-session-bus, polkitd, pkexec")
+# With it a macro keeps its pace on a machine that is busy with something else. Desktops with sound
+# have it.
+set(CPACK_DEBIAN_PACKAGE_SUGGESTS "rtkit")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "repeat a digit key or a left click")
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
 "Vorrin repeats input for its user: one macro presses a digit key over and
