@@ -3,6 +3,7 @@
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QKeyEvent>
+#include <QListView>
 #include <QPainter>
 #include <QStyledItemDelegate>
 #include <QWheelEvent>
@@ -44,10 +45,9 @@ class PopUpItem : public QStyledItemDelegate {
                       option.fontMetrics.elidedText(title, Qt::ElideRight, room.width()));
   }
 
-  [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option,
-                               const QModelIndex& index) const override {
-    const QString title = index.data().toString();
-    return {option.fontMetrics.horizontalAdvance(title) + 2 * itemInset, itemHeight};
+  [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem&, const QModelIndex&) const override {
+    // As wide as the menu in any case.
+    return {0, itemHeight};
   }
 };
 
@@ -74,6 +74,8 @@ void PopUpWidget::showPopup() {
     setItemDelegate(new PopUpItem(this));
     view()->setTextElideMode(Qt::ElideRight);
     view()->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    // Or each of a thousand items is measured when the menu opens.
+    if (auto* list = qobject_cast<QListView*>(view())) list->setUniformItemSizes(true);
   }
   view()->setMinimumWidth(std::clamp(widestTitle() + roomBesideTitle, width(), widestMenu));
   QComboBox::showPopup();
