@@ -6,6 +6,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -38,7 +39,8 @@ class Worker {
       opener_.beat();
       serve(wait());
     }
-    // The kernel takes its time over each device that goes.
+    // The kernel takes its time over each device that goes; nobody has to wait for that.
+    for (const auto& [id, keyboard] : keyboards_) std::ignore = keyboard.ungrab();
     while (!keyboards_.empty()) {
       keyboards_.erase(keyboards_.begin());
       opener_.beat();

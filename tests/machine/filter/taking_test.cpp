@@ -3,6 +3,7 @@
 #include <linux/uinput.h>
 #include <sys/ioctl.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <memory>
@@ -131,8 +132,12 @@ TEST_F(GrabbedKeyboard, the_keyboards_are_given_back_when_no_shortcut_is_wanted_
 TEST_F(GrabbedKeyboard, a_keyboard_plugged_in_with_a_key_down_is_taken_once_it_is_up) {
   UhidKeyboard second("Second keyboard");
   ASSERT_TRUE(until([this] { return watch.has("test/Second keyboard"); }));
-  second.press(KEY_LEFTSHIFT);
-  ASSERT_TRUE(untilSeen(down(KEY_LEFTSHIFT)));
+  // The kernel drops what a keyboard says before it is wholly set up. Saying it again changes
+  // nothing.
+  ASSERT_TRUE(until([&] {
+    second.press(KEY_LEFTSHIFT);
+    return std::ranges::count(watch.keys(), down(KEY_LEFTSHIFT)) > 0;
+  }));
   ASSERT_TRUE(until([this] { return watch.has(ownPlace, "Second keyboard"); }));
   pass(2s);
   EXPECT_TRUE(watch.isFree("test/Second keyboard", "Second keyboard"));
