@@ -13,6 +13,7 @@ namespace vorrin::faults {
 ///   vorrin_fault_tests --damages 20000   damaged settings files (usual: 1000)
 ///   vorrin_fault_tests --ticks 10000000  posted presses and clicks of the soak (usual: 50000)
 ///   vorrin_fault_tests --stop 10         seconds for which programs are stopped (usual: 3)
+///   vorrin_fault_tests --lag 400         milliseconds that the server lags by (usual: 20)
 ///   vorrin_fault_tests --seed 7          of everything that is random (usual: 1)
 std::int64_t amount(const char* name, std::int64_t usual);
 
