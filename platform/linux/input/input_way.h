@@ -12,10 +12,13 @@ enum class InputWay {
 
 /// What the choice depends on; empty for variables that are not set.
 struct InputEnvironment {
+  // GCC takes a member without one for forgotten where others are named.
+  // NOLINTBEGIN(readability-redundant-member-init)
   std::string_view wish = {};  ///< VORRIN_INPUT: "x11", "helper", or anything else for neither
   std::string_view sessionType = {};  ///< XDG_SESSION_TYPE
   std::string_view wayland = {};      ///< WAYLAND_DISPLAY
   std::string_view display = {};      ///< DISPLAY
+  // NOLINTEND(readability-redundant-member-init)
 };
 
 struct InputChoice {
