@@ -24,6 +24,11 @@ if(VORRIN_SANITIZE)
     -fsanitize=${VORRIN_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(vorrin_options INTERFACE -fsanitize=${VORRIN_SANITIZE})
 endif()
+if(VORRIN_COVERAGE)
+  # Helpers of the libraries run in threads.
+  target_compile_options(vorrin_options INTERFACE --coverage -fprofile-update=atomic)
+  target_link_options(vorrin_options INTERFACE --coverage)
+endif()
 
 # vorrin_expose_folder(TARGET SCOPE FOLDER): makes FOLDER's headers reachable as "folder/name.h" for
 # whoever links TARGET, and for nobody else. An include path holding the whole source tree would let
