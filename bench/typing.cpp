@@ -3,8 +3,7 @@
 
 #include "bench/sections.h"
 #include "bench/session.h"
-#include "bench/statistics.h"
-#include "bench/table.h"
+#include "bench/typing_table.h"
 #include "tests/x11/harness/wait.h"
 
 namespace vorrin::bench {
@@ -15,14 +14,6 @@ using x11_tests::Client;
 using x11_tests::ClientEvent;
 
 constexpr std::string_view letters = "the quick brown fox jumps over the lazy dog ";
-constexpr int keys = 440;
-constexpr int shortcutEvery = 11;
-
-struct Typed {
-  std::vector<double> latencies;  ///< milliseconds from the press to its arrival
-  std::size_t lost = 0;           ///< keys that did not arrive
-  std::size_t wrong = 0;          ///< places where the text received is not the one typed
-};
 
 /// Types letters at a steady rate, and a shortcut among them now and then, held over the next key.
 Typed typeAt(double perSecond, x11_tests::User& user, Client& client, bool withShortcuts) {
@@ -30,7 +21,7 @@ Typed typeAt(double perSecond, x11_tests::User& user, Client& client, bool withS
   std::string text;
   const auto gap = static_cast<std::int64_t>(1e9 / perSecond);
   std::int64_t next = x11_tests::monotonicNanoseconds();
-  for (int key = 0; key < keys; ++key) {
+  for (int key = 0; key < typedKeys; ++key) {
     x11_tests::waitFor(std::chrono::nanoseconds(next - x11_tests::monotonicNanoseconds()));
     next += gap;
     const bool isAfterShortcut = withShortcuts && key % shortcutEvery == 0;
@@ -61,27 +52,12 @@ Typed typeAt(double perSecond, x11_tests::User& user, Client& client, bool withS
   return typed;
 }
 
-Row row(double perSecond, const std::string& who, const Typed& typed, const Typed& reference) {
-  const auto added = [&](double part) {
-    return fixed(percentile(typed.latencies, part) - percentile(reference.latencies, part), 3);
-  };
-  return {fixed(perSecond, 0),
-          who,
-          fixed(percentile(typed.latencies, 0.5), 3),
-          fixed(percentile(typed.latencies, 0.99), 3),
-          added(0.5),
-          added(0.99),
-          std::to_string(typed.lost),
-          std::to_string(typed.wrong)};
-}
-
 }  // namespace
 
 void measureTyping() {
   constexpr double never = 3600;
-  std::vector<Row> rows{
-      {"keys/s", "who", "p50 ms", "p99 ms", "added p50", "added p99", "lost", "out of place"}};
-  for (const double perSecond : {20.0, 50.0, 100.0}) {
+  std::vector<Row> rows{typingHeading()};
+  for (const double perSecond : typingRates) {
     Stage stage;
     Typed plain;
     {
@@ -92,8 +68,8 @@ void measureTyping() {
     Client client(stage.desktop.display());
     waitForShortcut(stage, tabKey);
     const Typed filtered = typeAt(perSecond, stage.user, client, true);
-    rows.push_back(row(perSecond, "nobody listens (reference)", plain, plain));
-    rows.push_back(row(perSecond, "Vorrin, a shortcut held every 11th key", filtered, plain));
+    rows.push_back(typingRow(perSecond, "nobody listens (reference)", plain, plain));
+    rows.push_back(typingRow(perSecond, "Vorrin, a shortcut held every 11th key", filtered, plain));
   }
   printTable("Typing into a program in front, from the press to its arrival (440 keys)", rows);
 }
