@@ -160,7 +160,7 @@ void obey(const std::string& answer) {
 sd_bus* registerAgent() {
   sd_bus* bus = nullptr;
   char* session = nullptr;
-  sd_bus_error error = SD_BUS_ERROR_NULL;
+  sd_bus_error error{};
   if (sd_bus_open_system(&bus) < 0 || sd_pid_get_session(0, &session) < 0) fail("session");
   sd_bus_add_object_vtable(bus, nullptr, objectPath,
                            "org.freedesktop.PolicyKit1.AuthenticationAgent", agentFunctions,
