@@ -59,6 +59,8 @@ TEST_F(TimeFault, setting_the_clock_back_or_forward_changes_no_pace_and_no_short
     expectSilence();
     runMacros();
   }
+  user.tap(keys::escape);
+  expectSilence();
   expectUsableInput();
 }
 
