@@ -61,8 +61,11 @@ void WaylandDesktop::startVorrin(const std::string& keyInterval, const std::stri
     ASSERT_TRUE(waitUntil([] { return session_->hasInput("Vorrin pointer"); }));
     ASSERT_TRUE(waitUntil([] { return session_->tree().find(vorrinWindow) != std::string::npos; }));
   }
-  focusClient();
-  ASSERT_TRUE(untilKeyboardHeld());
+  // A window that is still being shown may take the keyboard once more.
+  ASSERT_TRUE(waitUntil([this] {
+    focusClient();
+    return !keysComeDirectly();
+  }));
 }
 
 bool WaylandDesktop::untilKeyboardHeld() {
@@ -86,8 +89,8 @@ bool WaylandDesktop::keysComeDirectly() {
 }
 
 void WaylandDesktop::focusClient() {
-  session_->focus(loggingClient);
   waitUntil([] { return session_->tree().find(loggingClient) != std::string::npos; });
+  session_->focus(loggingClient);
   takeLines(1s);
 }
 
