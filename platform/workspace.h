@@ -18,8 +18,9 @@ struct WorkspaceNotifications {
 
 /// Whether the user is at this session. While it is switched away or locked, what is typed may be a
 /// password: no key may be swallowed then and nothing posted. Known while somebody observes the
-/// workspace; true otherwise. Looks at the system where that does not tell of every lock screen,
-/// which costs too little to matter for a key or an action.
+/// workspace; true otherwise. Where the system does not tell of every lock screen it is looked at:
+/// the answer is at most 50 ms old, and the caller waits for the system only when the last one is
+/// older than that.
 bool sessionIsActive();
 
 /// The same as far as it was told or seen already, for what happens all the time.
