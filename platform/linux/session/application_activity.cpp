@@ -4,6 +4,7 @@
 #include <QPointer>
 
 #include "platform/linux/session/focus_watch.h"
+#include "platform/linux/session/late_keyboard_map.h"
 
 namespace vorrin {
 
@@ -13,6 +14,11 @@ namespace {
 QPointer<FocusWatch>& focusWatch() {
   static QPointer<FocusWatch> watch;
   return watch;
+}
+
+QPointer<LateKeyboardMap>& keyboardMap() {
+  static QPointer<LateKeyboardMap> map;
+  return map;
 }
 
 }  // namespace
@@ -25,10 +31,15 @@ bool applicationIsActive() {
 
 void observeApplicationActivity(std::function<void()> changed) {
   delete focusWatch();
+  delete keyboardMap();
   if (!changed || qGuiApp == nullptr) return;
-  focusWatch() = new FocusWatch(*qGuiApp, changed);
-  QObject::connect(qGuiApp, &QGuiApplication::applicationStateChanged, focusWatch(),
-                   [changed = std::move(changed)](Qt::ApplicationState) { changed(); });
+  keyboardMap() = new LateKeyboardMap(*qGuiApp, applicationIsActive);
+  const auto tell = [map = keyboardMap(), changed = std::move(changed)] {
+    if (map) map->update();
+    changed();
+  };
+  focusWatch() = new FocusWatch(*qGuiApp, tell);
+  QObject::connect(qGuiApp, &QGuiApplication::applicationStateChanged, focusWatch(), tell);
 }
 
 }  // namespace vorrin

@@ -51,6 +51,20 @@ TEST_F(PresetTest, save_stores_the_current_settings_under_the_name) {
   EXPECT_EQ(presets.all().at("night"), settings);
 }
 
+TEST_F(PresetTest, a_layout_chosen_while_another_program_is_in_front_is_known_afterwards) {
+  startWith({});
+  showClient();
+  Process layout({"setxkbmap", "-display", desktop.display(), "de"});
+  ASSERT_EQ(layout.waitForEnd(), (Ending{.bySignal = false, .number = 0}));
+  // Only now does the server take the layout over from this keyboard.
+  user.type("a");
+  showVorrin();
+  // In English letters.
+  panel.enter(Control::presetName, "yz");
+  panel.push(Control::savePreset);
+  EXPECT_TRUE(waitForNames({"zy"}));
+}
+
 TEST_F(PresetTest, save_without_a_name_stores_nothing) {
   startWith({});
   panel.push(Control::savePreset);

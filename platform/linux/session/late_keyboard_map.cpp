@@ -1,0 +1,54 @@
+#include "platform/linux/session/late_keyboard_map.h"
+
+#include <QWindow>
+#include <cstring>
+#include <utility>
+
+// After Qt's headers, for its macros take common words.
+#include <X11/Xlib.h>
+#include <X11/extensions/XKB.h>
+
+namespace vorrin {
+
+LateKeyboardMap::LateKeyboardMap(QGuiApplication& application, std::function<bool()> isInFront)
+    : QObject(&application), application_(application), isInFront_(std::move(isInFront)) {
+  const auto* const x11 = application_.nativeInterface<QNativeInterface::QX11Application>();
+  // The toolkit's offscreen mode passes for X11 too, without a display.
+  if (x11 == nullptr || x11->display() == nullptr) return;
+  int opcode = 0;
+  int firstError = 0;
+  if (XQueryExtension(x11->display(), "XKEYBOARD", &opcode, &extensionEvent_, &firstError) == 0) {
+    return;
+  }
+  application_.installNativeEventFilter(this);
+}
+
+void LateKeyboardMap::update() {
+  const QWindow* const window = QGuiApplication::focusWindow();
+  if (!kept_ || !isInFront_() || window == nullptr) return;
+  const Announcement announcement = *std::exchange(kept_, std::nullopt);
+  auto* const connection =
+      application_.nativeInterface<QNativeInterface::QX11Application>()->connection();
+  constexpr std::uint8_t isForParents = 0;
+  // Without a mask the server gives it to the client that made the window.
+  xcb_send_event(connection, isForParents, static_cast<xcb_window_t>(window->winId()),
+                 XCB_EVENT_MASK_NO_EVENT, announcement.data());
+  xcb_flush(connection);
+}
+
+bool LateKeyboardMap::nativeEventFilter(const QByteArray& /*eventType*/, void* message, qintptr*) {
+  const auto& event = *static_cast<const xcb_generic_event_t*>(message);
+  if (!isAnnouncement(event) || isInFront_()) return false;
+  std::memcpy(kept_.emplace().data(), &event, sizeof(Announcement));
+  return true;
+}
+
+bool LateKeyboardMap::isAnnouncement(const xcb_generic_event_t& event) const {
+  // What a client, not the server, has sent carries this mark.
+  constexpr int sent = 0x80;
+  // The extension has one event, whose second byte says what it tells of.
+  return (event.response_type & ~sent) == extensionEvent_ &&
+         (event.pad0 == XkbNewKeyboardNotify || event.pad0 == XkbMapNotify);
+}
+
+}  // namespace vorrin
