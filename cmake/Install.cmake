@@ -4,6 +4,7 @@ set(vorrin_packaging ${CMAKE_SOURCE_DIR}/packaging)
 set(vorrin_id org.vorrin.Vorrin)
 
 install(TARGETS vorrin RUNTIME)
+install(TARGETS vorrin-connection-keeper RUNTIME DESTINATION ${CMAKE_INSTALL_LIBEXECDIR})
 
 # Icon: the drawing itself, and pictures of it, for Qt reads a drawing only with a plug-in that need
 # not be there. They lie in the build tree as they do in an installation, so that the program finds

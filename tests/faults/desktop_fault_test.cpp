@@ -1,5 +1,4 @@
 #include <csignal>
-#include <iostream>
 
 #include "fault_test.h"
 #include "held_input.h"
@@ -24,13 +23,6 @@ struct DesktopFault : FaultTest {
     desktop.server().process().signal(SIGCONT);
     passMoment(std::chrono::milliseconds(2));
     kill();
-  }
-
-  /// What `heldInput` says of one key or button that is down on a device of XTEST alone.
-  static std::string heldByXtest(const std::string& kind, unsigned number,
-                                 const std::string& device) {
-    const std::string what = kind + " " + std::to_string(number) + " of ";
-    return what + "the master " + device + ", " + what + "Virtual core XTEST " + device;
   }
 };
 
@@ -109,29 +101,23 @@ TEST_F(DesktopFault, a_server_that_stood_still_is_not_flooded_with_what_was_miss
   expectUsableInput();
 }
 
-TEST_F(DesktopFault, killed_in_front_of_a_server_that_lags_it_leaves_no_more_than_its_macros_end) {
+TEST_F(DesktopFault, killed_in_front_of_a_server_that_lags_it_leaves_nothing_down) {
   settings.intervals = {0.001, 0.001};
   start();
   const std::int64_t rounds = (amount("rounds", 60) + 11) / 12;
   const std::chrono::milliseconds lag{amount("lag", 20)};
-  std::int64_t leftDown = 0;
   for (std::int64_t round = 0; round < rounds && !HasFailure(); ++round) {
     SCOPED_TRACE("round " + std::to_string(round));
+    if (round > 0) {
+      startProgram();
+      showClient();
+    }
+    client->readAll(user);
     runMacros();
     killBehind(lag);
-    const unsigned digit = keycodeOf(keys::digits[static_cast<std::size_t>(settings.digit)]);
-    std::string held;
-    // The master devices may be behind, while the window manager decides on a click.
-    EXPECT_TRUE(waitUntil([&] {
-      held = heldInput(desktop.display());
-      return held.empty() || held == heldByXtest("key", digit, "keyboard") ||
-             held == heldByXtest("button", 1, "pointer");
-    })) << held;
-    if (!held.empty()) ++leftDown;
-    expectWorkingProgram();
     expectUsableInput();
   }
-  std::cout << "something left down: " << leftDown << " of " << rounds << '\n';
+  expectWorkingProgram();
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
+#include <memory>
 #include <span>
 #include <string_view>
 #include <utility>
@@ -141,11 +142,8 @@ QRegion screens() {
 
 LockSignsOnX11::LockSignsOnX11() {
   int screenNumber = 0;
-  connection_.reset(xcb_connect(nullptr, &screenNumber));
-  if (xcb_connection_has_error(connection_.get()) != 0) {
-    connection_.reset();
-    return;
-  }
+  connection_ = x11::openQuietConnection(screenNumber);
+  if (!connection_) return;
   auto screen = xcb_setup_roots_iterator(xcb_get_setup(connection_.get()));
   for (; screenNumber > 0; --screenNumber) xcb_screen_next(&screen);
   root_ = screen.data->root;

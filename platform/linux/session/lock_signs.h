@@ -2,10 +2,10 @@
 
 #include <xcb/xcb.h>
 
-#include <memory>
 #include <optional>
 
 #include "platform/linux/session/session_presence.h"
+#include "platform/linux/x11/quiet_connection.h"
 
 namespace vorrin {
 
@@ -28,14 +28,10 @@ class LockSignsOnX11 {
   [[nodiscard]] std::optional<LockSigns> answered();
 
  private:
-  struct Disconnect {
-    void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
-  };
-
   [[nodiscard]] LockSigns read(const xcb_grab_keyboard_reply_t* refusal) const;
   [[nodiscard]] bool screensAreCovered() const;
 
-  std::unique_ptr<xcb_connection_t, Disconnect> connection_;
+  x11::QuietConnection connection_;
   xcb_window_t root_ = XCB_WINDOW_NONE;
   xcb_window_t unmapped_ = XCB_WINDOW_NONE;
   std::optional<xcb_grab_keyboard_cookie_t> asked_;

@@ -4,6 +4,7 @@
 #include <QTimer>
 #include <chrono>
 #include <memory>
+#include <optional>
 #include <utility>
 
 #include "platform/linux/input/input_way.h"
@@ -55,13 +56,12 @@ class WorkspaceObserver {
     if (qGuiApp == nullptr || inputWay() != InputWay::x11) return;
     if (!signs_) signs_ = std::make_unique<LockSignsOnX11>();
     const auto now = Clock::now();
-    if (isAsked_ && now - asked_ < longestBelieved) takeAnswer(now);
+    if (asked_ && now - *asked_ < longestBelieved) takeAnswer(now);
     if (now - seen_ >= longestBelieved) {
-      isAsked_ = false;
+      asked_.reset();
       saw(signs_->look(), now, now);
-    } else if (!isAsked_ && now - seen_ >= lookInterval) {
+    } else if (!asked_ && now - seen_ >= lookInterval) {
       signs_->ask();
-      isAsked_ = true;
       asked_ = now;
     }
   }
@@ -71,9 +71,7 @@ class WorkspaceObserver {
  private:
   void takeAnswer(Clock::time_point now) {
     const auto signs = signs_->answered();
-    if (!signs) return;
-    isAsked_ = false;
-    saw(*signs, asked_, now);
+    if (signs) saw(*signs, *std::exchange(asked_, std::nullopt), now);
   }
 
   void saw(const LockSigns& signs, Clock::time_point asked, Clock::time_point now) {
@@ -104,9 +102,8 @@ class WorkspaceObserver {
   ScreenSavers screenSavers_;
   std::unique_ptr<LockSignsOnX11> signs_;
   QTimer returns_;
-  Clock::time_point seen_;   ///< when the display was last asked for what is known of it
-  Clock::time_point asked_;  ///< when it was asked for what it has not answered yet
-  bool isAsked_ = false;
+  Clock::time_point seen_;  ///< when the display was last asked for what is known of it
+  std::optional<Clock::time_point> asked_;  ///< when it was asked for what it has not answered yet
   bool isLooking_ = false;
 };
 

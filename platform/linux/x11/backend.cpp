@@ -34,7 +34,10 @@ bool Backend::isTrusted() {
   if (now < nextTry_) return false;
   nextTry_ = now + std::chrono::seconds(1);
   std::unique_ptr<Connection> connection = Connection::open();
-  if (connection) session_ = std::make_shared<Session>(std::move(connection));
+  std::unique_ptr<Clicker> clicker = Clicker::open();
+  if (connection && clicker) {
+    session_ = std::make_shared<Session>(std::move(connection), std::move(clicker));
+  }
   return session_ != nullptr;
 }
 

@@ -13,11 +13,10 @@ constexpr unsigned long atOnce = 0;
 
 Poster::~Poster() {
   if (connection_.lost()) return;
-  // The server keeps XTEST's keys and buttons down when the client that pressed them is gone.
+  // The server keeps XTEST's keys down when the client that pressed them is gone.
   for (unsigned code = 0; code < keysDown_.size(); ++code) {
     if (keysDown_[code]) XTestFakeKeyEvent(connection_.display(), code, False, atOnce);
   }
-  if (buttonDown_) XTestFakeButtonEvent(connection_.display(), Button1, False, atOnce);
   XFlush(connection_.display());
 }
 
@@ -27,12 +26,6 @@ void Poster::key(KeyCode keycode, bool down, Post post) {
   // Asked for afterwards because the first call of all sends a request before its own.
   ledger_.add(NextRequest(connection_.display()) - 1, keycode, down, post);
   keysDown_[keycode] = down;
-}
-
-void Poster::leftButton(bool down) {
-  if (connection_.lost()) return;
-  XTestFakeButtonEvent(connection_.display(), Button1, down ? True : False, atOnce);
-  buttonDown_ = down;
 }
 
 void Poster::flush() {

@@ -8,8 +8,8 @@
 
 namespace vorrin::x11 {
 
-/// Makes key and button events through XTEST, knows its own key events again when they come back,
-/// and leaves nothing down when it goes.
+/// Makes key events through XTEST, knows them again when they come back, and leaves no key down
+/// when it goes.
 class Poster {
  public:
   explicit Poster(Connection& connection) : connection_(connection) {}
@@ -17,9 +17,8 @@ class Poster {
   Poster(const Poster&) = delete;
   Poster& operator=(const Poster&) = delete;
 
-  /// Queue one event each; `flush` hands them to the server. No round trip, no allocation.
+  /// Queues one event; `flush` hands it to the server. No round trip, no allocation.
   void key(KeyCode keycode, bool down, Post post);
-  void leftButton(bool down);
   void flush();
 
   [[nodiscard]] PostLedger& ledger() { return ledger_; }
@@ -28,7 +27,6 @@ class Poster {
   Connection& connection_;
   PostLedger ledger_;
   std::bitset<256> keysDown_;
-  bool buttonDown_ = false;
 };
 
 }  // namespace vorrin::x11

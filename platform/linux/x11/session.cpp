@@ -1,11 +1,15 @@
 #include "platform/linux/x11/session.h"
 
+#include <array>
 #include <utility>
 
 namespace vorrin::x11 {
 
-Session::Session(std::unique_ptr<Connection> connection)
-    : connection_(std::move(connection)), poster_(*connection_) {
+Session::Session(std::unique_ptr<Connection> connection, std::unique_ptr<Clicker> clicker)
+    : connection_(std::move(connection)),
+      clicker_(std::move(clicker)),
+      keeper_(std::array{ConnectionNumber(connection_->display()), clicker_->descriptor()}),
+      poster_(*connection_) {
   map_.read(connection_->display());
   connection_->onLoss([this] {
     if (watch_) watch_->closeDescriptor();
@@ -48,6 +52,8 @@ void Session::checkLater() {
 }
 
 void Session::post(std::span<const SyntheticEvent> events) {
+  bool hasKeys = false;
+  bool hasClicks = false;
   for (const SyntheticEvent& event : events) {
     switch (event.type) {
       case EventType::keyDown:
@@ -56,18 +62,22 @@ void Session::post(std::span<const SyntheticEvent> events) {
         if (keycode == 0) break;
         poster_.key(keycode, event.type == EventType::keyDown,
                     {Post::Reason::posted, event.userData});
+        hasKeys = true;
         break;
       }
       case EventType::leftMouseDown:
       case EventType::leftMouseUp:
-        poster_.leftButton(event.type == EventType::leftMouseDown);
+        clicker_->leftButton(event.type == EventType::leftMouseDown);
+        hasClicks = true;
         break;
       case EventType::tapDisabledByTimeout:
       case EventType::tapDisabledByUserInput:
         break;
     }
   }
-  poster_.flush();
+  // To flush is to ask the kernel for news as well, for nothing where nothing was sent.
+  if (hasKeys) poster_.flush();
+  if (hasClicks) clicker_->flush();
 }
 
 void Session::serve() {

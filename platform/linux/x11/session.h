@@ -8,7 +8,9 @@
 
 #include "platform/event_post.h"
 #include "platform/event_tap.h"
+#include "platform/linux/x11/clicker.h"
 #include "platform/linux/x11/connection.h"
+#include "platform/linux/x11/connection_keeper.h"
 #include "platform/linux/x11/keyboard_map.h"
 #include "platform/linux/x11/listener.h"
 #include "platform/linux/x11/main_loop_watch.h"
@@ -16,15 +18,15 @@
 
 namespace vorrin::x11 {
 
-/// One connection with all that hangs on it, from its opening to its loss.
+/// The connections to one server with all that hangs on them, from their opening to their loss.
 class Session {
  public:
-  explicit Session(std::unique_ptr<Connection> connection);
+  Session(std::unique_ptr<Connection> connection, std::unique_ptr<Clicker> clicker);
   ~Session();
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
 
-  [[nodiscard]] bool lost() const { return connection_->lost(); }
+  [[nodiscard]] bool lost() const { return connection_->lost() || clicker_->lost(); }
 
   /// Makes the listener of a tap; null while there is another, or when a key is refused.
   /// `invalidated` is called once, from the main loop, when the listener becomes useless.
@@ -49,6 +51,8 @@ class Session {
   void handleEvents();
 
   std::unique_ptr<Connection> connection_;
+  std::unique_ptr<Clicker> clicker_;
+  ConnectionKeeper keeper_;
   Poster poster_;
   KeyboardMap map_;
   std::shared_ptr<Listener> listener_;

@@ -90,15 +90,17 @@ Preset EndToEndTest::stored() {
   return loadCurrentSettings(UserDefaults::standard());
 }
 
-bool EndToEndTest::isAction(const ClientEvent& event, int macro) const {
-  if (macro == mouseMacro) return event.kind == "ButtonPress";
-  return event.kind == "KeyPress" &&
-         event.detail == keycodeOf(keys::digits[static_cast<std::size_t>(settings.digit)]);
+unsigned EndToEndTest::digitKey() const {
+  return keycodeOf(keys::digits[static_cast<std::size_t>(settings.digit)]);
 }
 
 void EndToEndTest::expectActions(int macro) {
+  // By their ends: the presses of a key that stays down repeat by themselves.
   client->readUntil([this, macro, count = 0](const ClientEvent& event) mutable {
-    return isAction(event, macro) && ++count == 3;
+    const bool isEnd = macro == mouseMacro
+                           ? event.kind == "ButtonRelease"
+                           : event.kind == "KeyRelease" && event.detail == digitKey();
+    return isEnd && ++count == 3;
   });
 }
 
@@ -112,7 +114,7 @@ void EndToEndTest::expectSilence() {
 
 std::size_t EndToEndTest::actionsAmong(const std::vector<ClientEvent>& events) const {
   return static_cast<std::size_t>(std::ranges::count_if(events, [&](const ClientEvent& event) {
-    return isAction(event, keyboardMacro) || isAction(event, mouseMacro);
+    return event.kind == "ButtonPress" || (event.kind == "KeyPress" && event.detail == digitKey());
   }));
 }
 

@@ -82,11 +82,13 @@ struct EndToEndTest : testing::Test {
   /// Waits for the macros to fall silent; fails when they do not.
   void expectSilence();
 
+  /// The server's key code of the keyboard macro's digit.
+  [[nodiscard]] unsigned digitKey() const;
+
   /// The macros' actions among `events`.
   [[nodiscard]] std::size_t actionsAmong(const std::vector<ClientEvent>& events) const;
 
  private:
-  [[nodiscard]] bool isAction(const ClientEvent& event, int macro) const;
   void waitUntilListening();
 };
 
