@@ -51,7 +51,8 @@ std::uint16_t checkedKeyCode(std::int64_t keyCode) {
 void recoverDisabledTap() {
   engine.stopAll();
   engine.held.clear();
-  if (engine.tap) engine.tap->setEnabled(true);
+  // A copy, for the tap may end by itself during the call and engine.tap with it.
+  if (const auto tap = engine.tap) tap->setEnabled(true);
 }
 
 /// Typing into this program's own window triggers no shortcut and is never swallowed. A key pressed
@@ -77,8 +78,10 @@ void connectKeyboardListener() {
   };
   engine.tap = EventTap::create(mask, swallowable, keyboardTapCallback, invalidated);
   if (!engine.tap) return;
-  engine.tap->addToMainRunLoop();
-  engine.tap->setEnabled(true);
+  // A copy, for the tap may end by itself during either call and engine.tap with it.
+  const EventTap tap = *engine.tap;
+  tap.addToMainRunLoop();
+  tap.setEnabled(true);
 }
 
 TapVerdict keyboardTapCallback(const TapEvent& event) {

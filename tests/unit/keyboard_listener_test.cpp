@@ -282,6 +282,23 @@ TEST_F(ConnectedTest, after_a_tap_ended_a_new_one_can_be_made) {
   EXPECT_EQ(press(tab), TapVerdict::swallow);
 }
 
+TEST_F(ListenerTest, a_tap_that_ends_while_it_is_connected_is_dropped) {
+  fake::system().endsTaps = true;
+  connectKeyboardListener();
+  EXPECT_FALSE(engine.tap);
+  fake::system().endsTaps = false;
+  connectKeyboardListener();
+  EXPECT_EQ(press(tab), TapVerdict::swallow);
+}
+
+TEST_P(DisabledTap, that_turns_out_to_have_ended_is_dropped) {
+  press(tab);
+  fake::system().endsTaps = true;
+  fake::disableTap(GetParam());
+  EXPECT_FALSE(engine.tap);
+  EXPECT_FALSE(engine.running[1]);
+}
+
 TEST_F(ListenerTest, late_news_of_an_earlier_taps_end_leaves_the_present_one_alone) {
   connectKeyboardListener();
   const auto earlier = engine.tap;

@@ -25,6 +25,8 @@ struct System {
   bool trusted = true;       ///< of both queries for the permission
   bool refusesTaps = false;  ///< `EventTap::create` gives nothing
   bool refusesKeys = false;  ///< `EventTap::setSwallowable` gives false
+  bool endsTaps =
+      false;  ///< `EventTap::addToMainRunLoop` and `setEnabled` find that the tap has ended
   std::optional<PointerLocation> pointer =
       PointerLocation{};  ///< nothing: the pointer cannot be found
 
