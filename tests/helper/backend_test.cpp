@@ -19,8 +19,14 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-constexpr std::uint16_t tabKey = 48;    // macOS's numbers
+constexpr std::uint16_t tabKey = 48;  // macOS's numbers
+constexpr std::uint16_t backtickKey = 50;
+constexpr std::uint16_t oneKey = 18;
+constexpr std::uint16_t escapeKey = 53;
 constexpr std::uint16_t evdevTab = 15;  // the kernel's
+constexpr std::uint16_t evdevBacktick = 41;
+constexpr std::uint16_t evdevOne = 2;
+constexpr std::uint16_t evdevEscape = 1;
 constexpr std::uint64_t keyEvents = 0xC00;
 constexpr std::array swallowable{tabKey};
 
@@ -190,6 +196,84 @@ TEST_F(BackendTest, a_question_is_answered_with_the_tap_s_verdict) {
   EXPECT_EQ(seen[0].flags, event_flags::maskShift);
 }
 
+TEST_F(BackendTest, escape_is_told_with_its_repeats_and_its_release) {
+  makeTap();
+  helper.say(KeyMoved{evdevEscape, true, false, {}});
+  helper.say(KeyMoved{evdevEscape, true, true, {}});
+  helper.say(KeyMoved{evdevEscape, false, false, {.control = true}});
+  ASSERT_TRUE(until([] { return seen.size() == 3; }));
+  for (const TapEvent& event : seen) EXPECT_EQ(event.keyCode, escapeKey);
+  EXPECT_EQ(seen[0].type, EventType::keyDown);
+  EXPECT_EQ(seen[0].autorepeat, 0);
+  EXPECT_EQ(seen[1].autorepeat, 1);
+  EXPECT_EQ(seen[2].type, EventType::keyUp);
+  EXPECT_EQ(seen[2].flags, event_flags::maskControl);
+}
+
+TEST_F(BackendTest, a_key_that_moves_without_a_tap_is_told_to_nobody) {
+  makeTap();
+  tap.reset();
+  helper.heard();
+  helper.say(KeyMoved{evdevEscape, true, false, {}});
+  helper.say(Question{1, evdevTab, {}});
+  EXPECT_EQ(nextHeard(), ToHelper(Verdict(1, false)));
+  EXPECT_THAT(seen, IsEmpty());
+}
+
+TEST_F(BackendTest, other_keys_to_be_swallowed_are_told_to_the_helper) {
+  makeTap();
+  EXPECT_TRUE(tap->setSwallowable(std::array{tabKey, oneKey, backtickKey}));
+  EXPECT_EQ(nextHeard(), ToHelper(Configure{true, 2, {evdevTab, evdevBacktick}}));
+}
+
+TEST_F(BackendTest, a_tap_without_a_helper_can_swallow_nothing) {
+  makeTap();
+  const auto kept = tap;
+  helper.hangUp();
+  ASSERT_TRUE(until([this] { return invalidated; }));
+  EXPECT_FALSE(kept->setSwallowable(swallowable));
+}
+
+TEST_F(BackendTest, a_helper_found_gone_when_it_is_told_something_invalidates_the_tap) {
+  makeTap();
+  helper.hangUp();
+  tap->setEnabled(false);
+  EXPECT_TRUE(invalidated);
+  EXPECT_EQ(helper.starts().size(), 2U);
+}
+
+TEST_F(BackendTest, a_helper_that_was_gone_before_the_hello_is_tried_again_later) {
+  helper.isGone = true;
+  EXPECT_FALSE(backend.isTrustedWithPrompt());
+  helper.isGone = false;
+  EXPECT_TRUE(until([this] {
+    backend.isTrusted();
+    return helper.starts().size() == 2;
+  }));
+  helper.serve();
+  EXPECT_TRUE(until([this] { return backend.isTrusted(); }));
+}
+
+TEST_F(BackendTest, a_helper_that_cannot_be_started_is_given_up) {
+  helper.isMissing = true;
+  testing::internal::CaptureStderr();
+  EXPECT_FALSE(backend.isTrustedWithPrompt());
+  EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("cannot be started"));
+  ASSERT_TRUE(until([this] {
+    backend.isTrusted();
+    return helper.starts().size() == 3;
+  }));
+  helper.isMissing = false;
+  const auto longEnough = std::chrono::steady_clock::now() + std::chrono::milliseconds(1200);
+  EXPECT_TRUE(until([&] {
+    backend.isTrusted();
+    return std::chrono::steady_clock::now() >= longEnough;
+  }));
+  EXPECT_EQ(helper.starts().size(), 3U);
+  backend.isTrustedWithPrompt();
+  EXPECT_EQ(helper.starts().size(), 4U);
+}
+
 TEST_F(BackendTest, a_question_without_a_tap_lets_the_key_pass) {
   connect();
   helper.say(Question{1, evdevTab, {}});
@@ -254,6 +338,22 @@ TEST_F(BackendTest, after_the_panic_chord_only_the_user_starts_it_again) {
   EXPECT_EQ(helper.starts().size(), 2U);
 }
 
+TEST_F(BackendTest, a_permission_taken_back_is_taken_up_without_a_question_once_it_is_given_again) {
+  helper.devicesAreOpen = false;
+  makeTap();
+  testing::internal::CaptureStderr();
+  helper.say(Ending{EndReason::revoked});
+  EXPECT_TRUE(until([this] { return invalidated; }));
+  EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("taken back"));
+  EXPECT_THAT(helper.starts(), ElementsAre(StartWay::asking));
+  helper.allowed = true;
+  EXPECT_TRUE(until([this] {
+    backend.isTrusted();
+    return helper.starts().size() == 2;
+  }));
+  EXPECT_EQ(helper.starts().back(), StartWay::silently);
+}
+
 TEST_F(BackendTest, a_permission_given_up_is_taken_up_by_the_user_only) {
   makeTap();
   backend.giveUpPermission();
@@ -289,6 +389,31 @@ TEST_F(BackendTest, posts_of_one_tick_are_one_message) {
                          SyntheticEvent{.type = EventType::leftMouseUp, .location = {}}};
   backend.post(click);
   EXPECT_THAT(helper.heard(), ElementsAre(ToHelper(Post{2, {{{0, true}, {0, false}}}})));
+}
+
+TEST_F(BackendTest, a_digit_is_posted_by_its_place_on_the_keyboard) {
+  connect();
+  const std::array press{
+      SyntheticEvent{.type = EventType::keyDown, .location = {}, .keyCode = oneKey},
+      SyntheticEvent{.type = EventType::keyUp, .location = {}, .keyCode = oneKey}};
+  backend.post(press);
+  EXPECT_THAT(helper.heard(),
+              ElementsAre(ToHelper(Post{2, {{{evdevOne, true}, {evdevOne, false}}}})));
+}
+
+TEST_F(BackendTest, nothing_but_digits_and_the_left_button_is_posted) {
+  connect();
+  const std::array keys{
+      SyntheticEvent{.type = EventType::keyDown, .location = {}, .keyCode = tabKey},
+      SyntheticEvent{.type = EventType::keyDown, .location = {}, .keyCode = 0xFFFF},
+      SyntheticEvent{.type = EventType::tapDisabledByTimeout, .location = {}},
+      SyntheticEvent{.type = EventType::keyUp, .location = {}, .keyCode = oneKey}};
+  backend.post(keys);
+  EXPECT_THAT(helper.heard(), ElementsAre(ToHelper(Post{1, {{{evdevOne, false}}}})));
+}
+
+TEST_F(BackendTest, the_pointer_is_where_a_click_happens) {
+  EXPECT_TRUE(backend.pointerLocation());
 }
 
 TEST_F(BackendTest, without_a_helper_nothing_is_posted) {

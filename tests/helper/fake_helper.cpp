@@ -13,13 +13,14 @@ HelperStart FakeHelper::start() {
   return {.devicesAreOpen = [this] { return devicesAreOpen; },
           .askPermission = [this](QObject&,
                                   const std::function<void(bool)>& answered) { answered(allowed); },
-          .start =
-              [this](StartWay way, const FileDescriptor& end, std::function<void(int)> ended) {
-                starts_.push_back(way);
-                connection_ = FileDescriptor(::dup(end.number()));
-                ended_ = std::move(ended);
-                return std::make_shared<int>();
-              }};
+          .start = [this](StartWay way, const FileDescriptor& end,
+                          std::function<void(int)> ended) -> std::shared_ptr<void> {
+            starts_.push_back(way);
+            if (isMissing) return nullptr;
+            connection_ = isGone ? FileDescriptor() : FileDescriptor(::dup(end.number()));
+            ended_ = std::move(ended);
+            return std::make_shared<int>();
+          }};
 }
 
 void FakeHelper::say(const FromHelper& message) {

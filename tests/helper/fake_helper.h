@@ -16,7 +16,9 @@ namespace vorrin::helper {
 class FakeHelper {
  public:
   bool devicesAreOpen = true;
-  bool allowed = false;  ///< what polkit answers when it may not ask the user
+  bool allowed = false;    ///< what polkit answers when it may not ask the user
+  bool isMissing = false;  ///< no process can be made of it
+  bool isGone = false;     ///< it ends before it takes its end of the connection
 
   /// Makes the backend start this helper instead of a process.
   HelperStart start();

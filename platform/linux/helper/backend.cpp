@@ -118,6 +118,7 @@ void Backend::start(StartWay way) {
   process_ = start_.start(way, ends->second, [this](int status) { followProcessEnd(status); });
   if (!process_) {
     log("the input helper cannot be started");
+    countFailedStart();
     return;
   }
   connection_ = std::make_unique<Connection>(
@@ -184,13 +185,18 @@ void Backend::tellUnlocked() {
 
 void Backend::lose(bool broken) {
   if (broken) log("the input helper said something that has no meaning; the connection is closed");
-  // What ends every helper before it serves would end the next one too, unless it is the user's no.
-  if (!available_ && way_ != StartWay::asking) ++failedStarts_;
-  if (broken || failedStarts_ >= mostFailedStarts) waitForUser_ = true;
+  if (!available_) countFailedStart();
+  if (broken) waitForUser_ = true;
   available_.reset();
   nextTry_ = Clock::now();
   connection_.reset();
   if (const auto tap = tap_.lock()) tap->invalidate();
+}
+
+void Backend::countFailedStart() {
+  // What ends every helper before it serves would end the next one too, unless it is the user's no.
+  if (way_ != StartWay::asking) ++failedStarts_;
+  if (failedStarts_ >= mostFailedStarts) waitForUser_ = true;
 }
 
 void Backend::followProcessEnd(int status) {

@@ -59,6 +59,7 @@ class Backend {
   void answer(const helper_protocol::Question& question);
   void tellUnlocked();
   void lose(bool broken);
+  void countFailedStart();
   void followProcessEnd(int status);
 
   HelperStart start_;
