@@ -3,11 +3,13 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 
 #include <string>
 #include <vector>
 
 #include "platform/linux/foundation/file_descriptor.h"
+#include "tests/foundation/child_process.h"
 #include "tests/foundation/defaults_sandbox.h"
 
 namespace vorrin {
@@ -43,6 +45,24 @@ TEST_F(DomainFiles, sets_the_journal_aside_with_the_file) {
   EXPECT_EQ(contentOf(name), "database");
   EXPECT_EQ(contentOf(name.string() + "-journal"), "journal");
   EXPECT_EQ(namesIn(settings).size(), 2u);
+}
+
+TEST_F(DomainFiles, leaves_the_file_with_its_journal_when_that_cannot_be_set_aside) {
+  std::filesystem::create_directories(settings);
+  fill(file, "database");
+  fill(file.string() + "-journal", "journal");
+  giveToOrdinaryUser();
+  ::chmod(settings.c_str(), 0500);
+  ChildProcess child([&] {
+    becomeOrdinaryUser();
+    std::filesystem::path name;
+    const auto result = setDomainFileAside(
+        file, "damaged", [] { return false; }, patience, name);
+    return result.status == StorageStatus::unavailable && name.empty();
+  });
+  EXPECT_TRUE(child.wait());
+  EXPECT_EQ(namesIn(settings),
+            (std::vector<std::string>{"domain.sqlite3", "domain.sqlite3-journal"}));
 }
 
 TEST_F(DomainFiles, sets_nothing_aside_that_was_replaced_meanwhile) {

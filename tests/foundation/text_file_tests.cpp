@@ -101,6 +101,12 @@ TEST_F(TextFile, cannot_be_read_from_a_directory_a_pipe_or_nothing) {
   EXPECT_FALSE(readTextFile(file));
 }
 
+TEST_F(TextFile, gives_nothing_when_reading_fails) {
+  // A regular file whose beginning cannot be read, as on a broken disk.
+  std::filesystem::create_symlink("/proc/self/mem", file);
+  EXPECT_FALSE(readTextFile(file));
+}
+
 TEST_F(TextFile, gives_nothing_when_it_is_not_utf8) {
   for (const char* content : {"\xFF", "a\xC3", "\xED\xA0\x80", "\xC0\x80", "\xF5\x80\x80\x80"}) {
     fill(file, content);

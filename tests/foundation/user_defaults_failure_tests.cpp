@@ -84,6 +84,17 @@ TEST_F(UserDefaultsFailure, gives_nothing_from_a_file_that_cannot_be_read) {
   EXPECT_EQ(namesIn(settings).size(), 1u);
 }
 
+TEST_F(UserDefaultsFailure, keeps_nothing_on_a_disk_that_cannot_be_read_and_sets_nothing_aside) {
+  std::filesystem::create_directories(settings);
+  // A regular file whose beginning can be neither read nor written, as on a broken disk.
+  std::filesystem::create_symlink("/proc/self/mem", standardFile());
+  ChildProcess child([] { return staysAt(UserDefaults::standard(), std::nullopt); });
+  EXPECT_TRUE(child.wait());
+  EXPECT_EQ(linesWith(child.errors(), ""), 1) << child.errors();
+  EXPECT_EQ(linesWith(child.errors(), "Input/output error"), 1) << child.errors();
+  EXPECT_EQ(namesIn(settings).size(), 1u);
+}
+
 TEST_F(UserDefaultsFailure, gives_nothing_in_a_directory_that_cannot_be_entered) {
   store(UserDefaults::standard(), "key", std::int64_t{1});
   giveToOrdinaryUser();
