@@ -32,10 +32,10 @@ std::optional<MadeDevice> makeKeyboard(FileDescriptor uinput) {
 std::optional<MadeDevice> makePointer(FileDescriptor uinput) {
   const auto device = model("Vorrin pointer", 2);
   if (!device || !uinput.isOpen()) return std::nullopt;
-  for (const unsigned button : {BTN_LEFT, BTN_RIGHT, BTN_MIDDLE}) {
+  for (const unsigned button : std::array<unsigned, 3>{BTN_LEFT, BTN_RIGHT, BTN_MIDDLE}) {
     libevdev_enable_event_code(device.get(), EV_KEY, button, nullptr);
   }
-  for (const unsigned axis : {REL_X, REL_Y}) {
+  for (const unsigned axis : std::array<unsigned, 2>{REL_X, REL_Y}) {
     libevdev_enable_event_code(device.get(), EV_REL, axis, nullptr);
   }
   return MadeDevice::create(device.get(), std::move(uinput));
