@@ -146,7 +146,7 @@ TEST_F(UserDefaultsFailure, keeps_the_old_values_when_the_new_ones_do_not_fit) {
     const rlimit limit{.rlim_cur = 65536, .rlim_max = 65536};
     ::signal(SIGXFSZ, SIG_IGN);
     const bool mounted = ::unshare(CLONE_NEWNS) == 0 &&
-                         ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+                         ::mount("none", "/", "", MS_REC | MS_PRIVATE, nullptr) == 0 &&
                          ::mount("tmpfs", settings.c_str(), "tmpfs", 0, "size=64k,mode=0700") == 0;
     if (!mounted) ::setrlimit(RLIMIT_FSIZE, &limit);
     const auto defaults = UserDefaults::standard();
