@@ -25,9 +25,14 @@ if(VORRIN_SANITIZE)
   target_link_options(vorrin_options INTERFACE -fsanitize=${VORRIN_SANITIZE})
 endif()
 if(VORRIN_COVERAGE)
-  # Helpers of the libraries run in threads.
-  target_compile_options(vorrin_options INTERFACE --coverage -fprofile-update=atomic)
-  target_link_options(vorrin_options INTERFACE --coverage)
+  # The counts lie in files that every process maps, so those of a process that is killed, or has given up
+  # its rights, are there too.
+  target_compile_options(vorrin_options INTERFACE
+    -fprofile-instr-generate=${CMAKE_BINARY_DIR}/counts/%m%c.profraw -fcoverage-mapping
+    -fprofile-update=atomic "SHELL:-mllvm -runtime-counter-relocation"
+    # GCC 12's own headers call one that was deprecated since.
+    -Wno-deprecated-declarations)
+  target_link_options(vorrin_options INTERFACE -fprofile-instr-generate)
 endif()
 
 # vorrin_expose_folder(TARGET SCOPE FOLDER): makes FOLDER's headers reachable as "folder/name.h" for
