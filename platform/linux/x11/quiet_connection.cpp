@@ -3,6 +3,9 @@
 #include <cstdlib>
 
 // Its names include a word of this language.
+#if defined(__clang__)
+#pragma clang diagnostic ignored "-Wkeyword-macro"
+#endif
 #define explicit explicitly
 #include <xcb/xkb.h>
 #undef explicit
