@@ -76,8 +76,10 @@ bool createTap(const std::vector<std::uint16_t>& keys) {
     std::fflush(stdout);
   });
   if (!state().tap) return false;
-  state().tap->addToMainRunLoop();
-  state().tap->setEnabled(true);
+  // A copy, for the tap may end by itself during either call.
+  const EventTap tap = *state().tap;
+  tap.addToMainRunLoop();
+  tap.setEnabled(true);
   return true;
 }
 

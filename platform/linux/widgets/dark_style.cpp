@@ -223,11 +223,6 @@ QRect DarkStyle::subElementRect(SubElement element, const QStyleOption* option,
   }
 }
 
-QRect DarkStyle::subControlRect(ComplexControl control, const QStyleOptionComplex* option,
-                                SubControl part, const QWidget* widget) const {
-  return QProxyStyle::subControlRect(control, option, part, widget);
-}
-
 QSize DarkStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
                                   const QSize& contents, const QWidget* widget) const {
   switch (type) {
