@@ -81,6 +81,12 @@ void askPermission(QObject& receiver, std::function<void(bool)> answered) {
   qDBusRegisterMetaType<Subject>();
   qDBusRegisterMetaType<QMap<QString, QString>>();
   const auto bus = QDBusConnection::systemBus();
+  if (!bus.isConnected()) {
+    // A call would never be answered.
+    QMetaObject::invokeMethod(
+        &receiver, [answered = std::move(answered)] { answered(false); }, Qt::QueuedConnection);
+    return;
+  }
   auto* const watcher =
       new QDBusPendingCallWatcher(bus.asyncCall(question(), answerMilliseconds), &receiver);
   QObject::connect(watcher, &QDBusPendingCallWatcher::finished, &receiver,
