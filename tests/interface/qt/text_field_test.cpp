@@ -56,6 +56,12 @@ TEST(QtTextField, a_text_put_into_a_field_shows_from_its_beginning) {
   EXPECT_EQ(widgetOf<QLineEdit>(field).cursorPosition(), 0);
 }
 
+TEST(QtTextField, a_label_shows_other_control_characters_as_blanks) {
+  const TextField controls = TextField::wrappingLabel("a\tb\vc");
+  const TextField blanks = TextField::wrappingLabel("a b c");
+  EXPECT_EQ(widgetOf(controls).grab().toImage(), widgetOf(blanks).grab().toImage());
+}
+
 TEST(QtTextField, a_label_keeps_its_line_breaks) {
   const TextField label = TextField::wrappingLabel("one\ntwo");
   EXPECT_EQ(label.text(), "one\ntwo");
