@@ -6,6 +6,7 @@ import pathlib
 import re
 import signal
 import subprocess
+import sys
 import time
 import unittest
 
@@ -29,6 +30,17 @@ class OneInstance(unittest.TestCase):
             wait_until(lambda: desktop.active_window() in window, "the first's window in front")
             self.assertEqual(desktop.name_owner_process(), first.pid)
             self.assertEqual(len(window), 1)
+
+    def test_a_second_start_hands_over_the_users_wish_to_see_the_window(self):
+        with Desktop() as desktop:
+            # In the place of the first, something that remembers what it is asked.
+            interface = "org.freedesktop.Application"
+            desktop.start([sys.executable, "-m", "dbusmock", BUS_NAME, "/org/vorrin/Vorrin", interface])
+            wait_until(lambda: desktop.call("org.freedesktop.DBus.Mock.AddMethod", interface,
+                                            "Activate", "a{sv}", "", ""), "a first")
+            self.second_start(desktop, variables={"XDG_ACTIVATION_TOKEN": "token-of-launcher"})
+            self.assertIn("'activation-token': <'token-of-launcher'>",
+                          desktop.call("org.freedesktop.DBus.Mock.GetCalls"))
 
     def test_a_second_start_shows_a_minimised_window(self):
         with Desktop() as desktop:

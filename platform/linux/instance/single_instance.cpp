@@ -17,12 +17,10 @@ constexpr int answerMilliseconds = 2000;
 /// time another start has to end just then.
 constexpr int claimAttempts = 5;
 
-// Variables by which a launcher hands over the user's wish to see the program's window, and the
-// names under which the interface passes them on.
+// The variable by which a launcher hands over the user's wish to see the program's window, and the
+// name under which the interface passes it on.
 constexpr auto tokenVariable = "XDG_ACTIVATION_TOKEN";
 constexpr auto tokenKey = "activation-token";
-constexpr auto startupVariable = "DESKTOP_STARTUP_ID";
-constexpr auto startupKey = "desktop-startup-id";
 
 /// What launchers hand over is a few dozen bytes, with names of programs and machines some hundred.
 constexpr qsizetype longestToken = 1024;
@@ -31,9 +29,6 @@ QVariantMap ownPlatformData() {
   QVariantMap data;
   if (qEnvironmentVariableIsSet(tokenVariable)) {
     data[tokenKey] = qEnvironmentVariable(tokenVariable);
-  }
-  if (qEnvironmentVariableIsSet(startupVariable)) {
-    data[startupKey] = qEnvironmentVariable(startupVariable);
   }
   return data;
 }

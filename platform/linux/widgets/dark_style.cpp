@@ -243,9 +243,6 @@ QSize DarkStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
 int DarkStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
                            const QWidget* widget) const {
   switch (metric) {
-    case PM_ButtonShiftHorizontal:
-    case PM_ButtonShiftVertical:
-      return 0;
     case PM_MenuPanelWidth:
       return 1;
     case PM_DefaultFrameWidth:
