@@ -62,7 +62,7 @@ class Desktop:
             "LANG": "C.UTF-8",
             "DBUS_SYSTEM_BUS_ADDRESS": "unix:path=/nonexistent",
         }
-        for name in ("LSAN_OPTIONS", "ASAN_OPTIONS", "UBSAN_OPTIONS"):
+        for name in ("LSAN_OPTIONS", "ASAN_OPTIONS", "TSAN_OPTIONS", "UBSAN_OPTIONS"):
             if name in os.environ:
                 self.environment[name] = os.environ[name]
         self.environment.update(self._variables)

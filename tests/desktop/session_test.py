@@ -53,6 +53,11 @@ class LoginManager:
         self._mock(SESSION, "UpdateProperties", "org.freedesktop.login1.Session",
                    "{'%s': <%s>}" % (name, str(value).lower()))
 
+    def knows_sessions_of_processes(self):
+        """As it does of processes started in a session, not by a service of the user's."""
+        self._mock("/org/freedesktop/login1", "AddMethod", "org.freedesktop.login1.Manager",
+                   "GetSessionByPID", "u", "o", f"ret = '{SESSION}'")
+
     def sleep_delays(self):
         """How many programs are waited for before the machine sleeps."""
         return self._call("/org/freedesktop/login1", "org.freedesktop.login1.Manager.ListInhibitors"
@@ -184,6 +189,18 @@ class Login(SessionTest):
             desktop.start_ready_vorrin()
             client = Client(desktop)
             client.focus()
+            self.assert_away(desktop, client)
+            manager.set("LockedHint", False)
+            self.assert_back_and_off(desktop, client)
+
+    def test_the_session_is_the_one_that_vorrin_was_started_in(self):
+        with Desktop() as desktop:
+            manager = LoginManager(desktop)
+            # Whatever the environment says, which may be left over from another session.
+            desktop.environment["XDG_SESSION_ID"] = "another"
+            manager.knows_sessions_of_processes()
+            _, client = self.at_work(desktop)
+            manager.set("LockedHint", True)
             self.assert_away(desktop, client)
             manager.set("LockedHint", False)
             self.assert_back_and_off(desktop, client)

@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 #include <chrono>
 #include <cmath>
@@ -51,6 +52,17 @@ TEST(LinuxTimer, gives_its_descriptor_back) {
     timer.invalidate();
   }
   EXPECT_EQ(openDescriptors(), before);
+}
+
+void scheduleWithoutDescriptors() {
+  RunLoop::main().runFor(0.001);
+  const rlimit none{.rlim_cur = 0, .rlim_max = 0};
+  ::setrlimit(RLIMIT_NOFILE, &none);
+  schedule(Timer(1, [] {}));
+}
+
+TEST(LinuxTimer, that_the_system_does_not_give_ends_the_process) {
+  EXPECT_DEATH(scheduleWithoutDescriptors(), "The system gave no timer");
 }
 
 TEST(LinuxTimer, is_told_of_as_long_as_one_may_not_be_late) {
