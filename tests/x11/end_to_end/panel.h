@@ -24,7 +24,8 @@ enum class Control {
   presetList,
   load,
   rename,
-  erase
+  erase,
+  openSettings
 };
 
 /// Works Vorrin's window by the keyboard, from the moment it is in front for the first time.

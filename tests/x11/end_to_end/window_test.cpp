@@ -30,6 +30,19 @@ TEST_F(WindowTest, macros_pause_while_the_window_is_in_front_and_go_on_afterward
   expectActions(mouseMacro);
 }
 
+TEST_F(WindowTest, the_place_for_the_permission_is_a_sheet_that_return_closes) {
+  start();
+  showVorrin();
+  panel.push(Control::openSettings);
+  ASSERT_TRUE(
+      waitUntil([&] { return windows.active() != 0 && windows.active() != vorrinWindow(); }));
+  user.tap(keys::enter);
+  ASSERT_TRUE(waitUntil([&] { return windows.active() == vorrinWindow(); }));
+  showClient();
+  user.tap(keys::tab);
+  expectActions(mouseMacro);
+}
+
 TEST_F(WindowTest, shortcuts_typed_into_the_window_start_nothing) {
   start();
   showVorrin();
