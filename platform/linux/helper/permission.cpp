@@ -10,6 +10,7 @@
 #include <QDBusPendingReply>
 #include <QFile>
 #include <QMap>
+#include <QTimer>
 #include <QVariantMap>
 #include <utility>
 
@@ -83,8 +84,7 @@ void askPermission(QObject& receiver, std::function<void(bool)> answered) {
   const auto bus = QDBusConnection::systemBus();
   if (!bus.isConnected()) {
     // A call would never be answered.
-    QMetaObject::invokeMethod(
-        &receiver, [answered = std::move(answered)] { answered(false); }, Qt::QueuedConnection);
+    QTimer::singleShot(0, &receiver, [answered = std::move(answered)] { answered(false); });
     return;
   }
   auto* const watcher =
