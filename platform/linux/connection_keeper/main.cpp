@@ -1,8 +1,10 @@
 // Holds Vorrin's connections to the X server open when Vorrin is killed, until the server has
 // carried out what Vorrin sent. A server that sees a connection's end gives up what it has not read
-// by then: where that is the release of a key, the key stays down. usage: vorrin-connection-keeper
-// NUMBER     (of connections, from descriptor 3 on; standard input is a pipe that Vorrin holds the
-// other end of)
+// by then: where that is the release of a key, the key stays down.
+//
+// usage: vorrin-connection-keeper COUNT
+// COUNT connections lie on the descriptors from 3 on; standard input is a pipe whose other end
+// Vorrin holds.
 #include <linux/sockios.h>
 #include <poll.h>
 #include <sys/ioctl.h>
@@ -17,8 +19,8 @@
 
 namespace {
 
-/// How long nothing may happen on a connection until the server counts as done. What it has read
-/// last, at most 16 KiB, it carries out in less, and meanwhile tells of it.
+/// How long nothing may be left to read on either side until the server counts as done. To carry
+/// out what it has read last, at most 16 KiB, takes it less.
 constexpr int quietMilliseconds = 50;
 
 void waitForEnd(int pipe) {
@@ -30,6 +32,11 @@ void waitForEnd(int pipe) {
 bool hasUnread(int connection) {
   int unread = 0;
   return ::ioctl(connection, SIOCOUTQ, &unread) == 0 && unread > 0;
+}
+
+/// Whether the server is gone.
+bool hasEnded(const pollfd& connection) {
+  return (connection.revents & (POLLHUP | POLLERR | POLLNVAL)) != 0;
 }
 
 /// Reads what nobody else reads any more, for the server writes no more than fits.
@@ -46,9 +53,7 @@ void keepUntilQuiet(std::vector<pollfd> connections) {
         ready == 0 && std::none_of(connections.begin(), connections.end(),
                                    [](const pollfd& one) { return hasUnread(one.fd); });
     if (isQuiet) return;
-    // The server's end.
-    std::erase_if(connections,
-                  [](const pollfd& one) { return (one.revents & (POLLHUP | POLLERR)) != 0; });
+    std::erase_if(connections, hasEnded);
     for (const pollfd& one : connections) {
       if ((one.revents & POLLIN) != 0) drain(one.fd);
     }
@@ -61,8 +66,8 @@ int main(int argumentCount, char** arguments) {
   // What ends Vorrin lets it end in order, and it then ends this too.
   for (const int signal : {SIGTERM, SIGINT, SIGHUP, SIGQUIT}) std::signal(signal, SIG_IGN);
   std::vector<pollfd> connections;
-  const int number = argumentCount > 1 ? std::atoi(arguments[1]) : 0;
-  for (int index = 0; index < number; ++index) {
+  const int count = argumentCount > 1 ? std::atoi(arguments[1]) : 0;
+  for (int index = 0; index < count; ++index) {
     connections.push_back({.fd = STDERR_FILENO + 1 + index, .events = POLLIN, .revents = 0});
   }
   waitForEnd(STDIN_FILENO);

@@ -10,18 +10,12 @@
 #include <utility>
 #include <vector>
 
+#include "platform/linux/foundation/spawn_actions.h"
+
 namespace vorrin::helper {
 namespace {
 
 constexpr const char* pkexec = "/usr/bin/pkexec";
-
-struct SpawnActions {
-  posix_spawn_file_actions_t value{};
-  SpawnActions() { posix_spawn_file_actions_init(&value); }
-  ~SpawnActions() { posix_spawn_file_actions_destroy(&value); }
-  SpawnActions(const SpawnActions&) = delete;
-  SpawnActions& operator=(const SpawnActions&) = delete;
-};
 
 std::vector<std::string> commandLine(StartWay way) {
   if (way == StartWay::directly) return {helperPath(way)};

@@ -11,19 +11,13 @@
 #include <string>
 #include <vector>
 
+#include "platform/linux/foundation/spawn_actions.h"
+
 namespace vorrin::x11 {
 
 namespace {
 
 constexpr int firstConnection = STDERR_FILENO + 1;
-
-struct SpawnActions {
-  posix_spawn_file_actions_t value{};
-  SpawnActions() { posix_spawn_file_actions_init(&value); }
-  ~SpawnActions() { posix_spawn_file_actions_destroy(&value); }
-  SpawnActions(const SpawnActions&) = delete;
-  SpawnActions& operator=(const SpawnActions&) = delete;
-};
 
 std::string programPath() {
   std::error_code failure;
