@@ -65,11 +65,10 @@ void keepUntilQuiet(std::vector<pollfd> connections) {
 int main(int argumentCount, char** arguments) {
   // What ends Vorrin lets it end in order, and it then ends this too.
   for (const int signal : {SIGTERM, SIGINT, SIGHUP, SIGQUIT}) std::signal(signal, SIG_IGN);
-  std::vector<pollfd> connections;
   const int count = argumentCount > 1 ? std::atoi(arguments[1]) : 0;
-  for (int index = 0; index < count; ++index) {
-    connections.push_back({.fd = STDERR_FILENO + 1 + index, .events = POLLIN, .revents = 0});
-  }
+  std::vector<pollfd> connections(static_cast<std::size_t>(std::max(0, count)));
+  int descriptor = STDERR_FILENO;
+  for (pollfd& one : connections) one = {.fd = ++descriptor, .events = POLLIN, .revents = 0};
   waitForEnd(STDIN_FILENO);
   keepUntilQuiet(std::move(connections));
 }
