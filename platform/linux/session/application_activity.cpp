@@ -33,8 +33,9 @@ void observeApplicationActivity(std::function<void()> changed) {
   delete focusWatch();
   delete keyboardMap();
   if (!changed || qGuiApp == nullptr) return;
-  keyboardMap() = new LateKeyboardMap(*qGuiApp, applicationIsActive);
-  const auto tell = [map = keyboardMap(), changed = std::move(changed)] {
+  const QPointer<LateKeyboardMap> map = new LateKeyboardMap(*qGuiApp, applicationIsActive);
+  keyboardMap() = map;
+  const auto tell = [map, changed = std::move(changed)] {
     if (map) map->update();
     changed();
   };

@@ -25,14 +25,15 @@ LateKeyboardMap::LateKeyboardMap(QGuiApplication& application, std::function<boo
 
 void LateKeyboardMap::update() {
   const QWindow* const window = QGuiApplication::focusWindow();
-  if (!kept_ || !isInFront_() || window == nullptr) return;
-  const Announcement announcement = *std::exchange(kept_, std::nullopt);
+  if (window == nullptr || !isInFront_()) return;
+  const auto announcement = std::exchange(kept_, std::nullopt);
+  if (!announcement) return;
   auto* const connection =
       application_.nativeInterface<QNativeInterface::QX11Application>()->connection();
   constexpr std::uint8_t isForParents = 0;
   // Without a mask the server gives it to the client that made the window.
   xcb_send_event(connection, isForParents, static_cast<xcb_window_t>(window->winId()),
-                 XCB_EVENT_MASK_NO_EVENT, announcement.data());
+                 XCB_EVENT_MASK_NO_EVENT, announcement->data());
   xcb_flush(connection);
 }
 

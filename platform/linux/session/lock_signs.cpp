@@ -154,9 +154,9 @@ LockSignsOnX11::LockSignsOnX11() {
 
 LockSigns LockSignsOnX11::look() {
   ask();
-  if (!asked_) return {};
-  const auto request = *std::exchange(asked_, std::nullopt);
-  return read(answer(xcb_grab_keyboard_reply(connection_.get(), request, nullptr)).get());
+  const auto request = std::exchange(asked_, std::nullopt);
+  if (!request) return {};
+  return read(answer(xcb_grab_keyboard_reply(connection_.get(), *request, nullptr)).get());
 }
 
 void LockSignsOnX11::ask() {

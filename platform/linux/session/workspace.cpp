@@ -56,7 +56,7 @@ class WorkspaceObserver {
     if (qGuiApp == nullptr || inputWay() != InputWay::x11) return;
     if (!signs_) signs_ = std::make_unique<LockSignsOnX11>();
     const auto now = Clock::now();
-    if (asked_ && now - *asked_ < longestBelieved) takeAnswer(now);
+    if (asked_ && now - *asked_ < longestBelieved) takeAnswer(*asked_, now);
     if (now - seen_ >= longestBelieved) {
       asked_.reset();
       saw(signs_->look(), now, now);
@@ -69,9 +69,11 @@ class WorkspaceObserver {
   static WorkspaceObserver* current;
 
  private:
-  void takeAnswer(Clock::time_point now) {
+  void takeAnswer(Clock::time_point asked, Clock::time_point now) {
     const auto signs = signs_->answered();
-    if (signs) saw(*signs, *std::exchange(asked_, std::nullopt), now);
+    if (!signs) return;
+    asked_.reset();
+    saw(*signs, asked, now);
   }
 
   void saw(const LockSigns& signs, Clock::time_point asked, Clock::time_point now) {
