@@ -12,7 +12,6 @@
 #include <vector>
 
 #include "fake_helper.h"
-#include "platform/linux/helper/permission.h"
 
 namespace vorrin::helper {
 namespace {
@@ -423,20 +422,6 @@ TEST_F(BackendTest, without_a_helper_nothing_is_posted) {
   const std::array click{SyntheticEvent{.type = EventType::leftMouseDown, .location = {}}};
   backend.post(click);
   EXPECT_THAT(helper.starts(), IsEmpty());
-}
-
-TEST(AskPermission, without_a_system_bus_the_answer_is_no) {
-  ::setenv("DBUS_SYSTEM_BUS_ADDRESS", "disabled:", 1);
-  int argumentCount = 0;
-  const QCoreApplication application(argumentCount, nullptr);
-  QObject receiver;
-  std::optional<bool> answer;
-  for (int i = 0; i < 2; ++i) {
-    answer.reset();
-    askPermission(receiver, [&](bool allowed) { answer = allowed; });
-    ASSERT_TRUE(until([&] { return answer.has_value(); }));
-    EXPECT_FALSE(*answer);
-  }
 }
 
 /// Packets that no message is made of.

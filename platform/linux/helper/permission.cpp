@@ -68,7 +68,18 @@ bool isYes(const QDBusMessage& reply) {
   bool authorized = false;
   result.beginStructure();
   result >> authorized;
+  // Without this the library keeps what it reads with for ever.
+  result.endStructure();
   return authorized;
+}
+
+/// A connection of its own, made anew where the bus ended: the library's own would stay dead.
+QDBusConnection systemBus() {
+  const QString name = "vorrin-permission";
+  const QDBusConnection former(name);
+  if (former.isConnected()) return former;
+  QDBusConnection::disconnectFromBus(name);
+  return QDBusConnection::connectToBus(QDBusConnection::SystemBus, name);
 }
 
 }  // namespace
@@ -81,7 +92,7 @@ namespace vorrin::helper {
 void askPermission(QObject& receiver, std::function<void(bool)> answered) {
   qDBusRegisterMetaType<Subject>();
   qDBusRegisterMetaType<QMap<QString, QString>>();
-  const auto bus = QDBusConnection::systemBus();
+  const auto bus = systemBus();
   if (!bus.isConnected()) {
     // A call would never be answered.
     QTimer::singleShot(0, &receiver, [answered = std::move(answered)] { answered(false); });
