@@ -35,6 +35,8 @@ const QDBusArgument& operator>>(const QDBusArgument& argument, Subject& subject)
   argument.beginStructure();
   argument >> subject.kind >> subject.details;
   argument.endStructure();
+  // The signature is the library's.
+  // NOLINTNEXTLINE(bugprone-return-const-ref-from-parameter)
   return argument;
 }
 
@@ -76,7 +78,7 @@ bool isYes(const QDBusMessage& reply) {
 /// A connection of its own, made anew where the bus ended: the library's own would stay dead.
 QDBusConnection systemBus() {
   const QString name = "vorrin-permission";
-  const QDBusConnection former(name);
+  QDBusConnection former(name);
   if (former.isConnected()) return former;
   QDBusConnection::disconnectFromBus(name);
   return QDBusConnection::connectToBus(QDBusConnection::SystemBus, name);
