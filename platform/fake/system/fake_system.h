@@ -25,8 +25,7 @@ struct System {
   bool trusted = true;       ///< of both queries for the permission
   bool refusesTaps = false;  ///< `EventTap::create` gives nothing
   bool refusesKeys = false;  ///< `EventTap::setSwallowable` gives false
-  bool endsTaps =
-      false;  ///< `EventTap::addToMainRunLoop` and `setEnabled` find that the tap has ended
+  bool endsTaps = false;     ///< a tap ends within the next call of it
   std::optional<PointerLocation> pointer =
       PointerLocation{};  ///< nothing: the pointer cannot be found
 
