@@ -51,7 +51,7 @@ function(vorrin_install_compressed source name folder)
   install(FILES ${compressed} DESTINATION ${folder})
 endfunction()
 vorrin_install_compressed(${vorrin_packaging}/man/vorrin.1 vorrin.1 ${CMAKE_INSTALL_MANDIR}/man1)
-foreach(program vorrin-input-helper vorrin-input-permission)
+foreach(program vorrin-connection-keeper vorrin-input-helper vorrin-input-permission)
   vorrin_install_compressed(${vorrin_packaging}/man/${program}.8 ${program}.8
                             ${CMAKE_INSTALL_MANDIR}/man8)
 endforeach()

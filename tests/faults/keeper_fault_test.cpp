@@ -66,6 +66,15 @@ TEST_F(KeeperFault, signals_that_ask_a_program_to_end_leave_it_to_the_program) {
   expectSilence();
 }
 
+TEST(Keeper, started_by_somebody_else_it_says_so_and_ends) {
+  for (const char* arguments : {"", "0", "9", "x", "1 2"}) {
+    Process process(
+        {"sh", "-c", std::string("exec " VORRIN_CONNECTION_KEEPER " ") + arguments + " 2>&1"});
+    EXPECT_EQ(process.readLine(), "vorrin-connection-keeper: only Vorrin starts this");
+    EXPECT_EQ(process.waitForEnd(), (Ending{.bySignal = false, .number = 2}));
+  }
+}
+
 TEST_F(KeeperFault, without_it_the_macros_go_on) {
   startMacros();
   const pid_t process = keeper();

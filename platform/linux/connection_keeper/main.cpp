@@ -14,7 +14,9 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -63,10 +65,15 @@ void keepUntilQuiet(std::vector<pollfd> connections) {
 }  // namespace
 
 int main(int argumentCount, char** arguments) {
+  constexpr int most = 8;
+  const int count = argumentCount == 2 ? std::atoi(arguments[1]) : 0;
+  if (count < 1 || count > most) {
+    std::fputs("vorrin-connection-keeper: only Vorrin starts this\n", stderr);
+    return 2;
+  }
   // What ends Vorrin lets it end in order, and it then ends this too.
   for (const int signal : {SIGTERM, SIGINT, SIGHUP, SIGQUIT}) std::signal(signal, SIG_IGN);
-  const int count = argumentCount > 1 ? std::atoi(arguments[1]) : 0;
-  std::vector<pollfd> connections(static_cast<std::size_t>(std::max(0, count)));
+  std::vector<pollfd> connections(static_cast<std::size_t>(count));
   int descriptor = STDERR_FILENO;
   for (pollfd& one : connections) one = {.fd = ++descriptor, .events = POLLIN, .revents = 0};
   waitForEnd(STDIN_FILENO);
