@@ -11,11 +11,11 @@
 
 #include "bridge/keyboard_listener.h"
 #include "bridge/program_engine.h"
+#include "input_helper/protocol/protocol.h"
 #include "platform/fake/system/fake_system.h"
 #include "platform/fake/time/fake_time.h"
 #include "platform/fatal_error.h"
-#include "platform/linux/helper/tap.h"
-#include "platform/linux/helper_protocol/protocol.h"
+#include "platform/linux/input/helper/tap.h"
 
 using namespace vorrin;
 using namespace vorrin::helper_protocol;

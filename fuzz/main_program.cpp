@@ -14,8 +14,8 @@
 #include <variant>
 #include <vector>
 
-#include "platform/linux/helper_protocol/protocol.h"
-#include "platform/linux/input_helper/filter.h"
+#include "input_helper/filter.h"
+#include "input_helper/protocol/protocol.h"
 
 using namespace vorrin::helper_protocol;
 using namespace vorrin::input_helper;

@@ -1,4 +1,4 @@
-#include "platform/linux/instance/bus_address.h"
+#include "platform/linux/session/bus_address.h"
 
 #include <gtest/gtest.h>
 

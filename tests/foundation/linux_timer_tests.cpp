@@ -6,7 +6,7 @@
 #include <limits>
 #include <vector>
 
-#include "platform/linux/scheduling/timely_timers.h"
+#include "platform/linux/time/timely_timers.h"
 #include "platform/run_loop.h"
 #include "platform/timer.h"
 #include "tests/foundation/defaults_sandbox.h"

@@ -1,4 +1,4 @@
-#include "platform/linux/scheduling/real_time_thread.h"
+#include "platform/linux/time/real_time_thread.h"
 
 #include <gtest/gtest.h>
 #include <sched.h>

@@ -1,4 +1,4 @@
-#include "platform/linux/helper/backend.h"
+#include "platform/linux/input/helper/backend.h"
 
 #include <gmock/gmock.h>
 

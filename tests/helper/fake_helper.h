@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/helper/backend.h"
-#include "platform/linux/helper_protocol/packet_socket.h"
+#include "input_helper/protocol/packet_socket.h"
+#include "platform/linux/input/helper/backend.h"
 
 namespace vorrin::helper {
 

@@ -12,7 +12,7 @@
 #include <variant>
 #include <vector>
 
-#include "platform/linux/input_helper/filter.h"
+#include "input_helper/filter.h"
 
 namespace vorrin::input_helper {
 

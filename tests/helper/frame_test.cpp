@@ -1,4 +1,4 @@
-#include "platform/linux/input_helper/frame.h"
+#include "input_helper/frame.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "platform/linux/input_helper/permission_rule.h"
+#include "input_helper/permission_rule.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

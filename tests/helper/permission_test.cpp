@@ -1,4 +1,4 @@
-#include "platform/linux/helper/permission.h"
+#include "platform/linux/input/helper/permission.h"
 
 #include <gtest/gtest.h>
 

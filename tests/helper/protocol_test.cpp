@@ -1,4 +1,4 @@
-#include "platform/linux/helper_protocol/protocol.h"
+#include "input_helper/protocol/protocol.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -8,7 +8,7 @@
 
 #include <vector>
 
-#include "platform/linux/helper_protocol/packet_socket.h"
+#include "input_helper/protocol/packet_socket.h"
 
 namespace vorrin::helper_protocol {
 namespace {

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/helper_protocol/file_descriptor.h"
+#include "input_helper/protocol/file_descriptor.h"
 
 namespace vorrin::machine {
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/helper_protocol/packet_socket.h"
+#include "input_helper/protocol/packet_socket.h"
 
 namespace vorrin::machine {
 

@@ -8,8 +8,8 @@
 #include <filesystem>
 #include <fstream>
 
+#include "input_helper/protocol/file_descriptor.h"
 #include "permission_fixture.h"
-#include "platform/linux/helper_protocol/file_descriptor.h"
 
 namespace vorrin::machine {
 namespace {

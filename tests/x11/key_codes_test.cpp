@@ -1,4 +1,4 @@
-#include "platform/linux/key_codes.h"
+#include "platform/linux/input/key_codes.h"
 
 #include <gtest/gtest.h>
 

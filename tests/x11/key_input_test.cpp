@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 // After the test framework, whose names Xlib's macros would break.
-#include "platform/linux/x11/key_input.h"
+#include "platform/linux/input/x11/key_input.h"
 
 namespace vorrin::x11 {
 namespace {

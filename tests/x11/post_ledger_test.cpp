@@ -1,4 +1,4 @@
-#include "platform/linux/x11/post_ledger.h"
+#include "platform/linux/input/x11/post_ledger.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "platform/linux/x11/server_clock.h"
+#include "platform/linux/input/x11/server_clock.h"
 
 #include <gtest/gtest.h>
 

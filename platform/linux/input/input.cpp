@@ -5,10 +5,10 @@
 #include "platform/accessibility.h"
 #include "platform/event_post.h"
 #include "platform/event_tap.h"
-#include "platform/linux/helper/backend.h"
+#include "platform/linux/input/helper/backend.h"
 #include "platform/linux/input/input_backend.h"
 #include "platform/linux/input/input_way.h"
-#include "platform/linux/x11/backend.h"
+#include "platform/linux/input/x11/backend.h"
 
 namespace vorrin {
 

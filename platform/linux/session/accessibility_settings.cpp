@@ -1,4 +1,4 @@
-#include "platform/linux/helper/backend.h"
+#include "platform/linux/input/helper/backend.h"
 #include "platform/linux/input/input_backend.h"
 #include "platform/linux/widgets/sheet.h"
 #include "platform/linux/widgets/window_widget.h"

@@ -4,8 +4,8 @@
 
 #include <optional>
 
+#include "platform/linux/input/x11/quiet_connection.h"
 #include "platform/linux/session/session_presence.h"
-#include "platform/linux/x11/quiet_connection.h"
 
 namespace vorrin {
 

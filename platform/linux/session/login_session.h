@@ -7,7 +7,7 @@
 #include <QVariantMap>
 #include <functional>
 
-#include "platform/linux/instance/lasting_bus.h"
+#include "platform/linux/session/lasting_bus.h"
 #include "platform/linux/session/session_presence.h"
 
 namespace vorrin {

@@ -5,7 +5,7 @@
 #include <QDBusServiceWatcher>
 #include <QObject>
 
-#include "platform/linux/instance/lasting_bus.h"
+#include "platform/linux/session/lasting_bus.h"
 #include "platform/linux/session/session_presence.h"
 
 namespace vorrin {

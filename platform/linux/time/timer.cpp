@@ -12,7 +12,7 @@
 #include <utility>
 
 #include "platform/fatal_error.h"
-#include "platform/linux/scheduling/timely_timers.h"
+#include "platform/linux/time/timely_timers.h"
 #include "platform/linux/time/timer_native.h"
 
 namespace vorrin {

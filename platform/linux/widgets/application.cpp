@@ -12,8 +12,8 @@
 #include <span>
 #include <string_view>
 
-#include "platform/linux/instance/single_instance.h"
-#include "platform/linux/scheduling/timely_thread.h"
+#include "platform/linux/session/single_instance.h"
+#include "platform/linux/time/timely_thread.h"
 #include "platform/linux/widgets/accessible_window.h"
 #include "platform/linux/widgets/dark_style.h"
 #include "platform/linux/widgets/display_loss.h"

@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "platform/linux/instance/silent_buses.h"
+#include "platform/linux/session/silent_buses.h"
 
 namespace vorrin {
 

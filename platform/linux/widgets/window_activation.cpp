@@ -8,7 +8,7 @@
 #include <memory>
 #include <optional>
 
-#include "platform/linux/widgets/x11_atom.h"
+#include "platform/linux/foundation/xcb_reply.h"
 
 namespace vorrin {
 
@@ -43,7 +43,7 @@ class WindowManager {
     event.response_type = XCB_CLIENT_MESSAGE;
     event.format = 32;
     event.window = window_;
-    event.type = x11Atom(connection_, message);
+    event.type = xcbAtom(connection_, message);
     event.data.data32[0] = first;
     event.data.data32[1] = second;
     // The server copies as many bytes as every event has.
@@ -58,7 +58,7 @@ class WindowManager {
 
   [[nodiscard]] std::optional<std::uint32_t> number(xcb_window_t window,
                                                     std::string_view property) const {
-    const auto request = xcb_get_property(connection_, 0, window, x11Atom(connection_, property),
+    const auto request = xcb_get_property(connection_, 0, window, xcbAtom(connection_, property),
                                           XCB_ATOM_CARDINAL, 0, 1);
     const std::unique_ptr<xcb_get_property_reply_t, decltype(&std::free)> reply(
         xcb_get_property_reply(connection_, request, nullptr), &std::free);

@@ -7,9 +7,9 @@
 #include <algorithm>
 #include <string_view>
 
+#include "platform/linux/foundation/xcb_reply.h"
 #include "platform/linux/widgets/main_menu.h"
 #include "platform/linux/widgets/palette.h"
-#include "platform/linux/widgets/x11_atom.h"
 
 namespace vorrin {
 
@@ -83,7 +83,7 @@ void WindowWidget::askForDarkFrame() {
   constexpr std::string_view variant = "dark";
   xcb_connection_t* const connection = x11->connection();
   xcb_change_property(connection, XCB_PROP_MODE_REPLACE, static_cast<xcb_window_t>(winId()),
-                      x11Atom(connection, name), x11Atom(connection, type), 8,
+                      xcbAtom(connection, name), xcbAtom(connection, type), 8,
                       static_cast<std::uint32_t>(variant.size()), variant.data());
 }
 

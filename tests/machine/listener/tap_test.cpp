@@ -6,7 +6,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include "platform/linux/key_codes.h"
+#include "platform/linux/input/key_codes.h"
 #include "tests/x11/harness/wait.h"
 
 namespace vorrin::x11_tests {

@@ -7,7 +7,7 @@
 #include <cstring>
 #include <stdexcept>
 
-#include "platform/linux/key_codes.h"
+#include "platform/linux/input/key_codes.h"
 #include "tests/x11/harness/display.h"
 
 namespace vorrin::x11_tests {

@@ -1,0 +1,56 @@
+#include "input_helper/frame.h"
+
+#include <algorithm>
+#include <array>
+
+namespace vorrin::input_helper {
+namespace {
+
+constexpr std::array panicChord = {KEY_ESC, KEY_BACKSPACE, KEY_ENTER};
+
+bool isScanCode(const InputEvent& event) {
+  return event.type == EV_MSC && event.code == MSC_SCAN;
+}
+
+}  // namespace
+
+bool isKey(const InputEvent& event) {
+  return event.type == EV_KEY && event.code < KEY_CNT;
+}
+
+bool isOutput(const InputEvent& event) {
+  return event.type == EV_LED || event.type == EV_SND || event.type == EV_REP;
+}
+
+void followKeys(const Frame& frame, KeySet& keys) {
+  for (const auto& event : frame) {
+    if (isKey(event)) keys.set(event.code, event.value != released);
+  }
+}
+
+Frame difference(const KeySet& before, const KeySet& after) {
+  Frame frame;
+  for (const bool down : {false, true}) {
+    for (std::size_t key = 0; key < KEY_CNT; ++key) {
+      if (before.test(key) == after.test(key) || after.test(key) != down) continue;
+      frame.push_back({EV_KEY, static_cast<std::uint16_t>(key), down ? pressed : released});
+    }
+  }
+  return frame;
+}
+
+bool holdsPanicChord(const KeySet& keys) {
+  return std::ranges::all_of(panicChord, [&](int key) { return keys.test(std::size_t(key)); });
+}
+
+void keepEvent(const Frame& frame, std::size_t place, Frame& kept) {
+  const auto& event = frame[place];
+  if (event.type == EV_KEY && place > 0 && isScanCode(frame[place - 1])) {
+    kept.push_back(frame[place - 1]);
+  }
+  const bool isScanCodeOfKey =
+      isScanCode(event) && place + 1 < frame.size() && frame[place + 1].type == EV_KEY;
+  if (!isScanCodeOfKey) kept.push_back(event);
+}
+
+}  // namespace vorrin::input_helper

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+
+#include "input_helper/device.h"
+#include "input_helper/filter.h"
+
+namespace vorrin::input_helper {
+
+/// One keyboard of the user's and the clone that stands in for it while it is grabbed.
+class PhysicalKeyboard {
+ public:
+  /// Takes over an open event device. `openUinput` is asked for /dev/uinput once the device proved
+  /// to be a keyboard. Nothing for other devices, for virtual ones, and when no clone can be made.
+  static std::optional<PhysicalKeyboard> adopt(FileDescriptor device,
+                                               const std::function<FileDescriptor()>& openUinput);
+
+  /// What reading brought.
+  struct Reader {
+    std::function<void(Frame, Moment)> frame;           ///< with the time the kernel gave it
+    std::function<void(const KeySet&)> resynchronised;  ///< events were lost; these keys are down
+  };
+  /// Reads all there is. False when the keyboard is gone.
+  [[nodiscard]] bool read(const Reader& reader);
+
+  [[nodiscard]] GrabResult grab() const;
+  /// Tells when it took effect, which the kernel makes it do at the beginning of the call.
+  [[nodiscard]] Moment ungrab() const;
+  void emit(std::span<const InputEvent> frame) const { clone_.write(frame); }
+  /// Lights on the keyboard what others lit on its clone.
+  void copyLights() const;
+
+  [[nodiscard]] KeySet keysDown() const;
+  [[nodiscard]] int deviceNumber() const { return device_.number(); }
+  [[nodiscard]] int cloneNumber() const { return clone_.number(); }
+
+ private:
+  PhysicalKeyboard(FileDescriptor device, MadeDevice clone);
+
+  FileDescriptor device_;
+  MadeDevice clone_;
+  Frame partial_;
+  bool dropping_ = false;  ///< events were lost; what comes up to the next SYN_REPORT counts not
+};
+
+/// Whether a device can send a shortcut key or Escape.
+bool isKeyboard(const libevdev* device);
+
+/// Whether the place of a device in /sys is one where uinput makes its devices. Bluetooth keyboards
+/// are virtual too, but have a parent of their own there.
+bool isMadeByProgram(const std::string& place);
+
+}  // namespace vorrin::input_helper

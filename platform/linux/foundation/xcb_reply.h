@@ -1,0 +1,28 @@
+#pragma once
+
+#include <xcb/xcb.h>
+
+#include <cstdlib>
+#include <memory>
+#include <string_view>
+
+namespace vorrin {
+
+struct FreeXcbReply {
+  void operator()(void* reply) const { std::free(reply); }
+};
+
+/// A reply of the X server. Null when the request failed or the server is lost.
+template <class Reply>
+using XcbReply = std::unique_ptr<Reply, FreeXcbReply>;
+
+/// Takes ownership of what a call of XCB returned: `ownReply(xcb_..._reply(...))`.
+template <class Reply>
+XcbReply<Reply> ownReply(Reply* reply) {
+  return XcbReply<Reply>(reply);
+}
+
+/// The number that the X server knows `name` by; 0 when the server is lost.
+xcb_atom_t xcbAtom(xcb_connection_t* connection, std::string_view name);
+
+}  // namespace vorrin

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <span>
+#include <vector>
+
+#include "input_helper/protocol/protocol.h"
+#include "platform/event_tap.h"
+
+namespace vorrin::helper {
+
+/// An event tap that the helper asks, as `EventTap` describes it. Only the six shortcut keys and
+/// Escape ever arrive.
+class Tap {
+ public:
+  using Configured = std::function<void(const helper_protocol::Configure&)>;
+
+  /// `configured` is told whenever the helper has to know something new.
+  Tap(std::uint64_t mask, std::span<const std::uint16_t> swallowable, EventTap::Callback callback,
+      std::function<void()> invalidated, Configured configured);
+  ~Tap();
+  Tap(const Tap&) = delete;
+  Tap& operator=(const Tap&) = delete;
+
+  void addToMainRunLoop();
+  void setEnabled(bool enabled);
+  [[nodiscard]] bool setSwallowable(std::span<const std::uint16_t> keyCodes);
+
+  /// Whether the key may be swallowed. The callback may make the tap go away.
+  [[nodiscard]] bool decide(const helper_protocol::Question& question) const;
+  void tell(const helper_protocol::KeyMoved& moved) const;
+  void tellDisabled(helper_protocol::DisableReason reason);
+  /// Ends the tap for good: nothing is told or configured any more.
+  void end();
+  /// The same, with a word to whoever made it, who may make it go away.
+  void invalidate();
+
+ private:
+  [[nodiscard]] TapVerdict call(const helper_protocol::KeyMoved& moved) const;
+  void configure() const;
+
+  std::uint64_t mask_;
+  std::vector<std::uint16_t> keys_;  ///< the kernel's numbers
+  EventTap::Callback callback_;
+  std::function<void()> invalidated_;
+  Configured configured_;
+  bool attached_ = false;
+  bool enabled_ = false;
+};
+
+}  // namespace vorrin::helper

@@ -1,0 +1,104 @@
+#include "platform/linux/session/single_instance.h"
+
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusReply>
+
+namespace vorrin {
+
+namespace {
+
+constexpr auto name = "org.vorrin.Vorrin";
+constexpr auto path = "/org/vorrin/Vorrin";
+constexpr auto interface = "org.freedesktop.Application";
+constexpr int answerMilliseconds = 2000;
+
+/// How often a name may turn out to be somebody's who is gone before one of the two steps: each
+/// time another start has to end just then.
+constexpr int claimAttempts = 5;
+
+// The variable by which a launcher hands over the user's wish to see the program's window, and the
+// name under which the interface passes it on.
+constexpr auto tokenVariable = "XDG_ACTIVATION_TOKEN";
+constexpr auto tokenKey = "activation-token";
+
+/// What launchers hand over is a few dozen bytes, with names of programs and machines some hundred.
+constexpr qsizetype longestToken = 1024;
+
+QVariantMap ownPlatformData() {
+  QVariantMap data;
+  if (qEnvironmentVariableIsSet(tokenVariable)) {
+    data[tokenKey] = qEnvironmentVariable(tokenVariable);
+  }
+  return data;
+}
+
+/// The token among what a caller sent, which may be anything; empty where there is none to be used.
+QByteArray tokenIn(const QVariantMap& platformData) {
+  const QVariant value = platformData.value(tokenKey);
+  if (value.typeId() != QMetaType::QString) return {};
+  const QByteArray token = value.toString().toUtf8();
+  return token.size() <= longestToken ? token : QByteArray();
+}
+
+}  // namespace
+
+SingleInstance::SingleInstance(InstanceRequests requests) : requests_(std::move(requests)) {}
+
+bool SingleInstance::claim() {
+  const QDBusConnection bus = bus_.reach([this](const QDBusConnection& newBus) {
+    answerOn(newBus);
+    // Another one that was faster is left in peace: both are at work already.
+    static_cast<void>(takeName(newBus));
+  });
+  if (!bus.isConnected()) return true;
+  answerOn(bus);
+  for (int attempt = 0; attempt < claimAttempts; ++attempt) {
+    if (takeName(bus)) return true;
+    if (callUpFirst(bus)) return false;
+  }
+  return true;
+}
+
+// To be done before taking the name: whoever has it can be asked at once.
+void SingleInstance::answerOn(QDBusConnection bus) {
+  bus.registerObject(path, this, QDBusConnection::ExportAllSlots);
+}
+
+bool SingleInstance::takeName(const QDBusConnection& bus) {
+  bus.interface()->setTimeout(answerMilliseconds);
+  const QDBusReply<QDBusConnectionInterface::RegisterServiceReply> reply =
+      bus.interface()->registerService(name);
+  // A bus that gives names to nobody must not keep the program from starting.
+  return !reply.isValid() || reply.value() == QDBusConnectionInterface::ServiceRegistered;
+}
+
+bool SingleInstance::callUpFirst(const QDBusConnection& bus) {
+  QDBusMessage call = QDBusMessage::createMethodCall(name, path, interface, "Activate");
+  call << ownPlatformData();
+  // The bus must not start yet another one to answer this.
+  call.setAutoStartService(false);
+  const QDBusMessage answer = bus.call(call, QDBus::Block, answerMilliseconds);
+  if (answer.type() != QDBusMessage::ErrorMessage) return true;
+  // One that is busy has the call waiting for it; one that ended meanwhile has given back the name.
+  return bus.interface()->isServiceRegistered(name);
+}
+
+void SingleInstance::Activate(const QVariantMap& platformData) {
+  // The widget library takes the token from here when it next raises a window.
+  if (const QByteArray token = tokenIn(platformData); !token.isEmpty()) {
+    qputenv(tokenVariable, token);
+  }
+  requests_.reopen();
+}
+
+void SingleInstance::Open(const QStringList& /*addresses*/, const QVariantMap& platformData) {
+  Activate(platformData);
+}
+
+void SingleInstance::ActivateAction(const QString& action, const QVariantList& /*parameters*/,
+                                    const QVariantMap& /*platformData*/) {
+  if (action == QLatin1String("stop-all")) requests_.stopAll();
+}
+
+}  // namespace vorrin
