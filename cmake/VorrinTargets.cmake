@@ -8,9 +8,15 @@ add_library(vorrin_options INTERFACE)
 target_compile_features(vorrin_options INTERFACE cxx_std_20)
 target_compile_options(vorrin_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Wold-style-cast
-  -Werror -fno-strict-aliasing
+  -fno-strict-aliasing
   # GCC 12 sees overlaps in std::string that cannot be there (GCC bug 105651).
   $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
+if(VORRIN_WARNINGS_ARE_ERRORS AND
+   ((CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION MATCHES "^1[2-4]\\.") OR
+    (CMAKE_CXX_COMPILER_ID STREQUAL "Clang" AND CMAKE_CXX_COMPILER_VERSION MATCHES "^1[69]\\.")))
+  # Of other compilers nobody knows what they will warn of.
+  target_compile_options(vorrin_options INTERFACE -Werror)
+endif()
 if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
   # Qt's build files name the OpenGL libraries, which Vorrin never calls: without this they would be
   # loaded at every start.

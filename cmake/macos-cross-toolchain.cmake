@@ -74,5 +74,3 @@ file(WRITE ${framework}/GTestConfig.cmake
 endif()
 ")
 set(GTest_DIR ${framework})
-# Tests cannot be asked for their names here.
-set(CMAKE_GTEST_DISCOVER_TESTS_DISCOVERY_MODE PRE_TEST)
