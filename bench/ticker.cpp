@@ -6,6 +6,7 @@
 #include <cstdlib>
 
 #include "bridge/event_synthesis.h"
+#include "bridge/keyboard_listener.h"
 #include "bridge/program_engine.h"
 #include "platform/run_loop.h"
 
@@ -55,6 +56,8 @@ int main(int argumentCount, char** arguments) {
     std::exit(EXIT_SUCCESS);
   };
   engine.toggle(1);
+  // The timer's main loop is there now, which the tap needs.
+  vorrin::connectKeyboardListener();
   // Never long enough: the last tick ends the process.
   vorrin::RunLoop::main().runFor(3600);
 }

@@ -17,21 +17,31 @@ namespace {
 constexpr std::uint64_t modifierFlags = event_flags::maskCommand | event_flags::maskControl |
                                         event_flags::maskAlternate | event_flags::maskShift;
 
-/// What the present tap was last told by `setSwallowable` or at its creation.
-std::vector<std::uint16_t> swallowable;
+using Keys = std::set<std::uint16_t>;
 
-/// Counts the taps made, so that news of an earlier tap's end is not taken for the present one's.
-std::uint64_t tapGeneration = 0;
+bool claim(const Keys& keys) {
+  return engine.tap->claim(std::vector(keys.begin(), keys.end()));
+}
 
-std::vector<std::uint16_t> keysToSwallow() {
-  if (!sessionWasActive()) return {};
-  std::set<std::uint16_t> keys = engine.held;
-  if (!applicationIsActive()) {
-    for (const int macro : {0, 1}) {
-      if (engine.enabled[macro]) keys.insert(engine.keys[macro]);
-    }
+bool canClaim(const Keys& keys) {
+  return engine.tap->canClaim(std::vector(keys.begin(), keys.end()));
+}
+
+Keys enabledShortcuts() {
+  Keys keys;
+  for (const int macro : {0, 1}) {
+    if (engine.enabled[macro]) keys.insert(engine.keys[macro]);
   }
-  return {keys.begin(), keys.end()};
+  return keys;
+}
+
+/// False when another program holds one of the keys.
+bool claimAsThingsStand() {
+  if (!sessionIsActive()) return claim({});
+  Keys shortcuts = enabledShortcuts();
+  if (applicationIsActive()) return claim(engine.held) && canClaim(shortcuts);
+  shortcuts.insert(engine.held.begin(), engine.held.end());
+  return claim(shortcuts);
 }
 
 void dropTap() {
@@ -51,8 +61,7 @@ std::uint16_t checkedKeyCode(std::int64_t keyCode) {
 void recoverDisabledTap() {
   engine.stopAll();
   engine.held.clear();
-  // A copy, for the tap may end by itself during the call and engine.tap with it.
-  if (const auto tap = engine.tap) tap->setEnabled(true);
+  if (engine.tap) engine.tap->setEnabled(true);
 }
 
 /// Typing into this program's own window triggers no shortcut and is never swallowed. A key pressed
@@ -72,16 +81,11 @@ std::uint64_t eventMaskBit(EventType type) {
 void connectKeyboardListener() {
   if (engine.tap || !isProcessTrustedWithPrompt()) return;
   const std::uint64_t mask = eventMaskBit(EventType::keyDown) | eventMaskBit(EventType::keyUp);
-  swallowable = keysToSwallow();
-  const auto invalidated = [generation = ++tapGeneration] {
-    if (generation == tapGeneration) dropTap();
-  };
-  engine.tap = EventTap::create(mask, swallowable, keyboardTapCallback, invalidated);
+  engine.tap = EventTap::create(mask, keyboardTapCallback, dropTap);
   if (!engine.tap) return;
-  // A copy, for the tap may end by itself during either call and engine.tap with it.
-  const EventTap tap = *engine.tap;
-  tap.addToMainRunLoop();
-  tap.setEnabled(true);
+  engine.tap->addToMainRunLoop();
+  engine.tap->setEnabled(true);
+  updateClaimedKeys();
 }
 
 TapVerdict keyboardTapCallback(const TapEvent& event) {
@@ -103,15 +107,8 @@ TapVerdict keyboardTapCallback(const TapEvent& event) {
   return swallow ? TapVerdict::swallow : TapVerdict::pass;
 }
 
-void updateSwallowableKeys() {
-  if (!engine.tap) return;
-  auto keys = keysToSwallow();
-  if (keys == swallowable) return;
-  // A copy, for the tap may end by itself during the call and engine.tap with it.
-  const EventTap tap = *engine.tap;
-  swallowable = keys;
-  if (tap.setSwallowable(keys)) return;
-  dropTap();
+void updateClaimedKeys() {
+  if (engine.tap && !claimAsThingsStand()) dropTap();
 }
 
 }  // namespace vorrin

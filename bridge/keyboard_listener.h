@@ -17,11 +17,12 @@ void connectKeyboardListener();
 /// What the tap asks about every key event: hands the user's own to the engine.
 TapVerdict keyboardTapCallback(const TapEvent& event);
 
-/// Tells the tap which keys it may have to swallow as things stand: those held, and the shortcuts
-/// of the enabled macros unless this program is the active one; none while the user is not at this
-/// session. Asks the system only when that
-/// changed. When the system refuses a key the tap is given up, to be made anew by the permission
-/// watch.
-void updateSwallowableKeys();
+/// Claims the keys that belong to the program as things stand: those held, and the shortcuts of the
+/// enabled macros; while this program is the active one the shortcuts need only be free, and while
+/// the user is not at this session nothing is claimed. To be called when one of these changed, but
+/// not from within `keyboardTapCallback`. When a key is another program's the tap is given up and
+/// both macros stop: without its shortcuts the listener is not there. The permission watch makes it
+/// anew.
+void updateClaimedKeys();
 
 }  // namespace vorrin

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "bridge/keyboard_listener.h"
 #include "bridge/program_engine.h"
 #include "platform/accessibility.h"
 #include "platform/run_loop.h"
@@ -15,7 +16,11 @@ constexpr double pollInterval = 1.0;
 
 void permissionWatchTick(const std::function<void()>& connect,
                          const std::function<void()>& refresh) {
-  if (!engine.tap && isProcessTrusted()) connect();
+  if (engine.tap) {
+    updateClaimedKeys();
+  } else if (isProcessTrusted()) {
+    connect();
+  }
   refresh();
 }
 

@@ -6,8 +6,9 @@
 
 namespace vorrin {
 
-/// One look of the permission watch: connects when there is no tap but the process is trusted, and
-/// refreshes in every case. Never makes the system ask the user.
+/// One look of the permission watch: connects when there is no tap but the process is trusted,
+/// claims anew what the present tap should have, and refreshes in every case. Never makes the
+/// system ask the user.
 void permissionWatchTick(const std::function<void()>& connect,
                          const std::function<void()>& refresh);
 

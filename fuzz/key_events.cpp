@@ -38,7 +38,7 @@ void startProgram() {
   engine.enabled = {true, true};
   engine.intervals = {0.05, 0.001};
   engine.keys = {50, 48};
-  engine.changed = [] { updateSwallowableKeys(); };
+  engine.changed = nullptr;
   engine.permitted = [] { return macrosPermitted(true); };
   engine.emit = [](int macro) { emitMacro(macro, [] {}); };
   connectKeyboardListener();
@@ -111,7 +111,8 @@ void happen(FuzzedDataProvider& input) {
       fake::system().refusesTaps = yes;
       return;
     case 6:
-      fake::system().refusesKeys = yes;
+      fake::system().keysOfOthers.clear();
+      if (yes) fake::system().keysOfOthers.insert(input.PickValueInArray(shortcuts));
       return;
     case 7:
       return permissionWatchTick([] { connectKeyboardListener(); }, [] {});
@@ -128,7 +129,7 @@ void play(FuzzedDataProvider& input) {
     case 0:
     case 1:
       happen(input);
-      return updateSwallowableKeys();  // as the window does at every refresh
+      return updateClaimedKeys();  // as the window does
     case 2:
       return fake::advance(0.001 * input.ConsumeIntegralInRange<int>(0, 200));
     case 3:

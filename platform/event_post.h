@@ -28,7 +28,8 @@ std::optional<PointerLocation> pointerLocation();
 
 /// Injects the events in their order and hands them to the system as one batch, so that no fault
 /// between two of them leaves a key or button down. An event the system fails to make is left out;
-/// the others are still posted. Nothing is reported. Does not allocate.
+/// the others are still posted. Nothing is reported, and nothing need happen before the first tap
+/// was made. Does not allocate.
 void postEvents(std::span<const SyntheticEvent> events);
 
 }  // namespace vorrin

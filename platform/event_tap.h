@@ -41,24 +41,24 @@ struct TapEvent {
 enum class TapVerdict { pass, swallow };
 
 /// A system-wide filter in front of all other programs, for the event types of its mask. Copies
-/// refer to the same tap. The system may disable it (its callback is then told by an event of one
-/// of the two `tapDisabled` types, which no verdict can swallow) or take it away for good
-/// (`invalidated`).
+/// refer to the same tap; with the last of them it ends. The system may disable it (its callback is
+/// then told by an event of one of the two `tapDisabled` types, which no verdict can swallow) or
+/// take it away for good (`invalidated`).
 class EventTap {
  public:
-  /// Called on the main thread for every event of the mask, in the order the user made them.
+  /// Called from the main loop for the events of the mask, in the order the user made them. Which
+  /// keys it is asked about besides Escape and those that can be shortcuts is the system's choice.
   using Callback = TapVerdict (*)(const TapEvent&);
 
-  /// Makes a tap, not yet attached and not yet enabled.
+  /// Makes a tap that claims no key, not yet attached and not yet enabled.
   /// `mask`: one bit an event type, bit number = raw value.
-  /// `swallowable`: see `setSwallowable`.
-  /// `invalidated`: called once on the main thread when the tap ends by itself (its connection is
-  /// lost, its keys cannot be held any more); the tap is dead by then and a new one has to be made.
-  /// Nothing comes back when the system refuses: the process is not trusted, or another program
-  /// holds one of the keys.
-  static std::optional<EventTap> create(std::uint64_t mask,
-                                        std::span<const std::uint16_t> swallowable,
-                                        Callback callback, std::function<void()> invalidated);
+  /// `invalidated`: called once from the main loop, never within a call of the tap, when the tap
+  /// ends by itself (its connection is lost, a key it claims is lost to another program). The tap
+  /// is dead by then and a new one has to be made; not called once the tap has ended otherwise.
+  /// Nothing comes back when the system refuses: the process is not trusted, or the system has no
+  /// such service.
+  static std::optional<EventTap> create(std::uint64_t mask, Callback callback,
+                                        std::function<void()> invalidated);
 
   /// Attaches the tap to the main run loop, in the common modes.
   void addToMainRunLoop() const;
@@ -66,11 +66,14 @@ class EventTap {
   /// Turns delivery on or off. A disabled tap lets every event pass unseen.
   void setEnabled(bool enabled) const;
 
-  /// Names the key codes whose events the callback may swallow from now on; events of all other
-  /// keys are only seen. A verdict `swallow` for a key outside this set has no effect. Systems that
-  /// take keys away one by one need it, the others ignore it. False when the system refuses one of
-  /// them (another program holds it): the tap is then of no use and should be dropped.
-  [[nodiscard]] bool setSwallowable(std::span<const std::uint16_t> keyCodes) const;
+  /// Claims exactly these keys: the callback may swallow them from now on, and the verdict
+  /// `swallow` has no effect on any other. Systems that hand out keys one by one need it; on the
+  /// others it is always granted. False when another program holds one of them: then none is
+  /// claimed.
+  [[nodiscard]] bool claim(std::span<const std::uint16_t> keyCodes) const;
+
+  /// Whether `claim` would be granted these keys now. What is claimed stays as it is.
+  [[nodiscard]] bool canClaim(std::span<const std::uint16_t> keyCodes) const;
 
  private:
   struct Native;

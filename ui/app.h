@@ -92,8 +92,8 @@ class App : public std::enable_shared_from_this<App> {
   void renamePreset();
   void deletePreset();
 
-  /// Brings all changing texts, colours and enabled states, the keys to be swallowed, and the
-  /// status file in line with the engine and the system. Cheap, and the same again when nothing
+  /// Brings all changing texts, colours and enabled states and the status file in line with the
+  /// engine and the system, and changes nothing else. Cheap, and the same again when nothing
   /// changed.
   void refresh();
 
@@ -124,6 +124,7 @@ class App : public std::enable_shared_from_this<App> {
   void applyTheme();
   void installEngineCallbacks();
   void observeSystem();
+  void followSurroundings();
   void start();
 
   void themeTextField(const TextField& field);

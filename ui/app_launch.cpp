@@ -1,4 +1,5 @@
 #include "bridge/event_synthesis.h"
+#include "bridge/keyboard_listener.h"
 #include "bridge/permission_watch.h"
 #include "bridge/program_engine.h"
 #include "platform/application.h"
@@ -48,17 +49,28 @@ void App::installEngineCallbacks() {
 }
 
 void App::observeSystem() {
+  const auto follow = [app = weak_from_this()] {
+    if (const auto alive = app.lock()) alive->followSurroundings();
+  };
   workspaceObserver_ = observeWorkspace({.willSleep = &App::stopAll,
-                                         .sessionDidResignActive = &App::stopAll,
-                                         .sessionDidBecomeActive = [app = weak_from_this()] {
-                                           if (const auto alive = app.lock()) alive->refresh();
-                                         }});
+                                         .sessionDidResignActive =
+                                             [follow] {
+                                               stopAll();
+                                               follow();
+                                             },
+                                         .sessionDidBecomeActive = follow});
+}
+
+/// Whether this program is in front and the user at the session decides what is claimed and shown.
+void App::followSurroundings() {
+  updateClaimedKeys();
+  refresh();
 }
 
 void App::start() {
   const auto weak = weak_from_this();
   observeApplicationActivity([weak] {
-    if (const auto alive = weak.lock()) alive->refresh();
+    if (const auto alive = weak.lock()) alive->followSurroundings();
   });
   connect();
   poll = schedulePermissionPoll(

@@ -1,4 +1,3 @@
-#include "bridge/keyboard_listener.h"
 #include "bridge/program_engine.h"
 #include "bridge/status_file.h"
 #include "platform/accessibility.h"
@@ -27,9 +26,6 @@ const char* statusText(bool ready) {
 }  // namespace
 
 void App::refresh() {
-  // First, since a key that another program took meanwhile costs the tap, which everything below
-  // shows.
-  updateSwallowableKeys();
   const bool ready = engine.tap.has_value() && isProcessTrusted();
   for (int macro = 0; macro < 2; ++macro) refreshMacro(macro, ready);
   refreshStatus(ready);

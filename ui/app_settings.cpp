@@ -1,3 +1,4 @@
+#include "bridge/keyboard_listener.h"
 #include "bridge/program_engine.h"
 #include "settings/choices.h"
 #include "settings/settings_persistence.h"
@@ -68,6 +69,7 @@ void App::loadSettingsIntoEngine(const Preset& settings) {
     engine.enabled[macro] = settings.enabled[index];
   }
   engine.digit = static_cast<int>(settings.digit);
+  updateClaimedKeys();
 }
 
 }  // namespace vorrin

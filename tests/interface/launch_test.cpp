@@ -109,7 +109,7 @@ TEST_F(Launch, equal_saved_shortcuts_become_the_start_values) {
 }
 
 TEST_F(Launch, the_keyboard_listener_is_connected_before_the_window_is_shown) {
-  EXPECT_EQ(fake::system().tapCreations.size(), 1U);
+  EXPECT_EQ(fake::system().tapMasks.size(), 1U);
   EXPECT_TRUE(fake::tapIsListening());
   EXPECT_TRUE(driver::isVisible(app->window));
 }

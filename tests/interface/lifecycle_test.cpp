@@ -78,7 +78,7 @@ TEST_F(Lifecycle, the_interface_check_gets_a_window_that_is_not_shown_and_no_lis
   });
   checkedApp->applicationDidFinishLaunching();
   EXPECT_TRUE(checked);
-  EXPECT_TRUE(fake::system().tapCreations.empty());
+  EXPECT_TRUE(fake::system().tapMasks.empty());
   UserDefaults::removePersistentDomain(checkedApp->testSuite);
 }
 

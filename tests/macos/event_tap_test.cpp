@@ -33,7 +33,7 @@ class MacosEventTap : public testing::Test {
   }
 
   std::optional<EventTap> created() {
-    return EventTap::create(keyMask, {}, &callback, [this] {
+    return EventTap::create(keyMask, &callback, [this] {
       ++invalidations;
       if (dropsWhatEnded) dropped.reset();
     });
@@ -142,10 +142,11 @@ TEST_F(MacosEventTap, never_swallows_a_notice) {
   EXPECT_EQ(seen[1].type, EventType::tapDisabledByUserInput);
 }
 
-TEST_F(MacosEventTap, takes_any_keys_as_swallowable) {
+TEST_F(MacosEventTap, grants_any_keys) {
   const EventTap tap = connected();
   const std::vector<std::uint16_t> keys{50, 48};
-  EXPECT_TRUE(tap.setSwallowable(keys));
+  EXPECT_TRUE(tap.claim(keys));
+  EXPECT_TRUE(tap.canClaim(keys));
   EXPECT_THAT(quartz.takeCalls(), IsEmpty());
 }
 

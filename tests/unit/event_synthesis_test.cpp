@@ -161,7 +161,7 @@ TEST_F(EventSynthesisTest, emitting_never_prompts_and_refreshes_nothing_while_tr
 TEST_F(EventSynthesisTest, the_programs_own_keys_do_not_reach_the_engine) {
   connectKeyboardListener();
   engine.keys = {18, 48};
-  updateSwallowableKeys();
+  updateClaimedKeys();
   emit(0);
   EXPECT_FALSE(engine.running[0]);
   EXPECT_TRUE(engine.held.empty());

@@ -58,14 +58,15 @@ TEST_F(FakeSystemTest, openings_of_the_settings_are_counted) {
   EXPECT_EQ(fake::system().settingsOpenings, 1U);
 }
 
-TEST_F(FakeSystemTest, a_tap_swallows_only_what_it_was_allowed_to) {
-  const std::uint16_t allowed = 50;
+TEST_F(FakeSystemTest, a_tap_swallows_only_what_it_claimed) {
+  const std::uint16_t claimed = 50;
   const EventTap tap = test::required(EventTap::create(
-      0x400, {&allowed, 1}, [](const TapEvent&) { return TapVerdict::swallow; }, [] {}));
+      0x400, [](const TapEvent&) { return TapVerdict::swallow; }, [] {}));
   EXPECT_EQ(fake::feed({.keyCode = 50}), TapVerdict::pass);
   tap.addToMainRunLoop();
   EXPECT_EQ(fake::feed({.keyCode = 50}), TapVerdict::pass);
   tap.setEnabled(true);
+  ASSERT_TRUE(tap.claim({&claimed, 1}));
   EXPECT_EQ(fake::feed({.keyCode = 50}), TapVerdict::swallow);
   EXPECT_EQ(fake::feed({.keyCode = 48}), TapVerdict::pass);
   EXPECT_EQ(fake::feed({.type = EventType::keyUp, .keyCode = 50}), TapVerdict::pass);
@@ -73,7 +74,7 @@ TEST_F(FakeSystemTest, a_tap_swallows_only_what_it_was_allowed_to) {
 
 TEST_F(FakeSystemTest, a_tap_nobody_refers_to_any_more_is_gone) {
   auto tap = EventTap::create(
-      0x400, {}, [](const TapEvent&) { return TapVerdict::pass; }, [] {});
+      0x400, [](const TapEvent&) { return TapVerdict::pass; }, [] {});
   EXPECT_EQ(fake::livingTaps(), 1U);
   tap.reset();
   EXPECT_EQ(fake::livingTaps(), 0U);

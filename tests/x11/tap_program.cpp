@@ -70,17 +70,17 @@ void answer(const std::string& command, bool yes) {
 }
 
 bool createTap(const std::vector<std::uint16_t>& keys) {
-  state().tap = EventTap::create(keyEvents, keys, judge, [] {
+  state().tap = EventTap::create(keyEvents, judge, [] {
     state().tap.reset();
     std::puts("invalidated");
     std::fflush(stdout);
   });
   if (!state().tap) return false;
-  // A copy, for the tap may end by itself during either call.
-  const EventTap tap = *state().tap;
-  tap.addToMainRunLoop();
-  tap.setEnabled(true);
-  return true;
+  state().tap->addToMainRunLoop();
+  state().tap->setEnabled(true);
+  if (state().tap->claim(keys)) return true;
+  state().tap.reset();
+  return false;
 }
 
 void post(std::uint16_t keyCode, std::int64_t userData, int count) {
@@ -121,7 +121,7 @@ void obey(const std::string& line) {
   if (command == "ask") return answer(command, vorrin::isProcessTrustedWithPrompt());
   if (command == "pointer") return answer(command, vorrin::pointerLocation().has_value());
   if (command == "choose") {
-    return answer(command, state().tap->setSwallowable(readNumbers<std::uint16_t>(fields)));
+    return answer(command, state().tap->claim(readNumbers<std::uint16_t>(fields)));
   }
   if (command == "swallow") state().swallowed = readNumbers<std::int64_t>(fields);
   if (command == "enable" && state().tap) state().tap->setEnabled(true);

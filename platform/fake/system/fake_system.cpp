@@ -30,9 +30,9 @@ bool masks(const TapState& tap, EventType type) {
   return bit < 64 && ((tap.mask >> bit) & 1) != 0;
 }
 
-bool mayBeSwallowed(const TapState& tap, std::int64_t keyCode) {
+bool isClaimed(const TapState& tap, std::int64_t keyCode) {
   return std::in_range<std::uint16_t>(keyCode) &&
-         tap.swallowable.contains(static_cast<std::uint16_t>(keyCode));
+         tap.claimed.contains(static_cast<std::uint16_t>(keyCode));
 }
 
 }  // namespace
@@ -64,7 +64,7 @@ TapVerdict feed(const TapEvent& event) {
   forEachTap([&](const TapState& tap) {
     if (verdict == TapVerdict::swallow || !tap.isListening() || !masks(tap, event.type)) return;
     const auto answer = tap.callback(event);
-    if (mayBeSwallowed(tap, event.keyCode)) verdict = answer;
+    if (isClaimed(tap, event.keyCode)) verdict = answer;
   });
   return verdict;
 }
@@ -92,6 +92,14 @@ bool tapIsListening() {
   bool listening = false;
   forEachTap([&](const TapState& tap) { listening = listening || tap.isListening(); });
   return listening;
+}
+
+std::set<std::uint16_t> claimedKeys() {
+  std::set<std::uint16_t> keys;
+  forEachTap([&](const TapState& tap) {
+    if (tap.isListening()) keys.insert(tap.claimed.begin(), tap.claimed.end());
+  });
+  return keys;
 }
 
 std::size_t livingTaps() {

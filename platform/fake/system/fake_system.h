@@ -14,28 +14,20 @@
 /// recorded, what it answers is set beforehand, and what the user or the system does is called.
 namespace vorrin::fake {
 
-/// A call of `EventTap::create`.
-struct TapCreation {
-  std::uint64_t mask = 0;
-  std::set<std::uint16_t> swallowable;
-};
-
 struct System {
   // Answers
-  bool trusted = true;       ///< of both queries for the permission
-  bool refusesTaps = false;  ///< `EventTap::create` gives nothing
-  bool refusesKeys = false;  ///< `EventTap::setSwallowable` gives false
-  bool endsTaps = false;     ///< a tap ends within the next call of it
+  bool trusted = true;                   ///< of both queries for the permission
+  bool refusesTaps = false;              ///< `EventTap::create` gives nothing
+  std::set<std::uint16_t> keysOfOthers;  ///< no tap can claim them
   std::optional<PointerLocation> pointer =
       PointerLocation{};  ///< nothing: the pointer cannot be found
 
   // Records, in the order of the calls
-  std::size_t silentQueries = 0;          ///< for the permission, without a prompt
-  std::size_t promptingQueries = 0;       ///< for the permission, with a prompt
-  std::vector<TapCreation> tapCreations;  ///< also those refused
-  std::size_t tapsAdded = 0;              ///< to the main run loop
-  std::vector<bool> tapSwitches;          ///< arguments of `EventTap::setEnabled`
-  std::vector<std::set<std::uint16_t>> swallowableChanges;  ///< of `EventTap::setSwallowable`
+  std::size_t silentQueries = 0;        ///< for the permission, without a prompt
+  std::size_t promptingQueries = 0;     ///< for the permission, with a prompt
+  std::vector<std::uint64_t> tapMasks;  ///< arguments of `EventTap::create`, also if refused
+  std::size_t tapsAdded = 0;            ///< to the main run loop
+  std::vector<bool> tapSwitches;        ///< arguments of `EventTap::setEnabled`
   std::vector<SyntheticEvent> posted;
   std::vector<std::size_t> batches;  ///< how many events each call of `postEvents` had
   std::size_t settingsOpenings = 0;  ///< of the place where the permission is given
@@ -61,6 +53,9 @@ void invalidateTap(std::size_t index = 0);
 
 /// Whether there is a tap that is attached and enabled.
 bool tapIsListening();
+
+/// What the taps that listen have claimed.
+std::set<std::uint16_t> claimedKeys();
 
 /// Number of taps that are still referred to and not invalidated.
 std::size_t livingTaps();

@@ -13,7 +13,7 @@ namespace fake {
 /// A tap of the fake system.
 struct TapState {
   std::uint64_t mask = 0;
-  std::set<std::uint16_t> swallowable;
+  std::set<std::uint16_t> claimed;
   EventTap::Callback callback = nullptr;
   std::function<void()> invalidated;
   bool added = false;

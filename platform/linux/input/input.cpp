@@ -35,12 +35,11 @@ struct EventTap::Native {
 
 EventTap::EventTap(std::shared_ptr<Native> native) : native_(std::move(native)) {}
 
-std::optional<EventTap> EventTap::create(std::uint64_t mask,
-                                         std::span<const std::uint16_t> swallowable,
-                                         Callback callback, std::function<void()> invalidated) {
+std::optional<EventTap> EventTap::create(std::uint64_t mask, Callback callback,
+                                         std::function<void()> invalidated) {
   return std::visit(
       [&](auto& way) -> std::optional<EventTap> {
-        auto tap = way.createTap(mask, swallowable, callback, std::move(invalidated));
+        auto tap = way.createTap(mask, callback, std::move(invalidated));
         if (!tap) return std::nullopt;
         return EventTap(std::shared_ptr<Native>(new Native{std::move(tap)}));
       },
@@ -55,8 +54,12 @@ void EventTap::setEnabled(bool enabled) const {
   std::visit([=](const auto& tap) { tap->setEnabled(enabled); }, native_->tap);
 }
 
-bool EventTap::setSwallowable(std::span<const std::uint16_t> keyCodes) const {
-  return std::visit([=](const auto& tap) { return tap->setSwallowable(keyCodes); }, native_->tap);
+bool EventTap::claim(std::span<const std::uint16_t> keyCodes) const {
+  return std::visit([=](const auto& tap) { return tap->claim(keyCodes); }, native_->tap);
+}
+
+bool EventTap::canClaim(std::span<const std::uint16_t> keyCodes) const {
+  return std::visit([=](const auto& tap) { return tap->canClaim(keyCodes); }, native_->tap);
 }
 
 std::optional<PointerLocation> pointerLocation() {
@@ -68,12 +71,13 @@ void postEvents(std::span<const SyntheticEvent> events) {
 }
 
 bool isProcessTrusted() {
-  return std::visit([](auto& way) { return way.isTrusted(); }, backend());
+  const auto* const helper = helperBackend();
+  return helper == nullptr || helper->isTrusted();
 }
 
 bool isProcessTrustedWithPrompt() {
-  if (auto* const helper = helperBackend()) return helper->isTrustedWithPrompt();
-  return isProcessTrusted();
+  auto* const helper = helperBackend();
+  return helper == nullptr || helper->isTrustedWithPrompt();
 }
 
 }  // namespace vorrin

@@ -8,9 +8,8 @@ namespace vorrin {
 
 EventTap::EventTap(std::shared_ptr<Native> native) : native_(std::move(native)) {}
 
-std::optional<EventTap> EventTap::create(std::uint64_t mask,
-                                         std::span<const std::uint16_t> /*swallowable*/,
-                                         Callback callback, std::function<void()> invalidated) {
+std::optional<EventTap> EventTap::create(std::uint64_t mask, Callback callback,
+                                         std::function<void()> invalidated) {
   auto native = Native::create(mask, callback, std::move(invalidated));
   if (!native) return std::nullopt;
   return EventTap(std::move(native));
@@ -24,7 +23,13 @@ void EventTap::setEnabled(bool enabled) const {
   native_->setEnabled(enabled);
 }
 
-bool EventTap::setSwallowable(std::span<const std::uint16_t> /*keyCodes*/) const {
+// The system puts every key to the tap and keeps none for another program.
+
+bool EventTap::claim(std::span<const std::uint16_t> /*keyCodes*/) const {
+  return true;
+}
+
+bool EventTap::canClaim(std::span<const std::uint16_t> /*keyCodes*/) const {
   return true;
 }
 

@@ -20,12 +20,11 @@ class ListenerTest : public SystemTest {
   }
 };
 
-/// With a tap that listens, and the keys kept up to date at every change as the window does it.
+/// With a tap that listens.
 class ConnectedTest : public ListenerTest {
  protected:
   ConnectedTest() {
     connectKeyboardListener();
-    engine.changed = [] { updateSwallowableKeys(); };
     fake::system().tapSwitches.clear();
   }
 };

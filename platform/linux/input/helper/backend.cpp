@@ -13,7 +13,6 @@
 namespace vorrin::helper {
 
 using namespace helper_protocol;
-using Clock = std::chrono::steady_clock;
 
 namespace {
 
@@ -56,6 +55,7 @@ const char* describe(EndReason reason) {
 }  // namespace
 
 Backend::Backend(HelperStart start) : start_(std::move(start)) {
+  QObject::connect(&retry_, &QTimer::timeout, &context_, [this] { startSilently(); });
   auto* const application = qobject_cast<QGuiApplication*>(QCoreApplication::instance());
   if (application == nullptr) return;
   QObject::connect(application, &QGuiApplication::applicationStateChanged, &context_,
@@ -69,14 +69,10 @@ Backend::~Backend() {
   if (const auto tap = tap_.lock()) tap->end();
 }
 
-bool Backend::isTrusted() {
-  if (!connection_) startSilently();
-  return available_.has_value();
-}
-
 bool Backend::isTrustedWithPrompt() {
   waitForUser_ = false;
   failedStarts_ = 0;
+  retry_.start(retryTime);
   if (!connection_) start(start_.devicesAreOpen() ? StartWay::directly : StartWay::asking);
   return available_.has_value();
 }
@@ -95,9 +91,7 @@ void Backend::changePermission(const std::string& term) {
 }
 
 void Backend::startSilently() {
-  const auto now = Clock::now();
-  if (waitForUser_ || asking_ || now < nextTry_) return;
-  nextTry_ = now + retryTime;
+  if (connection_ || waitForUser_ || asking_) return;
   if (start_.devicesAreOpen()) {
     start(StartWay::directly);
     return;
@@ -188,7 +182,6 @@ void Backend::lose(bool broken) {
   if (!available_) countFailedStart();
   if (broken) waitForUser_ = true;
   available_.reset();
-  nextTry_ = Clock::now();
   connection_.reset();
   if (const auto tap = tap_.lock()) tap->invalidate();
 }
@@ -206,18 +199,26 @@ void Backend::followProcessEnd(int status) {
   if (status == dismissed || status == notAuthorized) log("the permission was not given");
 }
 
-std::shared_ptr<Tap> Backend::createTap(std::uint64_t mask,
-                                        std::span<const std::uint16_t> swallowable,
-                                        EventTap::Callback callback,
+std::shared_ptr<Tap> Backend::createTap(std::uint64_t mask, EventTap::Callback callback,
                                         std::function<void()> invalidated) {
   if (!available_.value_or(false)) return nullptr;
-  const auto tap = std::make_shared<Tap>(mask, swallowable, callback, std::move(invalidated),
-                                         [this](const Configure& configuration) {
-                                           if (connection_ && !connection_->send(configuration))
-                                             lose(false);
-                                         });
+  const auto tap =
+      std::make_shared<Tap>(mask, callback, std::move(invalidated),
+                            [this](const Configure& configuration) { configure(configuration); });
   tap_ = tap;
   return tap;
+}
+
+void Backend::configure(const Configure& configuration) {
+  if (!connection_ || connection_->send(configuration)) return;
+  // Not within the call of the tap that has something new. Whichever helper there is by then, this
+  // one has been left.
+  QMetaObject::invokeMethod(
+      &context_,
+      [this, left = connection_.get()] {
+        if (connection_.get() == left) lose(false);
+      },
+      Qt::QueuedConnection);
 }
 
 std::optional<PointerLocation> Backend::pointerLocation() {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <QObject>
-#include <chrono>
+#include <QTimer>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -27,10 +27,10 @@ class Backend {
   Backend& operator=(const Backend&) = delete;
   ~Backend();
 
-  /// Whether a helper serves this program. Once one was asked for with the prompt it is tried again
-  /// to start it, at most once a second, as long as that takes no question to the user.
-  bool isTrusted();
-  /// The same, but polkit may ask the user.
+  /// Whether a helper serves this program.
+  [[nodiscard]] bool isTrusted() const { return available_.has_value(); }
+  /// The same, but without one a helper is started, for which polkit may ask the user. From then on
+  /// it is started again by itself, once a second, as long as that takes no question to the user.
   bool isTrustedWithPrompt();
 
   /// Lets go of the helper, until the user is asked again.
@@ -40,8 +40,8 @@ class Backend {
   void changePermission(const std::string& term);
 
   /// One tap at a time; nothing when the keyboards cannot be held.
-  std::shared_ptr<Tap> createTap(std::uint64_t mask, std::span<const std::uint16_t> swallowable,
-                                 EventTap::Callback callback, std::function<void()> invalidated);
+  std::shared_ptr<Tap> createTap(std::uint64_t mask, EventTap::Callback callback,
+                                 std::function<void()> invalidated);
 
   /// Clicks happen at the pointer wherever it is, so the numbers stay 0.
   std::optional<PointerLocation> pointerLocation();
@@ -51,6 +51,7 @@ class Backend {
 
  private:
   void startSilently();
+  void configure(const helper_protocol::Configure& configuration);
   void start(StartWay way);
   void receive(const helper_protocol::FromHelper& message);
   void greet(const helper_protocol::Hello& hello);
@@ -74,7 +75,7 @@ class Backend {
   int failedStarts_ = 0;               ///< helpers in a row that ended before they served
   StartWay way_ = StartWay::directly;  ///< of the last start
   bool waitForUser_ = true;            ///< only the user's own wish starts it (again)
-  std::chrono::steady_clock::time_point nextTry_;
+  QTimer retry_;
 };
 
 }  // namespace vorrin::helper

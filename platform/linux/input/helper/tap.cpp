@@ -32,10 +32,9 @@ std::uint64_t flagsOf(const Modifiers& modifiers) {
 
 }  // namespace
 
-Tap::Tap(std::uint64_t mask, std::span<const std::uint16_t> swallowable,
-         EventTap::Callback callback, std::function<void()> invalidated, Configured configured)
+Tap::Tap(std::uint64_t mask, EventTap::Callback callback, std::function<void()> invalidated,
+         Configured configured)
     : mask_(mask),
-      keys_(shortcutsAmong(swallowable)),
       callback_(callback),
       invalidated_(std::move(invalidated)),
       configured_(std::move(configured)) {}
@@ -55,9 +54,16 @@ void Tap::setEnabled(bool enabled) {
   configure();
 }
 
-bool Tap::setSwallowable(std::span<const std::uint16_t> keyCodes) {
-  keys_ = shortcutsAmong(keyCodes);
-  configure();
+bool Tap::claim(std::span<const std::uint16_t> keyCodes) {
+  auto keys = shortcutsAmong(keyCodes);
+  if (keys_ != keys) {
+    keys_ = std::move(keys);
+    configure();
+  }
+  return canClaim(keyCodes);
+}
+
+bool Tap::canClaim(std::span<const std::uint16_t> /*keyCodes*/) const {
   return configured_ != nullptr;
 }
 

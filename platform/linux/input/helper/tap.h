@@ -18,15 +18,17 @@ class Tap {
   using Configured = std::function<void(const helper_protocol::Configure&)>;
 
   /// `configured` is told whenever the helper has to know something new.
-  Tap(std::uint64_t mask, std::span<const std::uint16_t> swallowable, EventTap::Callback callback,
-      std::function<void()> invalidated, Configured configured);
+  Tap(std::uint64_t mask, EventTap::Callback callback, std::function<void()> invalidated,
+      Configured configured);
   ~Tap();
   Tap(const Tap&) = delete;
   Tap& operator=(const Tap&) = delete;
 
   void addToMainRunLoop();
   void setEnabled(bool enabled);
-  [[nodiscard]] bool setSwallowable(std::span<const std::uint16_t> keyCodes);
+  /// Keys are granted as long as the helper is there: it asks whoever listens, before anybody else.
+  [[nodiscard]] bool claim(std::span<const std::uint16_t> keyCodes);
+  [[nodiscard]] bool canClaim(std::span<const std::uint16_t> keyCodes) const;
 
   /// Whether the key may be swallowed. The callback may make the tap go away.
   [[nodiscard]] bool decide(const helper_protocol::Question& question) const;

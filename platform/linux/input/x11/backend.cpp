@@ -22,17 +22,16 @@ void Tap::setEnabled(bool enabled) {
   session_->checkLater();
 }
 
-bool Tap::setSwallowable(std::span<const std::uint16_t> keyCodes) {
-  if (listener_->setSwallowable(keyCodes)) return true;
-  session_->endListening(*listener_);
-  return false;
+bool Tap::claim(std::span<const std::uint16_t> keyCodes) {
+  return listener_->claim(keyCodes);
 }
 
-bool Backend::isTrusted() {
+bool Tap::canClaim(std::span<const std::uint16_t> keyCodes) {
+  return listener_->canClaim(keyCodes);
+}
+
+bool Backend::connect() {
   if (session_) return !session_->lost();
-  const auto now = std::chrono::steady_clock::now();
-  if (now < nextTry_) return false;
-  nextTry_ = now + std::chrono::seconds(1);
   std::unique_ptr<Connection> connection = Connection::open();
   std::unique_ptr<Clicker> clicker = Clicker::open();
   if (connection && clicker) {
@@ -41,24 +40,20 @@ bool Backend::isTrusted() {
   return session_ != nullptr;
 }
 
-std::unique_ptr<Tap> Backend::createTap(std::uint64_t mask,
-                                        std::span<const std::uint16_t> swallowable,
-                                        EventTap::Callback callback,
+std::unique_ptr<Tap> Backend::createTap(std::uint64_t mask, EventTap::Callback callback,
                                         std::function<void()> invalidated) {
-  if (!isTrusted()) return nullptr;
-  std::shared_ptr<Listener> listener =
-      session_->listen(mask, swallowable, callback, std::move(invalidated));
+  if (!connect()) return nullptr;
+  std::shared_ptr<Listener> listener = session_->listen(mask, callback, std::move(invalidated));
   if (!listener) return nullptr;
   return std::make_unique<Tap>(session_, std::move(listener));
 }
 
 std::optional<PointerLocation> Backend::pointerLocation() {
-  if (!isTrusted()) return std::nullopt;
   return PointerLocation{};
 }
 
 void Backend::post(std::span<const SyntheticEvent> events) {
-  if (isTrusted()) session_->post(events);
+  if (session_) session_->post(events);
 }
 
 }  // namespace vorrin::x11

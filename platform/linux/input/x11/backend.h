@@ -1,6 +1,5 @@
 #pragma once
 
-#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -27,24 +26,22 @@ class Tap {
 
   void addToMainRunLoop();
   void setEnabled(bool enabled);
-  [[nodiscard]] bool setSwallowable(std::span<const std::uint16_t> keyCodes);
+  [[nodiscard]] bool claim(std::span<const std::uint16_t> keyCodes);
+  [[nodiscard]] bool canClaim(std::span<const std::uint16_t> keyCodes);
 
  private:
   std::shared_ptr<Session> session_;
   std::shared_ptr<Listener> listener_;
 };
 
-/// Keyboard listening and input synthesis on the X server that DISPLAY names. An X server asks no
-/// permission of its clients, so being trusted is being connected. A connection that breaks is not
-/// made again: the widget library ends the process then.
+/// Keyboard listening and input synthesis on the X server that DISPLAY names, which asks no
+/// permission of its clients. A connection that breaks is not made again: the widget library ends
+/// the process then.
 class Backend {
  public:
-  /// Whether there is a connection. Without one it is tried for again, at most once a second.
-  bool isTrusted();
-
-  /// One tap at a time.
-  std::unique_ptr<Tap> createTap(std::uint64_t mask, std::span<const std::uint16_t> swallowable,
-                                 EventTap::Callback callback, std::function<void()> invalidated);
+  /// One tap at a time. Connects to the server when there is no connection yet.
+  std::unique_ptr<Tap> createTap(std::uint64_t mask, EventTap::Callback callback,
+                                 std::function<void()> invalidated);
 
   /// Clicks happen at the pointer wherever it is, so the numbers stay 0.
   std::optional<PointerLocation> pointerLocation();
@@ -52,8 +49,9 @@ class Backend {
   void post(std::span<const SyntheticEvent> events);
 
  private:
+  [[nodiscard]] bool connect();
+
   std::shared_ptr<Session> session_;
-  std::chrono::steady_clock::time_point nextTry_;
 };
 
 }  // namespace vorrin::x11

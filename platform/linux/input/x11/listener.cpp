@@ -25,15 +25,20 @@ Listener::~Listener() {
   end();
 }
 
-bool Listener::setSwallowable(std::span<const std::uint16_t> virtualKeys) {
+bool Listener::claim(std::span<const std::uint16_t> virtualKeys) {
   if (ended_ || connection_.lost()) return false;
-  chosen_.assign(virtualKeys.begin(), virtualKeys.end());
-  if (enabled_) return holdChosenKeys();
-  // Nothing may be held back while the tap is off, but who chooses the keys wants to know.
-  enabled_ = true;
-  const bool granted = holdChosenKeys();
-  enabled_ = false;
-  return holdChosenKeys() && granted;
+  const std::vector<std::uint16_t> keys(virtualKeys.begin(), virtualKeys.end());
+  if (keys == chosen_) return true;
+  chosen_ = keys;
+  if (holdChosenKeys()) return true;
+  chosen_.clear();
+  return false;
+}
+
+bool Listener::canClaim(std::span<const std::uint16_t> virtualKeys) {
+  const std::vector<std::uint16_t> former = chosen_;
+  const bool granted = claim(virtualKeys);
+  return claim(former) && granted;
 }
 
 void Listener::setEnabled(bool enabled) {

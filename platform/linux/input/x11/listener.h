@@ -27,7 +27,10 @@ class Listener {
   Listener& operator=(const Listener&) = delete;
 
   /// Chooses the keys, by macOS virtual key code. False when another client holds one of them.
-  [[nodiscard]] bool setSwallowable(std::span<const std::uint16_t> virtualKeys);
+  [[nodiscard]] bool claim(std::span<const std::uint16_t> virtualKeys);
+
+  /// Whether `claim` would be granted these keys.
+  [[nodiscard]] bool canClaim(std::span<const std::uint16_t> virtualKeys);
 
   /// While not enabled, keys are neither held back nor reported. When another client holds one of
   /// the keys by now the listener has `failed`.

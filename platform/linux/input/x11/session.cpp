@@ -21,15 +21,12 @@ Session::~Session() {
   connection_->onLoss({});
 }
 
-std::shared_ptr<Listener> Session::listen(std::uint64_t mask, std::span<const std::uint16_t> keys,
-                                          EventTap::Callback callback,
+std::shared_ptr<Listener> Session::listen(std::uint64_t mask, EventTap::Callback callback,
                                           std::function<void()> invalidated) {
   if (lost() || listener_) return nullptr;
-  auto listener = std::make_shared<Listener>(*connection_, poster_, map_, mask, callback);
-  if (!listener->setSwallowable(keys)) return nullptr;
-  listener_ = listener;
+  listener_ = std::make_shared<Listener>(*connection_, poster_, map_, mask, callback);
   invalidated_ = std::move(invalidated);
-  return listener;
+  return listener_;
 }
 
 void Session::endListening(const Listener& listener) {

@@ -28,10 +28,10 @@ class Session {
 
   [[nodiscard]] bool lost() const { return connection_->lost() || clicker_->lost(); }
 
-  /// Makes the listener of a tap; null while there is another, or when a key is refused.
+  /// Makes the listener of a tap; null while there is another.
   /// `invalidated` is called once, from the main loop, when the listener becomes useless.
-  std::shared_ptr<Listener> listen(std::uint64_t mask, std::span<const std::uint16_t> keys,
-                                   EventTap::Callback callback, std::function<void()> invalidated);
+  std::shared_ptr<Listener> listen(std::uint64_t mask, EventTap::Callback callback,
+                                   std::function<void()> invalidated);
 
   /// Lets `listener` go. Its `invalidated` is not called any more.
   void endListening(const Listener& listener);

@@ -1,0 +1,130 @@
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "bridge/permission_watch.h"
+#include "support/listener_test.h"
+
+namespace vorrin {
+namespace {
+
+using test::ConnectedTest;
+using test::ListenerTest;
+using KeySet = std::set<std::uint16_t>;
+
+constexpr std::uint16_t backtick = 50;
+constexpr std::uint16_t tab = 48;
+constexpr std::uint16_t f6 = 97;
+
+/// One look of the permission watch.
+void look() {
+  permissionWatchTick([] { connectKeyboardListener(); }, [] {});
+}
+
+TEST_F(ListenerTest, a_new_tap_claims_the_shortcuts_of_enabled_macros) {
+  engine.enabled[1] = false;
+  connectKeyboardListener();
+  EXPECT_EQ(fake::claimedKeys(), KeySet{backtick});
+}
+
+TEST_F(ListenerTest, a_tap_made_while_the_window_is_active_claims_nothing) {
+  fake::setApplicationActive(true);
+  connectKeyboardListener();
+  EXPECT_TRUE(engine.tap);
+  EXPECT_EQ(fake::claimedKeys(), KeySet{});
+}
+
+TEST_F(ConnectedTest, the_claim_follows_the_settings) {
+  engine.keys[0] = f6;
+  updateClaimedKeys();
+  EXPECT_EQ(fake::claimedKeys(), (KeySet{f6, tab}));
+  engine.enabled[0] = false;
+  updateClaimedKeys();
+  EXPECT_EQ(fake::claimedKeys(), KeySet{tab});
+}
+
+TEST_F(ConnectedTest, the_keys_are_given_back_while_the_window_is_active) {
+  fake::setApplicationActive(true);
+  updateClaimedKeys();
+  EXPECT_EQ(fake::claimedKeys(), KeySet{});
+  fake::setApplicationActive(false);
+  updateClaimedKeys();
+  EXPECT_EQ(fake::claimedKeys(), (KeySet{backtick, tab}));
+}
+
+TEST_F(ConnectedTest, a_held_key_stays_claimed_to_its_release_while_the_window_is_active) {
+  press(tab);
+  fake::setApplicationActive(true);
+  updateClaimedKeys();
+  EXPECT_EQ(fake::claimedKeys(), KeySet{tab});
+  EXPECT_EQ(release(tab), TapVerdict::swallow);
+  look();
+  EXPECT_EQ(fake::claimedKeys(), KeySet{});
+}
+
+TEST_F(ConnectedTest, a_held_key_that_is_no_shortcut_any_more_stays_claimed_to_its_release) {
+  press(tab);
+  engine.keys[1] = f6;
+  updateClaimedKeys();
+  EXPECT_EQ(release(tab), TapVerdict::swallow);
+  look();
+  EXPECT_EQ(fake::claimedKeys(), (KeySet{backtick, f6}));
+}
+
+TEST_F(ListenerTest, without_a_tap_nothing_is_claimed) {
+  updateClaimedKeys();
+  EXPECT_FALSE(engine.tap);
+}
+
+TEST_F(ConnectedTest, a_tap_refused_one_of_its_keys_is_dropped_and_stops_everything) {
+  press(tab);
+  fake::system().keysOfOthers = {f6};
+  engine.keys[0] = f6;
+  updateClaimedKeys();
+  EXPECT_FALSE(engine.tap);
+  EXPECT_EQ(fake::livingTaps(), 0U);
+  EXPECT_TRUE(engine.held.empty());
+  EXPECT_FALSE(engine.running[1]);
+}
+
+TEST_F(ListenerTest, there_is_no_listener_while_another_program_holds_a_shortcut) {
+  fake::system().keysOfOthers = {tab};
+  connectKeyboardListener();
+  EXPECT_FALSE(engine.tap);
+  look();
+  EXPECT_FALSE(engine.tap);
+  fake::system().keysOfOthers.clear();
+  look();
+  EXPECT_TRUE(engine.tap);
+  EXPECT_EQ(press(tab), TapVerdict::swallow);
+}
+
+TEST_F(ListenerTest, nor_while_the_window_is_active) {
+  fake::setApplicationActive(true);
+  fake::system().keysOfOthers = {tab};
+  connectKeyboardListener();
+  EXPECT_FALSE(engine.tap);
+  fake::system().keysOfOthers.clear();
+  look();
+  EXPECT_TRUE(engine.tap);
+}
+
+TEST_F(ConnectedTest, a_shortcut_taken_while_the_window_is_active_ends_the_listener_at_a_look) {
+  engine.toggle(0);
+  fake::setApplicationActive(true);
+  updateClaimedKeys();
+  fake::system().keysOfOthers = {tab};
+  look();
+  EXPECT_FALSE(engine.tap);
+  EXPECT_FALSE(engine.running[0]);
+}
+
+TEST_F(ConnectedTest, a_key_of_another_program_does_not_matter_to_a_disabled_macro) {
+  engine.enabled[1] = false;
+  fake::system().keysOfOthers = {tab};
+  updateClaimedKeys();
+  EXPECT_TRUE(engine.tap);
+}
+
+}  // namespace
+}  // namespace vorrin
