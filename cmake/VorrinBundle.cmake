@@ -5,6 +5,11 @@ set(VORRIN_SIGNING_IDENTITY "-" CACHE STRING
 set(VORRIN_NOTARY_PROFILE "" CACHE STRING
     "Keychain profile of notarytool for the target notarize; empty without notarisation")
 
+# Only a Mac has it; what is built elsewhere carries the linker's own ad-hoc signature.
+if(NOT CMAKE_CROSSCOMPILING)
+  find_program(VORRIN_CODESIGN codesign REQUIRED)
+endif()
+
 set(vorrin_macos_packaging ${CMAKE_SOURCE_DIR}/packaging/macos)
 
 # What draws the icon while building: a program of our own on a Mac, the host's elsewhere.
@@ -27,17 +32,21 @@ function(vorrin_make_icon result)
   set(${result} ${icon} PARENT_SCOPE)
 endfunction()
 
-# Signed after every link: an unsigned program does not start on arm64, and the Accessibility grant
-# belongs to a signature.
-function(vorrin_sign_bundle target)
+# Signs the bundle whenever something in it has changed: an unsigned program does not start on arm64, a
+# stale signature is none, and the Accessibility grant belongs to a signature.
+function(vorrin_sign_bundle target icon)
   set(options --force --sign ${VORRIN_SIGNING_IDENTITY})
   if(NOT VORRIN_SIGNING_IDENTITY STREQUAL "-")
     # Notarisation asks for both.
     list(APPEND options --options runtime --timestamp)
   endif()
-  add_custom_command(TARGET ${target} POST_BUILD
-    COMMAND codesign ${options} $<TARGET_BUNDLE_DIR:${target}>
+  set(signed ${CMAKE_BINARY_DIR}/Vorrin.signed)
+  add_custom_command(OUTPUT ${signed}
+    COMMAND ${VORRIN_CODESIGN} ${options} $<TARGET_BUNDLE_DIR:${target}>
+    COMMAND ${CMAKE_COMMAND} -E touch ${signed}
+    DEPENDS ${target} $<TARGET_BUNDLE_CONTENT_DIR:${target}>/Info.plist ${icon}
     VERBATIM)
+  add_custom_target(vorrin_signature ALL DEPENDS ${signed})
 endfunction()
 
 function(vorrin_add_notarize_target target)
@@ -46,8 +55,8 @@ function(vorrin_add_notarize_target target)
     COMMAND ditto -c -k --keepParent $<TARGET_BUNDLE_DIR:${target}> ${archive}
     COMMAND xcrun notarytool submit ${archive} --keychain-profile ${VORRIN_NOTARY_PROFILE} --wait
     COMMAND xcrun stapler staple $<TARGET_BUNDLE_DIR:${target}>
-    DEPENDS ${target}
     VERBATIM)
+  add_dependencies(notarize vorrin_signature)
 endfunction()
 
 # vorrin_make_bundle(TARGET): makes the executable TARGET the program of Vorrin.app.
@@ -59,9 +68,8 @@ function(vorrin_make_bundle target)
     MACOSX_BUNDLE TRUE
     OUTPUT_NAME Vorrin
     MACOSX_BUNDLE_INFO_PLIST ${vorrin_macos_packaging}/Info.plist.in)
-  # Signing needs a Mac; what is built elsewhere carries the linker's own ad-hoc signature.
-  if(NOT CMAKE_CROSSCOMPILING)
-    vorrin_sign_bundle(${target})
+  if(VORRIN_CODESIGN)
+    vorrin_sign_bundle(${target} ${icon})
   endif()
   if(VORRIN_NOTARY_PROFILE)
     vorrin_add_notarize_target(${target})
