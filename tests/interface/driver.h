@@ -32,6 +32,8 @@ void deleteWhatIsLeft();
 /// Gives the keyboard to a window that is shown.
 void activate(const Window& window);
 void hide(const Window& window);
+/// Gives the content this size, also where the screen has no room for it; the window may hide.
+void resize(const Window& window, Size size);
 void minimise(const Window& window);
 /// As the window's close button does.
 void close(const Window& window);

@@ -26,7 +26,7 @@ bool overlap(const Rect& left, const Rect& right) {
 class Layout : public InterfaceTest {
  protected:
   void layOut(Size size) {
-    app->window.setContentSize(size);
+    driver::resize(app->window, size);
     content().layoutSubtreeIfNeeded();
   }
 

@@ -65,6 +65,16 @@ TEST(View, labels_fields_and_buttons_are_controls_and_stacks_and_spacers_are_not
   EXPECT_FALSE(column({}).isControl());
 }
 
+TEST(View, controls_have_no_subviews_whatever_the_toolkit_makes_them_of) {
+  const PopUpButton popUp = PopUpButton::make({});
+  popUp.addItems(std::vector<std::string>{"a"});
+  for (const View& control : {View(popUp), View(Button::push("a", {})),
+                              View(Button::checkbox("a", {})), View(TextField::field("a"))}) {
+    column({control}).layoutSubtreeIfNeeded();
+    EXPECT_TRUE(control.subviews().empty()) << control.description();
+  }
+}
+
 TEST(View, a_view_is_no_field_or_button_of_another_kind) {
   EXPECT_FALSE(TextField::from(Button::push("", {})));
   EXPECT_FALSE(TextField::from(View::spacer()));
@@ -80,6 +90,14 @@ TEST(View, fixed_sizes_are_kept) {
   const StackView stack = column({field});
   stack.layoutSubtreeIfNeeded();
   EXPECT_EQ(field.bounds().width, 75);
+  EXPECT_EQ(field.bounds().height, 24);
+}
+
+TEST(View, fixed_sizes_hold_without_a_layout) {
+  const TextField field = TextField::field("");
+  field.setWidth(300);
+  field.setHeight(24);
+  EXPECT_EQ(field.bounds().width, 300);
   EXPECT_EQ(field.bounds().height, 24);
 }
 

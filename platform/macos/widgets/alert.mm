@@ -5,14 +5,13 @@
 #include <utility>
 
 #include "platform/macos/foundation/ns_string.h"
+#include "platform/macos/widgets/key_press_native.h"
 #include "platform/macos/widgets/view_native.h"
 #include "platform/macos/widgets/window_native.h"
 
 namespace vorrin {
 
 namespace {
-
-constexpr unsigned short escapeKey = 53;
 
 NSAlert* nsAlert(const Alert& alert) {
   NSAlert* native = [[NSAlert alloc] init];
@@ -22,10 +21,8 @@ NSAlert* nsAlert(const Alert& alert) {
   // AppKit gives every button called "Cancel" the Escape key, also where it is the default.
   native.buttons.firstObject.keyEquivalent = @"\r";
   if (alert.accessory) {
-    NSView* accessory = nsView(*alert.accessory);
-    // An alert makes room for the accessory's frame, which follows its fixed lengths here.
-    accessory.frameSize = accessory.fittingSize;
-    native.accessoryView = accessory;
+    // An alert makes room for the frame of its accessory.
+    native.accessoryView = nsView(*alert.accessory);
     [native layout];
   }
   // An open question must not hold up quitting or logging out; it counts as not answered then.
@@ -33,12 +30,13 @@ NSAlert* nsAlert(const Alert& alert) {
   return native;
 }
 
-/// Has Escape press `button` too, which has another key of its own. Ends with `removeMonitor:`.
-id pressWithEscape(NSButton* button, NSWindow* sheet) {
+/// Has the keys that cancel press `button` too, which has another key of its own. Ends with
+/// `removeMonitor:`.
+id pressWhenCancelled(NSButton* button, NSWindow* sheet) {
   return [NSEvent
       addLocalMonitorForEventsMatchingMask:NSEventMaskKeyDown
                                    handler:^NSEvent*(NSEvent* event) {
-                                     if (event.window != sheet || event.keyCode != escapeKey) {
+                                     if (event.window != sheet || !isCancelKey(keyPressOf(event))) {
                                        return event;
                                      }
                                      [button performClick:nil];
@@ -55,11 +53,12 @@ void beginSheet(const Alert& alert, const Window& window, std::function<void(int
   // Which the system's own setting may not be.
   native.window.appearance = parent.appearance;
   const bool isSafeByDefault = !alert.buttons.empty() && alert.buttons.front() == "Cancel";
-  id escape = isSafeByDefault ? pressWithEscape(native.buttons.firstObject, native.window) : nil;
+  id cancelling =
+      isSafeByDefault ? pressWhenCancelled(native.buttons.firstObject, native.window) : nil;
   const auto answered = std::move(completion);
   [native beginSheetModalForWindow:parent
                  completionHandler:^(NSModalResponse response) {
-                   if (escape != nil) [NSEvent removeMonitor:escape];
+                   if (cancelling != nil) [NSEvent removeMonitor:cancelling];
                    // Taken away now, so that the answer may ask the next question.
                    [native.window orderOut:nil];
                    // Other responses say that the sheet was ended without an answer.

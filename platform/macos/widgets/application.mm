@@ -71,6 +71,10 @@ struct Application::Native {
 
 Application::Application(int& /*argumentCount*/, char** /*arguments*/)
     : native_(std::make_unique<Native>()) {
+  // The menus are Vorrin's own: AppKit adds no second item for the full screen, and none for tabs,
+  // whose bar would take height from the window's content.
+  [NSUserDefaults.standardUserDefaults registerDefaults:@{@"NSFullScreenMenuItemEverywhere" : @NO}];
+  NSWindow.allowsAutomaticWindowTabbing = NO;
   [NSApplication sharedApplication];
   [NSApp setActivationPolicy:NSApplicationActivationPolicyRegular];
 }

@@ -3,6 +3,7 @@
 #include "platform/macos/foundation/ns_string.h"
 #include "platform/macos/widgets/action_target.h"
 #include "platform/macos/widgets/appearance.h"
+#include "platform/macos/widgets/title_color.h"
 #include "platform/macos/widgets/view_native.h"
 
 namespace vorrin {
@@ -47,6 +48,7 @@ std::string Button::title() const {
 
 void Button::setTitle(const std::string& title) const {
   nsButton(*this).title = nsString(title);
+  colorTitle(nsButton(*this));
 }
 
 void Button::setAttributedTitle(const std::string& title, const Font& font,
@@ -77,6 +79,7 @@ void Button::setOn(bool on) const {
 
 void Button::setContentTintColor(const Color& color) const {
   nsButton(*this).contentTintColor = nsColor(color);
+  colorTitle(nsButton(*this));
 }
 
 void Button::setBezelColor(const Color& color) const {

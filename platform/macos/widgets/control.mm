@@ -4,6 +4,7 @@
 
 #include "platform/macos/foundation/ns_string.h"
 #include "platform/macos/widgets/appearance.h"
+#include "platform/macos/widgets/title_color.h"
 #include "platform/macos/widgets/view_native.h"
 
 namespace vorrin {
@@ -16,6 +17,7 @@ const char fontChosenKey = 0;
 
 void Control::setEnabled(bool enabled) const {
   nsViewAs<NSControl>(*this).enabled = enabled;
+  colorTitle(nsViewAs<NSControl>(*this));
 }
 
 bool Control::isEnabled() const {
@@ -25,6 +27,7 @@ bool Control::isEnabled() const {
 void Control::setFont(const Font& font) const {
   NSControl* control = nsViewAs<NSControl>(*this);
   control.font = nsFont(font);
+  colorTitle(control);
   objc_setAssociatedObject(control, &fontChosenKey, @YES, OBJC_ASSOCIATION_RETAIN_NONATOMIC);
 }
 

@@ -3,6 +3,7 @@
 #include "platform/fatal_error.h"
 #include "platform/macos/foundation/ns_string.h"
 #include "platform/macos/widgets/action_target.h"
+#include "platform/macos/widgets/title_color.h"
 #include "platform/macos/widgets/view_native.h"
 
 namespace vorrin {
@@ -19,7 +20,7 @@ const NSLayoutPriority titleResistance = NSLayoutPriorityWindowSizeStayPut - 10;
 }  // namespace
 
 PopUpButton PopUpButton::make(Action action) {
-  NSPopUpButton* button = [[NSPopUpButton alloc] initWithFrame:NSZeroRect pullsDown:NO];
+  NSPopUpButton* button = [[VorrinPopUpButton alloc] initWithFrame:NSZeroRect pullsDown:NO];
   [button setContentCompressionResistancePriority:titleResistance
                                    forOrientation:NSLayoutConstraintOrientationHorizontal];
   connectAction(button, action);

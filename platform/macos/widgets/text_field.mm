@@ -6,6 +6,7 @@
 
 #include "platform/macos/foundation/ns_string.h"
 #include "platform/macos/widgets/appearance.h"
+#include "platform/macos/widgets/editable_field.h"
 #include "platform/macos/widgets/view_native.h"
 
 /// Passes the edits of a native field on to a `TextFieldDelegate`.
@@ -32,40 +33,6 @@
   const auto told = _delegate.controlTextDidChange;
   const auto field = vorrin::TextField::from(vorrin::viewOf(notification.object));
   if (told && field) told(*field);
-}
-
-@end
-
-/// A field in which the usual keys cut, copy, paste, select all, undo and redo. Those are the keys
-/// of an Edit menu otherwise, which the program does not have.
-@interface VorrinEditableField : NSTextField
-@end
-
-@implementation VorrinEditableField
-
-- (BOOL)performKeyEquivalent:(NSEvent*)event {
-  // All views of the window are asked, the one being edited or not.
-  const SEL command = self.currentEditor == nil ? nullptr : [self editingCommandOf:event];
-  if (command != nullptr && [NSApp sendAction:command to:nil from:self]) return YES;
-  return [super performKeyEquivalent:event];
-}
-
-- (SEL)editingCommandOf:(NSEvent*)event {
-  const NSEventModifierFlags keys =
-      event.modifierFlags & (NSEventModifierFlagCommand | NSEventModifierFlagShift |
-                             NSEventModifierFlagControl | NSEventModifierFlagOption);
-  NSString* key = event.charactersIgnoringModifiers.lowercaseString;
-  if (keys == (NSEventModifierFlagCommand | NSEventModifierFlagShift)) {
-    return [key isEqualToString:@"z"] ? NSSelectorFromString(@"redo:") : nullptr;
-  }
-  if (keys != NSEventModifierFlagCommand) return nullptr;
-  NSString* command =
-      @{@"x" : @"cut:",
-        @"c" : @"copy:",
-        @"v" : @"paste:",
-        @"a" : @"selectAll:",
-        @"z" : @"undo:"}[key];
-  return command == nil ? nullptr : NSSelectorFromString(command);
 }
 
 @end
@@ -139,6 +106,16 @@ void TextField::setRoundedBezel(const Color& background) const {
   field.drawsBackground = YES;
   field.backgroundColor = nsColor(background);
   field.focusRingType = NSFocusRingTypeDefault;
+  NSString* placeholder = field.placeholderAttributedString.string;
+  if (placeholder == nil) placeholder = field.placeholderString;
+  if (placeholder == nil) return;
+  // On a plane as dark as this the system's own colour for placeholders can hardly be read.
+  field.placeholderAttributedString =
+      [[NSAttributedString alloc] initWithString:placeholder
+                                      attributes:@{
+                                        NSFontAttributeName : field.font,
+                                        NSForegroundColorAttributeName : nsColor({1, 1, 1, 0.5})
+                                      }];
 }
 
 void TextField::setDelegate(TextFieldDelegate delegate) const {

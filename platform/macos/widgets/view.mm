@@ -56,6 +56,9 @@ View View::spacer() {
 
 std::vector<View> View::subviews() const {
   std::vector<View> views;
+  // What AppKit puts inside its controls (labels in buttons, since macOS 26 also in fields) is its
+  // own business.
+  if (isControl()) return views;
   for (NSView* view in nsView(*this).subviews) views.push_back(viewOf(view));
   return views;
 }
@@ -77,11 +80,14 @@ Rect View::boundsIn(const View& root) const {
 void View::setWidth(double points) const {
   NSView* view = nsView(*this);
   fixLength(view, view.widthAnchor, @"fixed width", points);
+  // For a place that goes by the frame, such as a sheet.
+  [view setFrameSize:NSMakeSize(points, NSHeight(view.frame))];
 }
 
 void View::setHeight(double points) const {
   NSView* view = nsView(*this);
   fixLength(view, view.heightAnchor, @"fixed height", points);
+  [view setFrameSize:NSMakeSize(NSWidth(view.frame), points)];
 }
 
 void View::setBackgroundColor(const Color& color) const {

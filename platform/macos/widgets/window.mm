@@ -81,6 +81,9 @@ void Window::orderFront() const {
 void Window::makeKeyAndOrderFront() const {
   if (native_->window.miniaturized) [native_->window deminiaturize:nil];
   [native_->window makeKeyAndOrderFront:nil];
+  // Since macOS 14 a program may not make itself the active one, and the windows of one that is not
+  // come up behind those of the one that is.
+  [native_->window orderFrontRegardless];
 }
 
 }  // namespace vorrin

@@ -24,21 +24,33 @@ NSWindow* shownSheet(const Window& window) {
   return sheet;
 }
 
-/// Takes the events that wait and gives them to whom they are for.
+/// Gives an event to whom it is for. Keys go to their own window: the application would give them
+/// to the one that has the keyboard, and there is none while another program is the active one.
+void serve(NSEvent* event) {
+  if (event.type == NSEventTypeKeyDown || event.type == NSEventTypeKeyUp) {
+    [event.window sendEvent:event];
+  } else {
+    [NSApp sendEvent:event];
+  }
+}
+
+/// Takes the events that wait.
 void serveEvents(NSDate* until) {
   @autoreleasepool {
     NSEvent* event = [NSApp nextEventMatchingMask:NSEventMaskAny
                                         untilDate:until
                                            inMode:NSDefaultRunLoopMode
                                           dequeue:YES];
-    if (event != nil) [NSApp sendEvent:event];
+    if (event != nil) serve(event);
   }
 }
 
-/// The views inside `root` of this class, the outer before the inner.
+/// The views inside `root` of this class, the outer before the inner. What is inside a control is
+/// AppKit's own.
 template <typename Kind>
 NSArray<Kind*>* viewsInside(NSView* root) {
   NSMutableArray<Kind*>* found = [NSMutableArray array];
+  if ([root isKindOfClass:NSControl.class]) return found;
   for (NSView* view in root.subviews) {
     if ([view isKindOfClass:[Kind class]]) [found addObject:static_cast<Kind*>(view)];
     [found addObjectsFromArray:viewsInside<Kind>(view)];
@@ -108,6 +120,12 @@ void activate(const Window& window) {
 
 void hide(const Window& window) {
   [nsWindow(window) orderOut:nil];
+}
+
+void resize(const Window& window, Size size) {
+  // A window that is shown is kept as small as the screen.
+  hide(window);
+  window.setContentSize(size);
 }
 
 void minimise(const Window& window) {

@@ -3,8 +3,10 @@
 #include "bridge/program_engine.h"
 #include "interface_test.h"
 #include "platform/macos/foundation/ns_string.h"
+#include "platform/macos/widgets/appearance.h"
 #include "platform/macos/widgets/view_native.h"
 #include "platform/macos/widgets/window_native.h"
+#include "ui/theme.h"
 
 // What of the window and its menus only AppKit has.
 
@@ -23,6 +25,24 @@ std::string described(NSMenuItem* item) {
   if ((item.keyEquivalentModifierMask & NSEventModifierFlagControl) != 0) keys += "Control+";
   if ((item.keyEquivalentModifierMask & NSEventModifierFlagCommand) != 0) keys += "Command+";
   return standardString(item.title) + " " + keys + standardString(item.keyEquivalent);
+}
+
+NSEvent* commandKey(NSWindow* window, NSString* characters, NSString* ignoringModifiers) {
+  return [NSEvent keyEventWithType:NSEventTypeKeyDown
+                          location:NSZeroPoint
+                     modifierFlags:NSEventModifierFlagCommand
+                         timestamp:NSProcessInfo.processInfo.systemUptime
+                      windowNumber:window.windowNumber
+                           context:nil
+                        characters:characters
+       charactersIgnoringModifiers:ignoringModifiers
+                         isARepeat:NO
+                           keyCode:0];
+}
+
+Color titleColor(const Button& button) {
+  NSAttributedString* title = static_cast<NSButton*>(button.native()->view).attributedTitle;
+  return colorOf([title attribute:NSForegroundColorAttributeName atIndex:0 effectiveRange:nil]);
 }
 
 TEST_F(AppkitLaunch, the_menus_hold_quit_and_full_screen_with_their_keys) {
@@ -59,20 +79,47 @@ TEST_F(AppkitLaunch, a_refused_interval_is_orange_while_it_is_typed) {
   EXPECT_EQ(app->fields[0].textColor(), Color::systemOrange());
 }
 
-TEST_F(AppkitLaunch, command_a_selects_all_of_the_field_being_edited) {
-  NSEvent* const commandA = [NSEvent keyEventWithType:NSEventTypeKeyDown
-                                             location:NSZeroPoint
-                                        modifierFlags:NSEventModifierFlagCommand
-                                            timestamp:0
-                                         windowNumber:window().windowNumber
-                                              context:nil
-                                           characters:@"a"
-                          charactersIgnoringModifiers:@"a"
-                                            isARepeat:NO
-                                              keyCode:0];
+TEST_F(AppkitLaunch, command_a_selects_all_of_the_field_being_edited_on_a_cyrillic_layout_too) {
   type(app->presetName, "night");
-  EXPECT_TRUE([window() performKeyEquivalent:commandA]);
+  EXPECT_TRUE([window() performKeyEquivalent:commandKey(window(), @"a", @"\u0444")]);
   EXPECT_EQ(driver::selectedText(app->presetName), "night");
+}
+
+TEST_F(AppkitLaunch, command_period_cancels_a_question_whose_default_is_cancel) {
+  savePreset("Night", *app->currentPreset());
+  click(button("Delete"));
+  [NSApp postEvent:commandKey(window().attachedSheet, @".", @".") atStart:NO];
+  EXPECT_TRUE(waitFor([this] { return !hasSheet(); }));
+  EXPECT_EQ(app->presetStore().all().size(), 1U);
+}
+
+TEST_F(AppkitLaunch, titles_have_the_tint_that_was_chosen_dimmer_while_disabled) {
+  EXPECT_EQ(titleColor(button("Stop all · Esc")), hackerGreen);
+  const Button load = button("Load");
+  EXPECT_EQ(titleColor(load), Color::sRgb(0.77, 0.82, 0.79));
+  load.setEnabled(false);
+  EXPECT_LT(titleColor(load).alpha, 0.5);
+  load.setEnabled(true);
+  load.setTitle("Take");
+  EXPECT_EQ(titleColor(load), Color::sRgb(0.77, 0.82, 0.79));
+}
+
+TEST_F(AppkitLaunch, a_field_is_as_dark_as_its_background) {
+  auto* field = static_cast<NSTextField*>(app->presetName.native()->view);
+  NSBitmapImageRep* picture = [field bitmapImageRepForCachingDisplayInRect:field.bounds];
+  [field cacheDisplayInRect:field.bounds toBitmapImageRep:picture];
+  const Color drawn = colorOf([picture colorAtX:picture.pixelsWide - picture.pixelsWide / 8
+                                              y:picture.pixelsHigh / 2]);
+  EXPECT_NEAR(drawn.red, 0.065, 0.02);
+  EXPECT_NEAR(drawn.green, 0.065, 0.02);
+  EXPECT_EQ(drawn.alpha, 1);
+}
+
+TEST_F(AppkitLaunch, there_are_no_tabs_and_no_second_item_for_the_full_screen) {
+  EXPECT_FALSE(NSWindow.allowsAutomaticWindowTabbing);
+  NSUserDefaults* defaults = NSUserDefaults.standardUserDefaults;
+  EXPECT_NE([defaults objectForKey:@"NSFullScreenMenuItemEverywhere"], nil);
+  EXPECT_FALSE([defaults boolForKey:@"NSFullScreenMenuItemEverywhere"]);
 }
 
 TEST_F(AppkitLaunch, a_sheet_is_as_dark_as_its_window) {

@@ -58,6 +58,10 @@ void hide(const Window& window) {
   widgetOf(window).hide();
 }
 
+void resize(const Window& window, Size size) {
+  window.setContentSize(size);
+}
+
 void minimise(const Window& window) {
   widgetOf(window).showMinimized();
 }

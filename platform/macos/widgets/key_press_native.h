@@ -1,0 +1,11 @@
+#pragma once
+
+#import <AppKit/AppKit.h>
+
+#include "platform/macos/widgets/key_press.h"
+
+namespace vorrin {
+
+KeyPress keyPressOf(NSEvent* event);
+
+}  // namespace vorrin
