@@ -1,7 +1,5 @@
 #include "platform/macos/widgets/running_instance.h"
 
-#import <AppKit/AppKit.h>
-
 #include <utility>
 
 #include "platform/macos/foundation/notification_observer.h"
@@ -14,11 +12,11 @@ namespace {
 // ask the user for a permission.
 NSNotificationName const reopenRequest = @"org.vorrin.Vorrin.reopen";
 
-NSRunningApplication* otherInstance() {
-  NSString* identifier = NSBundle.mainBundle.bundleIdentifier;
-  if (identifier == nil) return nil;
+}  // namespace
+
+NSRunningApplication* otherInstance(NSString* bundleIdentifier) {
   for (NSRunningApplication* running in
-       [NSRunningApplication runningApplicationsWithBundleIdentifier:identifier]) {
+       [NSRunningApplication runningApplicationsWithBundleIdentifier:bundleIdentifier]) {
     if (running.finishedLaunching && ![running isEqual:NSRunningApplication.currentApplication]) {
       return running;
     }
@@ -26,10 +24,9 @@ NSRunningApplication* otherInstance() {
   return nil;
 }
 
-}  // namespace
-
 bool reopenRunningInstance() {
-  NSRunningApplication* instance = otherInstance();
+  NSString* identifier = NSBundle.mainBundle.bundleIdentifier;
+  NSRunningApplication* instance = identifier == nil ? nil : otherInstance(identifier);
   if (instance == nil) return false;
   [NSDistributedNotificationCenter.defaultCenter postNotificationName:reopenRequest
                                                                object:nil
