@@ -12,6 +12,17 @@ endif()
 
 set(vorrin_macos_packaging ${CMAKE_SOURCE_DIR}/packaging/macos)
 
+# Built for those of the wanted processors that the Unicode library has code for: a universal one of
+# MacPorts for both, Homebrew's for the Mac's own alone.
+if(NOT CMAKE_CROSSCOMPILING)
+  find_package(Utf8proc REQUIRED)
+  execute_process(COMMAND lipo -archs ${Utf8proc_LIBRARY}
+                  OUTPUT_VARIABLE vorrin_processors OUTPUT_STRIP_TRAILING_WHITESPACE
+                  COMMAND_ERROR_IS_FATAL ANY)
+  string(REPLACE " " "|" vorrin_processors "^(${vorrin_processors})$")
+  list(FILTER CMAKE_OSX_ARCHITECTURES INCLUDE REGEX "${vorrin_processors}")
+endif()
+
 # What draws the icon while building: a program of our own on a Mac, the host's elsewhere.
 add_executable(vorrin_render_icon EXCLUDE_FROM_ALL ${vorrin_macos_packaging}/render_icon.mm)
 target_link_libraries(vorrin_render_icon PRIVATE vorrin_options "-framework AppKit" -lobjc)

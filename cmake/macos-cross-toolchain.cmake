@@ -1,7 +1,8 @@
 # Builds the Mac program, for both processors, on another system: with LLVM 16 and a macOS SDK laid
 # out as a sysroot, whose place the variable VORRIN_MACOS_SDK tells. The SDK is Apple's and no part
 # of this project. What it lacks are the stubs of the C and C++ libraries, so their symbols stay to be
-# found at start; packaging/macos/check-undefined-symbols makes sure that nothing else does.
+# found at start, as do those of utf8proc; packaging/macos/check-undefined-symbols makes sure that
+# nothing else does.
 
 set(VORRIN_MACOS_SDK "$ENV{VORRIN_MACOS_SDK}" CACHE PATH "Sysroot made of a macOS SDK")
 list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES VORRIN_MACOS_SDK)
@@ -63,6 +64,23 @@ file(WRITE ${json}/nlohmann_json-config.cmake
 endif()
 ")
 set(nlohmann_json_DIR ${json})
+
+# Of the Unicode library the host's header serves, alone too; its symbols stay open like those of the C
+# library. On a Mac the real library is linked.
+set(unicode ${CMAKE_BINARY_DIR}/macos-cross-utf8proc)
+find_path(VORRIN_UTF8PROC_HEADER utf8proc.h PATHS /usr/include /usr/local/include
+          NO_CMAKE_FIND_ROOT_PATH REQUIRED)
+file(MAKE_DIRECTORY ${unicode}/include)
+file(CREATE_LINK ${VORRIN_UTF8PROC_HEADER}/utf8proc.h ${unicode}/include/utf8proc.h SYMBOLIC)
+file(WRITE ${unicode}/utf8proc-config.cmake
+"if(NOT TARGET Utf8proc::utf8proc)
+  add_library(Utf8proc::utf8proc INTERFACE IMPORTED)
+  set_target_properties(Utf8proc::utf8proc PROPERTIES
+    INTERFACE_INCLUDE_DIRECTORIES \${CMAKE_CURRENT_LIST_DIR}/include)
+endif()
+")
+set(Utf8proc_DIR ${unicode})
+set(CMAKE_FIND_PACKAGE_PREFER_CONFIG ON)
 
 # The test framework is compiled from its sources.
 set(framework ${CMAKE_BINARY_DIR}/macos-cross-gtest)

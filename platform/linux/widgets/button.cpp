@@ -1,7 +1,7 @@
 #include "platform/button.h"
 
+#include "platform/linux/foundation/native_text.h"
 #include "platform/linux/widgets/button_widgets.h"
-#include "platform/linux/widgets/native_text.h"
 #include "platform/linux/widgets/palette.h"
 
 namespace vorrin {

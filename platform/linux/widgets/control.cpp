@@ -1,6 +1,6 @@
 #include "platform/control.h"
 
-#include "platform/linux/widgets/native_text.h"
+#include "platform/linux/foundation/native_text.h"
 #include "platform/linux/widgets/native_view.h"
 #include "platform/linux/widgets/palette.h"
 #include "platform/linux/widgets/pop_up_widget.h"

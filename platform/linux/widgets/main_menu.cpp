@@ -5,7 +5,7 @@
 #include <QMenuBar>
 
 #include "platform/button.h"
-#include "platform/linux/widgets/native_text.h"
+#include "platform/linux/foundation/native_text.h"
 #include "platform/linux/widgets/window_widget.h"
 
 namespace vorrin {

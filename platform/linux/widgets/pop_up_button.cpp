@@ -1,6 +1,6 @@
 #include "platform/pop_up_button.h"
 
-#include "platform/linux/widgets/native_text.h"
+#include "platform/linux/foundation/native_text.h"
 #include "platform/linux/widgets/pop_up_widget.h"
 
 namespace vorrin {

@@ -4,9 +4,9 @@
 #include <QLineEdit>
 #include <algorithm>
 
+#include "platform/linux/foundation/native_text.h"
 #include "platform/linux/widgets/button_widgets.h"
 #include "platform/linux/widgets/label_widget.h"
-#include "platform/linux/widgets/native_text.h"
 #include "platform/linux/widgets/palette.h"
 #include "platform/linux/widgets/window_widget.h"
 

@@ -1,8 +1,8 @@
 #include "platform/text_field.h"
 
+#include "platform/linux/foundation/native_text.h"
 #include "platform/linux/widgets/field_widget.h"
 #include "platform/linux/widgets/label_widget.h"
-#include "platform/linux/widgets/native_text.h"
 #include "platform/linux/widgets/palette.h"
 
 namespace vorrin {

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "platform/linux/widgets/native_text.h"
+#include "platform/linux/foundation/native_text.h"
 #include "platform/linux/widgets/palette.h"
 #include "platform/linux/widgets/window_activation.h"
 #include "platform/linux/widgets/window_widget.h"

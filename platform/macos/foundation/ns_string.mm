@@ -1,15 +1,14 @@
 #include "platform/macos/foundation/ns_string.h"
 
-#include "platform/macos/foundation/utf8.h"
+#include "platform/portable/utf8.h"
 
 namespace vorrin {
 
 NSString* nsString(std::string_view text) {
-  // NSString takes all or nothing.
-  const std::string repaired = repairedUtf8(text);
-  return [[NSString alloc] initWithBytes:repaired.data()
-                                  length:repaired.size()
-                                encoding:NSUTF8StringEncoding];
+  // By UTF-16: of UTF-8, NSString takes all or nothing, and drops a leading U+FEFF.
+  const std::u16string units = utf16(text);
+  return [NSString stringWithCharacters:reinterpret_cast<const unichar*>(units.data())
+                                 length:units.size()];
 }
 
 std::string standardString(NSString* text) {

@@ -1,6 +1,7 @@
 #include "platform/text_file.h"
 
 #include "platform/macos/foundation/ns_string.h"
+#include "platform/portable/utf8.h"
 
 namespace vorrin {
 
@@ -9,13 +10,10 @@ std::filesystem::path homeDirectory() {
 }
 
 std::optional<std::string> readTextFile(const std::filesystem::path& path) {
-  // Read as bytes: a string read from a file may lose its byte-order mark, and with it a
-  // difference.
   NSData* bytes = [NSData dataWithContentsOfFile:nsString(path.native())];
-  NSString* text =
-      bytes == nil ? nil : [[NSString alloc] initWithData:bytes encoding:NSUTF8StringEncoding];
-  if (text == nil) return std::nullopt;
-  return std::string(static_cast<const char*>(bytes.bytes), bytes.length);
+  if (bytes == nil) return std::nullopt;
+  const std::string_view text(static_cast<const char*>(bytes.bytes), bytes.length);
+  return isUtf8(text) ? std::optional(std::string(text)) : std::nullopt;
 }
 
 bool writeTextFileAtomically(const std::filesystem::path& path, std::string_view text) {

@@ -1,13 +1,15 @@
 #pragma once
 
 #include <QString>
-#include <string>
 #include <string_view>
+
+#include "platform/portable/utf8.h"
 
 namespace vorrin {
 
+/// `text` as Qt has it. Qt's own conversions drop a leading U+FEFF.
 inline QString nativeText(std::string_view text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+  return QStringView(utf16(text)).toString();
 }
 
 }  // namespace vorrin

@@ -1,0 +1,115 @@
+#include <gtest/gtest.h>
+#include <pwd.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "platform/text_file.h"
+#include "tests/foundation/child_process.h"
+#include "tests/foundation/defaults_sandbox.h"
+#include "tests/foundation/killed_at_instant.h"
+
+namespace vorrin {
+namespace {
+
+class LinuxTextFile : public DefaultsSandbox {
+ protected:
+  LinuxTextFile() { std::filesystem::create_directory(directory); }
+
+  const std::filesystem::path directory = root / "directory";
+  const std::filesystem::path file = directory / "text";
+};
+
+TEST_F(LinuxTextFile, keeps_the_permissions_of_the_file_it_replaces) {
+  fill(file, "old");
+  ::chmod(file.c_str(), 0604);
+  ASSERT_TRUE(writeTextFileAtomically(file, "new"));
+  EXPECT_EQ(permissionsOf(file), 0604u);
+}
+
+TEST_F(LinuxTextFile, is_written_where_a_link_leads) {
+  fill(root / "elsewhere", "old");
+  std::filesystem::create_symlink("../elsewhere", directory / "link");
+  std::filesystem::create_symlink("link", file);
+  ASSERT_TRUE(writeTextFileAtomically(file, "new"));
+  EXPECT_TRUE(std::filesystem::is_symlink(file));
+  EXPECT_EQ(contentOf(root / "elsewhere"), "new");
+}
+
+TEST_F(LinuxTextFile, waits_for_no_pipe) {
+  ASSERT_EQ(::mkfifo(file.c_str(), 0600), 0);
+  EXPECT_FALSE(writeTextFileAtomically(file, "new"));
+  EXPECT_FALSE(readTextFile(file));
+}
+
+TEST_F(LinuxTextFile, gives_nothing_when_reading_fails) {
+  // A regular file whose beginning cannot be read, as on a broken disk.
+  std::filesystem::create_symlink("/proc/self/mem", file);
+  EXPECT_FALSE(readTextFile(file));
+}
+
+TEST_F(LinuxTextFile, keeps_the_old_text_and_leaves_nothing_behind_when_the_new_one_does_not_fit) {
+  fill(file, "old");
+  ChildProcess child([&] {
+    ::signal(SIGXFSZ, SIG_IGN);
+    const rlimit limit{.rlim_cur = 10'000, .rlim_max = 10'000};
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+    return !writeTextFileAtomically(file, std::string(20'000, 'x'));
+  });
+  EXPECT_TRUE(child.wait());
+  EXPECT_EQ(contentOf(file), "old");
+  EXPECT_EQ(namesIn(directory), std::vector<std::string>{"text"});
+}
+
+TEST_F(LinuxTextFile, keeps_the_old_text_when_the_directory_cannot_be_written) {
+  fill(file, "old");
+  giveToOrdinaryUser();
+  ::chmod(directory.c_str(), 0500);
+  ChildProcess child([&] {
+    becomeOrdinaryUser();
+    return !writeTextFileAtomically(file, "new") && readTextFile(file) == "old";
+  });
+  EXPECT_TRUE(child.wait());
+}
+
+TEST_F(LinuxTextFile, is_whole_when_its_writer_is_killed_at_any_instant) {
+  bool killed = true;
+  for (int instant = 0; killed; ++instant) {
+    std::filesystem::remove_all(directory);
+    std::filesystem::create_directory(directory);
+    fill(file, "old");
+    killed =
+        killedAtInstant(instant, [&] { static_cast<void>(writeTextFileAtomically(file, "new")); });
+    const auto text = readTextFile(file);
+    ASSERT_TRUE(text == "old" || text == "new") << "at instant " << instant;
+    // The new text has a name of its own just before it takes the old one's place.
+    ASSERT_LE(namesIn(directory).size(), 2u) << "at instant " << instant;
+  }
+  EXPECT_EQ(readTextFile(file), "new");
+}
+
+using HomeDirectory = DefaultsSandbox;
+
+TEST_F(HomeDirectory, is_what_the_environment_says) {
+  EXPECT_EQ(homeDirectory(), home);
+  ::setenv("HOME", "/does/not/exist", 1);
+  EXPECT_EQ(homeDirectory(), "/does/not/exist");
+}
+
+TEST_F(HomeDirectory, is_that_of_the_account_when_the_environment_names_none) {
+  const std::string account = ::getpwuid(::getuid())->pw_dir;
+  ::unsetenv("HOME");
+  EXPECT_EQ(homeDirectory(), account);
+  for (const char* none : {"", "not/absolute"}) {
+    ::setenv("HOME", none, 1);
+    EXPECT_EQ(homeDirectory(), account);
+  }
+}
+
+}  // namespace
+}  // namespace vorrin

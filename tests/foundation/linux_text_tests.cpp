@@ -1,0 +1,37 @@
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+#include "platform/text.h"
+
+namespace vorrin {
+namespace {
+
+/// Whether "zebra" comes before "ärlig" where the environment names these languages. In a process
+/// of its own, since a program finds out its language once.
+void expectZebraFirst(bool expected, const char* collation, const char* all) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  EXPECT_EXIT(
+      {
+        ::setenv("LC_COLLATE", collation, 1);
+        ::setenv("LC_ALL", all, 1);
+        std::exit(localizedStandardCompare("zebra", "ärlig") < 0 ? 1 : 0);
+      },
+      testing::ExitedWithCode(expected ? 1 : 0), "")
+      << collation << " " << all;
+}
+
+TEST(NameOrder, follows_the_language_of_the_environment) {
+  expectZebraFirst(true, "sv_SE.UTF-8", "");
+  expectZebraFirst(false, "de_DE.UTF-8", "");
+  expectZebraFirst(true, "de_DE.UTF-8", "sv_SE.UTF-8");
+}
+
+TEST(NameOrder, is_none_of_code_points_without_a_language) {
+  for (const char* locale : {"C", "POSIX", "C.UTF-8", "qq_QQ.UTF-8@nothing"}) {
+    expectZebraFirst(false, "", locale);
+  }
+}
+
+}  // namespace
+}  // namespace vorrin
