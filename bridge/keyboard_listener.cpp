@@ -96,7 +96,7 @@ TapVerdict keyboardTapCallback(const TapEvent& event) {
   }
   if (event.userData == marker) return TapVerdict::pass;
   const std::uint16_t key = checkedKeyCode(event.keyCode);
-  if (!sessionIsActive()) {
+  if (!sessionIsActive() && key != escapeKey) {
     // What is typed there is nobody's business. Its keys only count as released.
     engine.held.erase(key);
     return TapVerdict::pass;

@@ -98,7 +98,7 @@ void happen(FuzzedDataProvider& input) {
     case 0:
       return fake::setApplicationActive(yes);
     case 1:
-      return yes ? fake::sendSessionDidBecomeActive() : leaveSession();
+      return yes ? fake::setSessionActive(true) : leaveSession();
     case 2:
       return fake::invalidateTap();
     case 3:

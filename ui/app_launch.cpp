@@ -53,12 +53,8 @@ void App::observeSystem() {
     if (const auto alive = app.lock()) alive->followSurroundings();
   };
   workspaceObserver_ = observeWorkspace({.willSleep = &App::stopAll,
-                                         .sessionDidResignActive =
-                                             [follow] {
-                                               stopAll();
-                                               follow();
-                                             },
-                                         .sessionDidBecomeActive = follow});
+                                         .sessionDidResignActive = &App::stopAll,
+                                         .sessionActivityDidChange = follow});
 }
 
 /// Whether this program is in front and the user at the session decides what is claimed and shown.

@@ -1,9 +1,12 @@
 // A program that locks the screen as the plain lockers of X11 do, and tells nobody: it takes the
 // keyboard and the pointer and covers the screen. A line on its standard output for each key and
 // button: kind, code. By an argument it is another:
-//   keyboard  takes nothing but the keyboard
-//   dialog    a locker that shows a small window of the ordinary kind too
-//   game      an old game that fills the screen: its ordinary window is as large, and below
+//   grabs-first  takes the keyboard and the pointer before it covers the screen
+//   again        covers the screen, leaves it, and covers it again
+//   dialog       shows a small window of the ordinary kind too
+//   keyboard     no locker: takes nothing but the keyboard
+//   cover        no locker: only covers the screen
+//   game         an old game that fills the screen: its ordinary window is as large, and below
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
 #include <poll.h>
@@ -43,26 +46,55 @@ void showOrdinaryWindow(Display* display, Size size) {
   } while (seen.type != MapNotify);
 }
 
-Window cover(Display* display, Size size) {
+Window makeCover(Display* display, Size size) {
   XSetWindowAttributes attributes{};
   attributes.override_redirect = True;
-  attributes.event_mask = KeyPressMask | VisibilityChangeMask;
-  const Window window =
-      XCreateWindow(display, DefaultRootWindow(display), 0, 0, size.width, size.height, 0,
-                    CopyFromParent, InputOutput, static_cast<Visual*>(CopyFromParent),
-                    CWOverrideRedirect | CWEventMask, &attributes);
-  XMapRaised(display, window);
+  attributes.event_mask = KeyPressMask | ButtonPressMask | StructureNotifyMask;
+  return XCreateWindow(display, DefaultRootWindow(display), 0, 0, size.width, size.height, 0,
+                       CopyFromParent, InputOutput, static_cast<Visual*>(CopyFromParent),
+                       CWOverrideRedirect | CWEventMask, &attributes);
+}
+
+void waitFor(Display* display, Window window, int type) {
   XEvent seen;
-  XWindowEvent(display, window, VisibilityChangeMask, &seen);
-  return window;
+  do {
+    XWindowEvent(display, window, StructureNotifyMask, &seen);
+  } while (seen.type != type);
+}
+
+void show(Display* display, Window window) {
+  XMapRaised(display, window);
+  waitFor(display, window, MapNotify);
+}
+
+void hide(Display* display, Window window) {
+  XUnmapWindow(display, window);
+  waitFor(display, window, UnmapNotify);
 }
 
 /// A key or a button that is just being pressed may have the device for a moment.
-bool takeInput(Display* display, Window window, bool pointerToo) {
-  return (!pointerToo || XGrabPointer(display, window, False, ButtonPressMask, GrabModeAsync,
-                                      GrabModeAsync, None, None, CurrentTime) == GrabSuccess) &&
-         XGrabKeyboard(display, window, False, GrabModeAsync, GrabModeAsync, CurrentTime) ==
-             GrabSuccess;
+void take(Display* display, Window window, bool pointerToo) {
+  while ((pointerToo && XGrabPointer(display, window, False, ButtonPressMask, GrabModeAsync,
+                                     GrabModeAsync, None, None, CurrentTime) != GrabSuccess) ||
+         XGrabKeyboard(display, window, False, GrabModeAsync, GrabModeAsync, CurrentTime) !=
+             GrabSuccess) {
+    poll(nullptr, 0, 10);
+  }
+}
+
+/// Becomes the program of this kind.
+void become(std::string_view kind, Display* display) {
+  const Size all = screenSize(display);
+  if (kind == "dialog") showOrdinaryWindow(display, {300, 200});
+  if (kind == "game") showOrdinaryWindow(display, all);
+  const Window window = makeCover(display, kind == "keyboard" ? Size() : all);
+  if (kind == "grabs-first") take(display, DefaultRootWindow(display), true);
+  show(display, window);
+  if (kind == "again") {
+    hide(display, window);
+    show(display, window);
+  }
+  if (kind != "cover" && kind != "grabs-first") take(display, window, kind != "keyboard");
 }
 
 }  // namespace
@@ -70,12 +102,7 @@ bool takeInput(Display* display, Window window, bool pointerToo) {
 int main(int count, char** arguments) {
   Display* const display = XOpenDisplay(nullptr);
   if (display == nullptr) return EXIT_FAILURE;
-  const std::string_view kind = count > 1 ? arguments[1] : "locker";
-  const bool takesAll = kind != "keyboard";
-  if (kind == "dialog") showOrdinaryWindow(display, {300, 200});
-  if (kind == "game") showOrdinaryWindow(display, screenSize(display));
-  const Window window = cover(display, takesAll ? screenSize(display) : Size());
-  while (!takeInput(display, window, takesAll)) poll(nullptr, 0, 10);
+  become(count > 1 ? arguments[1] : "plain", display);
   std::puts("locked 0");
   while (true) {
     if (XPending(display) == 0) std::fflush(stdout);

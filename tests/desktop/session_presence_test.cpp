@@ -2,34 +2,36 @@
 
 #include <gtest/gtest.h>
 
-#include <vector>
+#include <string>
+#include <utility>
 
 namespace vorrin {
 namespace {
 
 class SessionPresenceTest : public testing::Test {
  protected:
-  std::vector<bool> told_;
-  SessionPresence presence_{[this](bool isActive) { told_.push_back(isActive); }};
-  const SessionPresence::Time request_{std::chrono::hours(1)};
+  SessionPresence presence_{{.resigned = [this] { told_ += presence_.isActive() ? '!' : 'r'; },
+                             .activity = [this] { told_ += presence_.isActive() ? 'a' : 'i'; }}};
+
+  /// What was told since the last call: resigned, inactive, active.
+  std::string told() { return std::exchange(told_, {}); }
+
+ private:
+  std::string told_;
 };
 
-constexpr LockSigns nothingSeen;
-constexpr LockSigns keyboardHeld{.keyboardIsHeld = true};
-constexpr LockSigns lockSeen{.keyboardIsHeld = true, .screensAreCovered = true};
-
-TEST_F(SessionPresenceTest, the_user_is_there_at_first) {
+TEST_F(SessionPresenceTest, a_lock_and_another_session_resign_and_only_changes_are_told) {
   EXPECT_TRUE(presence_.isActive());
-}
-
-TEST_F(SessionPresenceTest, only_changes_are_told) {
   presence_.setLocked("a", true);
   presence_.setLocked("a", true);
   presence_.setOnScreen(false);
+  EXPECT_EQ(told(), "ri");
   presence_.setOnScreen(true);
   presence_.setLocked("a", false);
   presence_.setLocked("a", false);
-  EXPECT_EQ(told_, (std::vector{false, true}));
+  EXPECT_EQ(told(), "a");
+  presence_.setOnScreen(false);
+  EXPECT_EQ(told(), "ri");
 }
 
 TEST_F(SessionPresenceTest, everybody_who_said_locked_has_to_take_it_back) {
@@ -41,31 +43,45 @@ TEST_F(SessionPresenceTest, everybody_who_said_locked_has_to_take_it_back) {
   EXPECT_TRUE(presence_.isActive());
 }
 
-TEST_F(SessionPresenceTest, a_request_to_lock_counts_at_once_and_ends_with_the_lock) {
-  presence_.lockWasRequested(request_);
-  EXPECT_FALSE(presence_.isActive());
-  presence_.setLocked("a", true);
-  presence_.setLocked("a", false);
-  EXPECT_TRUE(presence_.isActive());
+TEST_F(SessionPresenceTest, a_screen_saver_does_not_resign_until_it_locks) {
+  presence_.setScreenSaver("a", true);
+  EXPECT_EQ(told(), "i");
+  presence_.setLocked("b", true);
+  EXPECT_EQ(told(), "r");
+  presence_.setScreenSaver("a", false);
+  EXPECT_EQ(told(), "");
+  presence_.setLocked("b", false);
+  EXPECT_EQ(told(), "a");
 }
 
-TEST_F(SessionPresenceTest, somebody_who_knows_of_no_lock_does_not_end_a_request) {
-  presence_.lockWasRequested(request_);
-  presence_.setLocked("a", false);
-  EXPECT_FALSE(presence_.isActive());
-  presence_.unlockWasRequested();
-  EXPECT_TRUE(presence_.isActive());
+TEST_F(SessionPresenceTest, a_request_to_lock_counts_at_once_and_ends_with_what_came_of_it) {
+  const auto lock = [this](bool is) { presence_.setLocked("a", is); };
+  const auto save = [this](bool is) { presence_.setScreenSaver("a", is); };
+  for (const std::function<void(bool)>& become :
+       {std::function<void(bool)>(lock), std::function<void(bool)>(save)}) {
+    presence_.lockWasRequested();
+    EXPECT_EQ(told(), "ri");
+    become(false);
+    EXPECT_FALSE(presence_.isActive()) << "somebody who knows of no lock ended it";
+    become(true);
+    become(false);
+    EXPECT_EQ(told(), "a");
+  }
 }
 
-TEST_F(SessionPresenceTest, a_request_to_unlock_does_not_open_a_lock_that_somebody_sees) {
+TEST_F(SessionPresenceTest, the_end_of_a_request_opens_no_lock_that_somebody_sees) {
+  presence_.lockWasRequested();
+  presence_.lockRequestEnded();
+  EXPECT_TRUE(presence_.isActive());
   presence_.setLocked("a", true);
-  presence_.unlockWasRequested();
+  presence_.lockRequestEnded();
   EXPECT_FALSE(presence_.isActive());
 }
 
 TEST_F(SessionPresenceTest, a_user_seen_at_a_window_ends_what_nobody_else_would_take_back) {
-  presence_.lockWasRequested(request_);
+  presence_.lockWasRequested();
   presence_.setOnScreen(false);
+  presence_.setScreenSaver("a", true);
   presence_.userWasSeen();
   EXPECT_TRUE(presence_.isActive());
 }
@@ -73,56 +89,6 @@ TEST_F(SessionPresenceTest, a_user_seen_at_a_window_ends_what_nobody_else_would_
 TEST_F(SessionPresenceTest, a_window_that_becomes_active_behind_a_lock_screen_unlocks_nothing) {
   presence_.setLocked("a", true);
   presence_.userWasSeen();
-  EXPECT_FALSE(presence_.isActive());
-}
-
-TEST_F(SessionPresenceTest, a_lock_that_the_display_shows_counts_as_long_as_it_is_shown) {
-  presence_.sawDisplay(lockSeen, request_);
-  EXPECT_FALSE(presence_.isActive());
-  presence_.userWasSeen();
-  EXPECT_FALSE(presence_.isActive());
-  presence_.sawDisplay(nothingSeen, request_);
-  EXPECT_TRUE(presence_.isActive());
-}
-
-TEST_F(SessionPresenceTest, a_program_that_only_holds_the_keyboard_locks_nothing) {
-  presence_.sawDisplay(keyboardHeld, request_);
-  EXPECT_TRUE(presence_.isActive());
-}
-
-TEST_F(SessionPresenceTest, a_request_is_over_when_the_keyboard_is_given_back) {
-  using std::chrono::seconds;
-  presence_.lockWasRequested(request_);
-  presence_.sawDisplay(nothingSeen, request_ + seconds(1));
-  EXPECT_FALSE(presence_.isActive());
-  presence_.sawDisplay(keyboardHeld, request_ + seconds(2));
-  presence_.sawDisplay(keyboardHeld, request_ + std::chrono::hours(2));
-  EXPECT_FALSE(presence_.isActive());
-  presence_.sawDisplay(nothingSeen, request_ + std::chrono::hours(3));
-  EXPECT_TRUE(presence_.isActive());
-}
-
-TEST_F(SessionPresenceTest, a_request_that_nobody_heeds_is_over_in_time) {
-  presence_.lockWasRequested(request_);
-  const auto patience = SessionPresence::lockerPatience;
-  presence_.sawDisplay(nothingSeen, request_ + patience - std::chrono::milliseconds(1));
-  EXPECT_FALSE(presence_.isActive());
-  presence_.sawDisplay(nothingSeen, request_ + patience);
-  EXPECT_TRUE(presence_.isActive());
-}
-
-TEST_F(SessionPresenceTest, what_was_seen_before_a_request_says_nothing_of_it) {
-  presence_.sawDisplay(lockSeen, request_);
-  presence_.sawDisplay(nothingSeen, request_);
-  presence_.lockWasRequested(request_);
-  presence_.sawDisplay(nothingSeen, request_);
-  EXPECT_FALSE(presence_.isActive());
-}
-
-TEST_F(SessionPresenceTest, the_display_does_not_end_what_a_screen_saver_says) {
-  presence_.setLocked("a", true);
-  presence_.sawDisplay(lockSeen, request_);
-  presence_.sawDisplay(nothingSeen, request_ + std::chrono::hours(1));
   EXPECT_FALSE(presence_.isActive());
 }
 

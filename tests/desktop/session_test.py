@@ -1,5 +1,5 @@
-"""Sleep, the switch to another session, and the lock screen, as a login manager and screen savers
-tell them."""
+"""Sleep, the switch to another session, lock screens and screen savers: as a login manager and screen
+savers tell them, and as the X server shows them."""
 
 import os
 import signal
@@ -10,22 +10,22 @@ import unittest
 
 from desktop import DIGIT_1, X, Client, Desktop, Locker, wait_until
 
-SESSION = "/org/freedesktop/login1/session/c1"
+SESSION = "/org/freedesktop/login1/session/auto"
 BACKTICK, TAB = 49, 23  # the server's key codes
 
 
 class LoginManager:
-    """A scripted login manager on a system bus of its own, with one session: c1."""
+    """A scripted login manager on a system bus of its own, with one session."""
 
     def __init__(self, desktop):
         self._desktop = desktop
         self.bus, self._address = desktop.start_bus()
         desktop.environment["DBUS_SYSTEM_BUS_ADDRESS"] = self._address
-        desktop.environment["XDG_SESSION_ID"] = "c1"
         self.process = desktop.start([sys.executable, "-m", "dbusmock", "--template", "logind"],
                                      stdout=subprocess.DEVNULL)
-        wait_until(lambda: self._mock("/org/freedesktop/login1", "AddSession", "'c1'", "'seat0'",
-                                      f"uint32 {os.getuid()}", "'user'", "true"), "the session c1")
+        # The name by which programs ask for their own one.
+        wait_until(lambda: self._mock("/org/freedesktop/login1", "AddSession", "'auto'", "'seat0'",
+                                      f"uint32 {os.getuid()}", "'user'", "true"), "the session")
 
     def _call(self, path, method, *arguments):
         return self._desktop.text("gdbus", "call", "--address", self._address, "--timeout", "10",
@@ -52,11 +52,6 @@ class LoginManager:
         """Changes a property of the session."""
         self._mock(SESSION, "UpdateProperties", "org.freedesktop.login1.Session",
                    "{'%s': <%s>}" % (name, str(value).lower()))
-
-    def knows_sessions_of_processes(self):
-        """As it does of processes started in a session, not by a service of the user's."""
-        self._mock("/org/freedesktop/login1", "AddMethod", "org.freedesktop.login1.Manager",
-                   "GetSessionByPID", "u", "o", f"ret = '{SESSION}'")
 
     def sleep_delays(self):
         """How many programs are waited for before the machine sleeps."""
@@ -91,7 +86,8 @@ class SessionTest(unittest.TestCase):
         client.start_macros()
         return vorrin, client
 
-    def assert_away(self, desktop, client):
+    def assert_away(self, client):
+        """Nothing is swallowed and nothing is posted."""
         client.drain()
         self.assertEqual(client.typed("grave", "Tab"), ([BACKTICK, TAB], 0))
 
@@ -100,21 +96,20 @@ class SessionTest(unittest.TestCase):
         self.assertEqual(client.typed(), ([], 0))
         client.start_macros_at_once()
 
-    def is_back(self, desktop, client):
+    def is_back(self, client):
         """Whether a shortcut is swallowed; starts the macro then."""
         arrived, clicks = client.typed("Tab")
         return TAB not in arrived or clicks > 0
 
-    def assert_all_arrives(self, desktop, locker):
-        """Nothing is missing of what is typed at the lock screen, and nothing is added."""
+    def arrives(self, desktop, locker):
+        """What a lock screen receives of some keys, which ought to be all, and nothing else."""
         before = len(locker.pressed())
         desktop.type("x", "grave", "Tab", "x", "grave", "Tab", "x")
         wait_until(lambda: locker.pressed()[before:].count(X) == 3, "the last key")
-        self.assertEqual(locker.pressed()[before:], [X, BACKTICK, TAB, X, BACKTICK, TAB, X])
+        return locker.pressed()[before:]
 
-    def assert_stopped_but_there(self, desktop, client):
-        client.drain()
-        self.assert_back_and_off(desktop, client)
+    def assert_all_arrives(self, desktop, locker):
+        self.assertEqual(self.arrives(desktop, locker), [X, BACKTICK, TAB, X, BACKTICK, TAB, X])
 
 
 class Login(SessionTest):
@@ -124,11 +119,14 @@ class Login(SessionTest):
             _, client = self.at_work(desktop)
             wait_until(lambda: manager.sleep_delays() == 1, "the delay")
             manager.sleep(True)
-            self.assert_stopped_but_there(desktop, client)
+            client.drain()
+            self.assertEqual(manager.sleep_delays(), 0)
+            self.assert_back_and_off(desktop, client)
             manager.sleep(False)
+            wait_until(lambda: manager.sleep_delays() == 1, "the delay of the next time")
 
-    def test_locking_is_noticed_by_each_of_its_signs(self):
-        signs = {
+    def test_a_lock_and_a_switch_of_the_session_end_the_macros(self):
+        changes = {
             "Lock": (LoginManager.lock, LoginManager.unlock),
             "LockedHint": (lambda manager: manager.set("LockedHint", True),
                            lambda manager: manager.set("LockedHint", False)),
@@ -138,49 +136,12 @@ class Login(SessionTest):
         with Desktop() as desktop:
             manager = LoginManager(desktop)
             _, client = self.at_work(desktop)
-            for name, (leave, come_back) in signs.items():
+            for name, (leave, come_back) in changes.items():
                 with self.subTest(name):
                     leave(manager)
-                    self.assert_away(desktop, client)
+                    self.assert_away(client)
                     come_back(manager)
                     self.assert_back_and_off(desktop, client)
-
-    def test_a_request_to_lock_that_nobody_heeds_is_forgotten(self):
-        with Desktop() as desktop:
-            manager = LoginManager(desktop)
-            _, client = self.at_work(desktop)
-            manager.lock()
-            self.assert_away(desktop, client)
-            wait_until(lambda: self.is_back(desktop, client), "Vorrin back")
-
-    def test_a_request_to_lock_ends_with_the_locker_that_heeds_it(self):
-        with Desktop() as desktop:
-            manager = LoginManager(desktop)
-            _, client = self.at_work(desktop)
-            manager.lock()
-            # One that leaves the screen to be seen: nothing but the request tells what it is.
-            locker = Locker(desktop, "keyboard")
-            self.assert_all_arrives(desktop, locker)
-            # Longer than a request is believed without a locker.
-            began = time.monotonic()
-            wait_until(lambda: time.monotonic() - began > 12, "the patience to end", bound=20)
-            self.assert_all_arrives(desktop, locker)
-            desktop.end(locker.process)
-            wait_until(lambda: self.is_back(desktop, client), "Vorrin back")
-
-    def test_a_lock_that_nobody_takes_back_ends_when_the_user_is_at_the_window(self):
-        with Desktop() as desktop:
-            manager = LoginManager(desktop)
-            _, client = self.at_work(desktop)
-            manager.lock()
-            self.assert_away(desktop, client)
-            desktop.call("org.freedesktop.Application.Activate", "{}")
-            window = desktop.vorrin_windows()[0]
-            wait_until(lambda: desktop.active_window() == window, "the window in front")
-            desktop.settle()
-            client.focus()
-            desktop.settle()
-            self.assert_back_and_off(desktop, client)
 
     def test_a_session_locked_at_the_start_is_left_alone(self):
         with Desktop() as desktop:
@@ -189,74 +150,79 @@ class Login(SessionTest):
             desktop.start_ready_vorrin()
             client = Client(desktop)
             client.focus()
-            self.assert_away(desktop, client)
+            self.assert_away(client)
             manager.set("LockedHint", False)
             self.assert_back_and_off(desktop, client)
 
-    def test_the_session_is_the_one_that_vorrin_was_started_in(self):
+    def test_a_request_to_lock_lasts_with_a_locker_that_heeds_it_and_no_longer(self):
         with Desktop() as desktop:
             manager = LoginManager(desktop)
-            # Whatever the environment says, which may be left over from another session.
-            desktop.environment["XDG_SESSION_ID"] = "another"
-            manager.knows_sessions_of_processes()
             _, client = self.at_work(desktop)
-            manager.set("LockedHint", True)
-            self.assert_away(desktop, client)
-            manager.set("LockedHint", False)
+            manager.lock()
+            # One that leaves the screen to be seen: nothing but the request tells what it is.
+            locker = Locker(desktop, "keyboard")
+            self.assert_all_arrives(desktop, locker)
+            began = time.monotonic()
+            wait_until(lambda: time.monotonic() - began > 11, "the time for a locker to be over")
+            self.assert_all_arrives(desktop, locker)
+            desktop.end(locker.process)
+            manager.unlock()
+            self.assert_back_and_off(desktop, client)
+            manager.lock()
+            self.assert_away(client)
+            wait_until(lambda: self.is_back(client), "the end of a request that nobody heeds")
+
+    def test_a_lock_that_nobody_takes_back_ends_when_the_user_is_at_the_window(self):
+        with Desktop() as desktop:
+            manager = LoginManager(desktop)
+            _, client = self.at_work(desktop)
+            manager.lock()
+            self.assert_away(client)
+            desktop.call("org.freedesktop.Application.Activate", "{}")
+            window = desktop.vorrin_windows()[0]
+            wait_until(lambda: desktop.active_window() == window, "the window in front")
+            desktop.settle()
+            client.focus()
+            desktop.settle()
             self.assert_back_and_off(desktop, client)
 
-    def test_no_login_manager_is_no_obstacle(self):
-        with Desktop() as desktop:
-            _, desktop.environment["DBUS_SYSTEM_BUS_ADDRESS"] = desktop.start_bus()
-            vorrin, _ = self.at_work(desktop)
-            desktop.end(vorrin)
-            self.assertEqual(vorrin.returncode, 0)
-
-    def test_a_login_manager_or_a_bus_that_never_answers_is_no_obstacle(self):
-        for hanging in ("process", "bus"):
-            with self.subTest(hanging), Desktop() as desktop:
-                os.kill(getattr(LoginManager(desktop), hanging).pid, signal.SIGSTOP)
-                begin = time.monotonic()
+    def test_no_login_manager_or_one_that_hangs_or_a_bus_that_hangs_is_no_obstacle(self):
+        for fault in ("none", "process", "bus"):
+            with self.subTest(fault), Desktop() as desktop:
+                if fault == "none":
+                    _, desktop.environment["DBUS_SYSTEM_BUS_ADDRESS"] = desktop.start_bus()
+                else:
+                    os.kill(getattr(LoginManager(desktop), fault).pid, signal.SIGSTOP)
                 vorrin, _ = self.at_work(desktop)
-                self.assertLess(time.monotonic() - begin, 24)  # the libraries would wait for 25
                 desktop.end(vorrin)
                 self.assertEqual(vorrin.returncode, 0)
 
 
 class SilentLockers(SessionTest):
-    def test_a_locker_that_tells_nobody_gets_every_key_and_nothing_else(self):
-        with Desktop() as desktop:
-            self.at_work(desktop)
-            locker = Locker(desktop)
-            # The macros may notice a moment later; what they did until then is on its way.
-            wait_until(lambda: self.posts_nothing(desktop, locker), "an end of all digits")
-            self.assert_all_arrives(desktop, locker)
-
-    def test_it_counts_from_its_first_key(self):
-        with Desktop() as desktop:
-            desktop.start_ready_vorrin()
-            client = Client(desktop)
-            client.focus()
-            client.start_macros()
-            desktop.type("Escape")
-            client.drain()
-            self.assert_all_arrives(desktop, Locker(desktop))
-
-    def test_after_it_everything_is_as_before_and_the_macros_are_off(self):
+    def test_each_kind_gets_every_key_and_ends_the_macros_until_it_is_gone(self):
         with Desktop() as desktop:
             _, client = self.at_work(desktop)
-            locker = Locker(desktop)
-            wait_until(lambda: self.posts_nothing(desktop, locker), "an end of all digits")
-            desktop.end(locker.process)
-            # The clicks under way when the screen was locked may have cost the client the keyboard.
-            client.focus()
-            self.assert_back_and_off(desktop, client)
+            for kind in ("plain", "grabs-first", "again", "dialog", "killed"):
+                with self.subTest(kind):
+                    locker = Locker(desktop, kind)
+                    # What the macros did until they were stopped is on its way.
+                    wait_until(lambda: len(self.arrives(desktop, locker)) == 7, "an end of all digits")
+                    self.assert_all_arrives(desktop, locker)
+                    if kind == "killed":
+                        locker.process.kill()
+                    desktop.end(locker.process)
+                    # Clicks under way at the lock may have cost the client the keyboard.
+                    client.focus()
+                    wait_until(lambda: self.is_back(client), "Vorrin back")
+                    desktop.type("Escape")
+                    client.drain()
+                    self.assert_back_and_off(desktop, client)
 
-    def test_one_that_shows_an_ordinary_window_too_is_one(self):
+    def test_one_that_was_there_before_vorrin_is_left_alone(self):
         with Desktop() as desktop:
-            self.at_work(desktop)
-            locker = Locker(desktop, "dialog")
-            wait_until(lambda: self.posts_nothing(desktop, locker), "an end of all digits")
+            locker = Locker(desktop)
+            desktop.start_ready_vorrin()
+            wait_until(lambda: len(self.arrives(desktop, locker)) == 7, "the lock seen")
             self.assert_all_arrives(desktop, locker)
 
     def test_a_game_that_covers_the_screen_as_they_do_is_none(self):
@@ -271,19 +237,15 @@ class SilentLockers(SessionTest):
             wait_until(lambda: game.clicks() > clicks + 100, "clicks")
             self.assertNotIn(TAB, game.pressed())
 
-    def test_a_program_that_only_takes_the_keyboard_is_none(self):
-        with Desktop() as desktop:
-            _, client = self.at_work(desktop)
-            Locker(desktop, "keyboard")
-            clicks = client.clicks()
-            wait_until(lambda: client.clicks() > clicks + 100, "clicks")
-
-    def posts_nothing(self, desktop, locker):
-        desktop.settle()
-        before = len(locker.pressed())
-        desktop.type("x")
-        wait_until(lambda: X in locker.pressed()[before:], "a key")
-        return locker.pressed()[before:] == [X]
+    def test_a_program_that_only_takes_the_keyboard_or_only_covers_the_screen_is_none(self):
+        for kind in ("keyboard", "cover"):
+            with self.subTest(kind), Desktop() as desktop:
+                _, client = self.at_work(desktop)
+                other = client if kind == "keyboard" else None
+                locker = Locker(desktop, kind)
+                other = other or locker
+                clicks = other.clicks()
+                wait_until(lambda: other.clicks() > clicks + 100, "clicks")
 
 
 class Savers(SessionTest):
@@ -295,28 +257,53 @@ class Savers(SessionTest):
         "org.xfce.ScreenSaver": "/org/xfce/ScreenSaver",
     }
 
-    def test_each_desktops_screen_saver_is_heard(self):
+    def assert_goes_on(self, client):
+        clicks, pressed = client.clicks(), len(client.pressed())
+        wait_until(lambda: client.clicks() > clicks and DIGIT_1 in client.pressed()[pressed:],
+                   "both macros going on")
+
+    def test_each_desktops_screen_saver_pauses_the_macros(self):
         with Desktop() as desktop:
             _, client = self.at_work(desktop)
             for name, path in self.names.items():
                 with self.subTest(name):
                     saver = ScreenSaver(desktop, name, path)
                     saver.set_active(True)
-                    self.assert_away(desktop, client)
+                    self.assert_away(client)
                     saver.set_active(False)
-                    self.assert_back_and_off(desktop, client)
+                    self.assert_goes_on(client)
 
-    def test_a_screen_saver_that_is_killed_locks_nothing_any_more(self):
+    def test_escape_ends_the_macros_behind_a_screen_saver(self):
         with Desktop() as desktop:
             _, client = self.at_work(desktop)
             saver = ScreenSaver(desktop, "org.gnome.ScreenSaver", "/org/gnome/ScreenSaver")
             saver.set_active(True)
-            self.assert_away(desktop, client)
-            saver.process.kill()
-            saver.process.wait()
-            wait_until(lambda: desktop.name_owner_process("org.gnome.ScreenSaver") is None,
-                       "the name given back")
+            self.assert_away(client)
+            desktop.type("Escape")
+            desktop.settle()
+            saver.set_active(False)
             self.assert_back_and_off(desktop, client)
+
+    def test_a_screen_saver_that_locks_ends_the_macros(self):
+        with Desktop() as desktop:
+            manager = LoginManager(desktop)
+            _, client = self.at_work(desktop)
+            saver = ScreenSaver(desktop, "org.gnome.ScreenSaver", "/org/gnome/ScreenSaver")
+            saver.set_active(True)
+            manager.set("LockedHint", True)
+            self.assert_away(client)
+            manager.set("LockedHint", False)
+            saver.set_active(False)
+            self.assert_back_and_off(desktop, client)
+
+    def test_a_screen_saver_that_is_killed_pauses_nothing_any_more(self):
+        with Desktop() as desktop:
+            _, client = self.at_work(desktop)
+            saver = ScreenSaver(desktop, "org.gnome.ScreenSaver", "/org/gnome/ScreenSaver")
+            saver.set_active(True)
+            self.assert_away(client)
+            saver.process.kill()
+            self.assert_goes_on(client)
 
 
 if __name__ == "__main__":

@@ -6,7 +6,6 @@
 #include <limits>
 #include <vector>
 
-#include "platform/linux/time/timely_timers.h"
 #include "platform/run_loop.h"
 #include "platform/timer.h"
 #include "tests/foundation/defaults_sandbox.h"
@@ -63,29 +62,6 @@ void scheduleWithoutDescriptors() {
 
 TEST(LinuxTimer, that_the_system_does_not_give_ends_the_process) {
   EXPECT_DEATH(scheduleWithoutDescriptors(), "The system gave no timer");
-}
-
-TEST(LinuxTimer, is_told_of_as_long_as_one_may_not_be_late) {
-  std::vector<bool> told;
-  observeTimelyTimers([&](bool exist) { told.push_back(exist); });
-  const Timer first(1, [] {});
-  const Timer second(1, [] {});
-  const Timer ordinary(1, [] {});
-  const Timer never(1, [] {});
-  RunLoop::main().add(ordinary, RunLoopMode::standard);
-  EXPECT_EQ(told, std::vector<bool>{});
-  schedule(first);
-  schedule(first);
-  schedule(second);
-  EXPECT_EQ(told, std::vector{true});
-  first.invalidate();
-  first.invalidate();
-  never.invalidate();
-  ordinary.invalidate();
-  EXPECT_EQ(told, std::vector{true});
-  second.invalidate();
-  EXPECT_EQ(told, (std::vector{true, false}));
-  observeTimelyTimers(nullptr);
 }
 
 }  // namespace

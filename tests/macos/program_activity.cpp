@@ -26,8 +26,4 @@ bool sessionIsActive() {
   return userIsAtSession;
 }
 
-bool sessionWasActive() {
-  return true;
-}
-
 }  // namespace vorrin

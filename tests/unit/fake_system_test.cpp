@@ -38,19 +38,19 @@ TEST_F(FakeSystemTest, there_is_one_observer_of_activity) {
 
 TEST_F(FakeSystemTest, workspace_news_reach_every_observer_that_lives) {
   std::string told;
-  const auto first =
-      observeWorkspace({.willSleep = [&] { told += 's'; },
-                        .sessionDidResignActive = [&] { told += sessionIsActive() ? '!' : 'r'; },
-                        .sessionDidBecomeActive = [&] { told += sessionIsActive() ? 'a' : '!'; }});
+  const auto first = observeWorkspace(
+      {.willSleep = [&] { told += 's'; },
+       .sessionDidResignActive = [&] { told += sessionIsActive() ? '!' : 'r'; },
+       .sessionActivityDidChange = [&] { told += sessionIsActive() ? 'a' : 'i'; }});
   auto second = observeWorkspace({.willSleep = [&] { told += '2'; },
                                   .sessionDidResignActive = {},
-                                  .sessionDidBecomeActive = {}});
+                                  .sessionActivityDidChange = {}});
   fake::sendWillSleep();
   fake::sendSessionDidResignActive();
-  fake::sendSessionDidBecomeActive();
+  fake::setSessionActive(true);
   second.reset();
   fake::sendWillSleep();
-  EXPECT_EQ(told, "s2ras");
+  EXPECT_EQ(told, "s2rias");
 }
 
 TEST_F(FakeSystemTest, openings_of_the_settings_are_counted) {

@@ -20,12 +20,8 @@ class SessionLockTest : public ConnectedTest {
  protected:
   SessionLockTest() {
     observer_ = observeWorkspace({.willSleep = [] { engine.stopAll(); },
-                                  .sessionDidResignActive =
-                                      [] {
-                                        engine.stopAll();
-                                        updateClaimedKeys();
-                                      },
-                                  .sessionDidBecomeActive = [] { updateClaimedKeys(); }});
+                                  .sessionDidResignActive = [] { engine.stopAll(); },
+                                  .sessionActivityDidChange = [] { updateClaimedKeys(); }});
   }
 
  private:
@@ -50,7 +46,7 @@ TEST_F(SessionLockTest, the_shortcuts_are_back_after_unlocking_with_both_macros_
   press(tab);
   release(tab);
   fake::sendSessionDidResignActive();
-  fake::sendSessionDidBecomeActive();
+  fake::setSessionActive(true);
   EXPECT_FALSE(engine.running[1]);
   EXPECT_EQ(fake::claimedKeys(), (KeySet{backtick, tab}));
   EXPECT_EQ(press(tab), TapVerdict::swallow);
@@ -61,7 +57,7 @@ TEST_F(SessionLockTest, a_key_held_down_while_locking_toggles_again_after_unlock
   press(tab);
   fake::sendSessionDidResignActive();
   release(tab);
-  fake::sendSessionDidBecomeActive();
+  fake::setSessionActive(true);
   press(tab);
   EXPECT_TRUE(engine.running[1]);
 }
@@ -73,10 +69,32 @@ TEST_F(SessionLockTest, nothing_is_posted_while_locked) {
   EXPECT_TRUE(fake::system().posted.empty());
 }
 
+TEST_F(SessionLockTest, a_screen_saver_that_does_not_lock_pauses_a_macro_and_ends_none) {
+  press(tab);
+  release(tab);
+  fake::setSessionActive(false);
+  EXPECT_EQ(fake::claimedKeys(), KeySet{});
+  EXPECT_EQ(press(backtick), TapVerdict::pass);
+  emitMacro(1, nullptr);
+  EXPECT_TRUE(fake::system().posted.empty());
+  fake::setSessionActive(true);
+  EXPECT_TRUE(engine.running[1]);
+  EXPECT_EQ(fake::claimedKeys(), (KeySet{backtick, tab}));
+  emitMacro(1, nullptr);
+  EXPECT_FALSE(fake::system().posted.empty());
+}
+
+TEST_F(SessionLockTest, escape_ends_a_macro_that_a_screen_saver_pauses) {
+  press(tab);
+  fake::setSessionActive(false);
+  EXPECT_EQ(press(escapeKey), TapVerdict::pass);
+  EXPECT_FALSE(engine.running[1]);
+}
+
 TEST_F(SessionLockTest, no_macro_may_start_while_locked) {
   fake::sendSessionDidResignActive();
   EXPECT_FALSE(macrosPermitted(true));
-  fake::sendSessionDidBecomeActive();
+  fake::setSessionActive(true);
   EXPECT_TRUE(macrosPermitted(true));
 }
 
@@ -85,7 +103,7 @@ TEST_F(SessionLockTest, a_tap_made_while_locked_claims_nothing_until_unlocked) {
   engine.tap.reset();
   connectKeyboardListener();
   EXPECT_EQ(fake::claimedKeys(), KeySet{});
-  fake::sendSessionDidBecomeActive();
+  fake::setSessionActive(true);
   EXPECT_EQ(press(tab), TapVerdict::swallow);
 }
 

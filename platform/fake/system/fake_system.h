@@ -64,10 +64,11 @@ std::size_t livingTaps();
 /// anything.
 void setApplicationActive(bool active);
 
-/// Workspace notifications, told to everyone who observes. The last two also say whether the
-/// session is the active one from then on.
+/// Workspace notifications, told to everyone who observes.
 void sendWillSleep();
+/// The session is locked; it is not active from then on.
 void sendSessionDidResignActive();
-void sendSessionDidBecomeActive();
+/// A screen saver comes or goes, or the screen is unlocked.
+void setSessionActive(bool active);
 
 }  // namespace vorrin::fake

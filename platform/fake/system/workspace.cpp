@@ -17,10 +17,6 @@ bool sessionIsActive() {
   return fake::session().userIsPresent;
 }
 
-bool sessionWasActive() {
-  return sessionIsActive();
-}
-
 void openAccessibilitySettings() {
   ++fake::system().settingsOpenings;
 }
@@ -46,11 +42,12 @@ void sendWillSleep() {
 void sendSessionDidResignActive() {
   session().userIsPresent = false;
   send(&WorkspaceNotifications::sessionDidResignActive);
+  send(&WorkspaceNotifications::sessionActivityDidChange);
 }
 
-void sendSessionDidBecomeActive() {
-  session().userIsPresent = true;
-  send(&WorkspaceNotifications::sessionDidBecomeActive);
+void setSessionActive(bool active) {
+  session().userIsPresent = active;
+  send(&WorkspaceNotifications::sessionActivityDidChange);
 }
 
 }  // namespace fake

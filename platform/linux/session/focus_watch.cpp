@@ -3,23 +3,14 @@
 #include <xcb/xcb.h>
 
 #include <QTimer>
-#include <cstdlib>
 #include <cstring>
-#include <memory>
-#include <string_view>
 #include <utility>
+
+#include "platform/linux/foundation/xcb_reply.h"
 
 namespace vorrin {
 
 namespace {
-
-template <typename Reply>
-using ReplyPointer = std::unique_ptr<Reply, decltype(&std::free)>;
-
-template <typename Reply>
-ReplyPointer<Reply> owned(Reply* reply) {
-  return {reply, &std::free};
-}
 
 /// The bits of a window's number that tell which client made it.
 std::uint32_t clientOf(xcb_connection_t* connection, xcb_window_t window) {
@@ -28,19 +19,15 @@ std::uint32_t clientOf(xcb_connection_t* connection, xcb_window_t window) {
 
 xcb_window_t focusedWindow(xcb_connection_t* connection) {
   const auto reply =
-      owned(xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
+      ownReply(xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
   return reply ? reply->focus : static_cast<xcb_window_t>(XCB_NONE);
 }
 
 /// A window that the window manager made; none without one that keeps to the conventions.
 xcb_window_t windowOfManager(xcb_connection_t* connection, xcb_window_t root) {
-  constexpr std::string_view name = "_NET_SUPPORTING_WM_CHECK";
-  const auto atom = owned(xcb_intern_atom_reply(
-      connection, xcb_intern_atom(connection, 1, name.size(), name.data()), nullptr));
-  if (!atom) return XCB_NONE;
-  const auto reply = owned(xcb_get_property_reply(
-      connection, xcb_get_property(connection, 0, root, atom->atom, XCB_ATOM_WINDOW, 0, 1),
-      nullptr));
+  const auto request = xcb_get_property(
+      connection, 0, root, xcbAtom(connection, "_NET_SUPPORTING_WM_CHECK"), XCB_ATOM_WINDOW, 0, 1);
+  const auto reply = ownReply(xcb_get_property_reply(connection, request, nullptr));
   xcb_window_t window = XCB_NONE;
   if (reply && xcb_get_property_value_length(reply.get()) == sizeof(window)) {
     std::memcpy(&window, xcb_get_property_value(reply.get()), sizeof(window));

@@ -4,22 +4,21 @@
 #include <cstring>
 #include <utility>
 
-// After Qt's headers, for its macros take common words.
-#include <X11/Xlib.h>
-#include <X11/extensions/XKB.h>
+// It names a member after a word that the language has taken since.
+#define explicit explicit_
+#include <xcb/xkb.h>
+#undef explicit
 
 namespace vorrin {
 
 LateKeyboardMap::LateKeyboardMap(QGuiApplication& application, std::function<bool()> isInFront)
     : QObject(&application), application_(application), isInFront_(std::move(isInFront)) {
   const auto* const x11 = application_.nativeInterface<QNativeInterface::QX11Application>();
-  // The toolkit's offscreen mode passes for X11 too, without a display.
-  if (x11 == nullptr || x11->display() == nullptr) return;
-  int opcode = 0;
-  int firstError = 0;
-  if (XQueryExtension(x11->display(), "XKEYBOARD", &opcode, &extensionEvent_, &firstError) == 0) {
-    return;
-  }
+  // The toolkit's offscreen mode passes for X11 too, without a connection.
+  if (x11 == nullptr || x11->connection() == nullptr) return;
+  const auto* const extension = xcb_get_extension_data(x11->connection(), &xcb_xkb_id);
+  if (extension == nullptr || extension->present == 0) return;
+  extensionEvent_ = extension->first_event;
   application_.installNativeEventFilter(this);
 }
 
@@ -49,7 +48,7 @@ bool LateKeyboardMap::isAnnouncement(const xcb_generic_event_t& event) const {
   constexpr int sent = 0x80;
   // The extension has one event, whose second byte says what it tells of.
   return (event.response_type & ~sent) == extensionEvent_ &&
-         (event.pad0 == XkbNewKeyboardNotify || event.pad0 == XkbMapNotify);
+         (event.pad0 == XCB_XKB_NEW_KEYBOARD_NOTIFY || event.pad0 == XCB_XKB_MAP_NOTIFY);
 }
 
 }  // namespace vorrin

@@ -2,13 +2,11 @@
 
 #include <QDBusMessage>
 #include <QDBusObjectPath>
-#include <QDBusPendingCall>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
+#include <QDBusServiceWatcher>
 #include <QDBusVariant>
-#include <QTimer>
-#include <chrono>
-#include <functional>
+#include <utility>
 
 namespace vorrin {
 
@@ -21,90 +19,52 @@ constexpr auto sessionInterface = "org.freedesktop.login1.Session";
 constexpr auto propertiesInterface = "org.freedesktop.DBus.Properties";
 constexpr auto active = "Active";
 constexpr auto lockedHint = "LockedHint";
-constexpr int answerMilliseconds = 5000;
 
-/// Calls a method and hands its reply, or its error, to `answered`, unless `receiver` dies first.
-void callAsync(const QDBusConnection& bus, QObject& receiver, const QDBusMessage& call,
-               std::function<void(const QDBusPendingCall&)> answered) {
-  auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(call, answerMilliseconds), &receiver);
+/// Calls a method and hands its value to `answered`, unless it fails or `receiver` dies first.
+template <class Value>
+void call(const QDBusConnection& bus, QObject& receiver, QDBusMessage message,
+          const QVariantList& arguments, std::function<void(const Value&)> answered) {
+  message.setArguments(arguments);
+  auto* const watcher = new QDBusPendingCallWatcher(bus.asyncCall(message), &receiver);
   QObject::connect(watcher, &QDBusPendingCallWatcher::finished, &receiver,
-                   [answered = std::move(answered)](QDBusPendingCallWatcher* finished) {
-                     finished->deleteLater();
-                     answered(*finished);
+                   [watcher, answered = std::move(answered)] {
+                     watcher->deleteLater();
+                     const QDBusPendingReply<Value> reply = *watcher;
+                     if (!reply.isError()) answered(reply.value());
                    });
 }
 
-QDBusMessage managerCall(const QString& method, const QVariant& argument) {
-  QDBusMessage call =
-      QDBusMessage::createMethodCall(service, managerPath, managerInterface, method);
-  call << argument;
-  return call;
+QDBusMessage managerCall(const char* method) {
+  return QDBusMessage::createMethodCall(service, managerPath, managerInterface, method);
 }
 
 }  // namespace
 
-LoginSession::LoginSession(SessionPresence& presence, std::function<void()> willSleep)
-    : presence_(presence), willSleep_(std::move(willSleep)), bus_(QString()) {
-  // The manager may be started anew, with an update for instance.
-  arrivals_.setWatchMode(QDBusServiceWatcher::WatchForRegistration);
-  arrivals_.addWatchedService(service);
-  connect(&arrivals_, &QDBusServiceWatcher::serviceRegistered, this, [this] { greetManager(); });
-  // Reaching for the bus may take a while; the window comes first.
-  QTimer::singleShot(0, this, [this] {
-    listenOn(lastingBus_.reach([this](const QDBusConnection& bus) { listenOn(bus); }));
-  });
-}
-
-void LoginSession::listenOn(const QDBusConnection& bus) {
-  if (!bus.isConnected()) return;
-  bus_ = bus;
-  arrivals_.setConnection(bus);
+LoginSession::LoginSession(SessionPresence& presence, Requests requests)
+    : presence_(presence), requests_(std::move(requests)), bus_(QDBusConnection::systemBus()) {
+  if (!bus_.isConnected()) return;
   bus_.connect(service, managerPath, managerInterface, "PrepareForSleep", this,
                SLOT(prepareForSleep(bool)));
-  greetManager();
-}
-
-void LoginSession::greetManager() {
   delaySleep();
   findSession();
+  // The manager may be started anew, with an update for instance, and knows of no delay then.
+  const auto* const arrivals =
+      new QDBusServiceWatcher(service, bus_, QDBusServiceWatcher::WatchForRegistration, this);
+  connect(arrivals, &QDBusServiceWatcher::serviceRegistered, this, [this] { delaySleep(); });
+}
+
+void LoginSession::delaySleep() {
+  call<QDBusUnixFileDescriptor>(
+      bus_, *this, managerCall("Inhibit"),
+      {"sleep", "Vorrin", "Both macros are stopped first", "delay"},
+      [this](const QDBusUnixFileDescriptor& delay) { sleepDelay_ = delay; });
 }
 
 void LoginSession::findSession() {
-  constexpr uint callersOwn = 0;
-  callAsync(bus_, *this, managerCall("GetSessionByPID", callersOwn),
-            [this](const QDBusPendingReply<QDBusObjectPath>& session) {
-              if (session.isError()) {
-                findSessionOfEnvironment();
-              } else {
-                watch(session.value().path());
-              }
-            });
-}
-
-void LoginSession::findSessionOfEnvironment() {
-  const QString id = qEnvironmentVariable("XDG_SESSION_ID");
-  if (id.isEmpty()) {
-    findDisplaySession();
-  } else {
-    findSessionById(id);
-  }
-}
-
-void LoginSession::findDisplaySession() {
-  // Signals come under the session's own name only, never under this one.
-  QDBusMessage call = QDBusMessage::createMethodCall(
-      service, "/org/freedesktop/login1/session/auto", propertiesInterface, "Get");
-  call << QString(sessionInterface) << QStringLiteral("Id");
-  callAsync(bus_, *this, call, [this](const QDBusPendingReply<QDBusVariant>& id) {
-    if (!id.isError()) findSessionById(id.value().variant().toString());
-  });
-}
-
-void LoginSession::findSessionById(const QString& id) {
-  callAsync(bus_, *this, managerCall("GetSession", id),
-            [this](const QDBusPendingReply<QDBusObjectPath>& session) {
-              if (!session.isError()) watch(session.value().path());
-            });
+  // The caller's own or, for programs that the user's service manager started, which belong to
+  // none, the one on the user's display. Signals come under its own name only, never under this.
+  call<QDBusObjectPath>(bus_, *this, managerCall("GetSession"), {"auto"},
+                        [this](const QDBusObjectPath& session) { watch(session.path()); });
 }
 
 void LoginSession::watch(const QString& sessionPath) {
@@ -114,39 +74,26 @@ void LoginSession::watch(const QString& sessionPath) {
                SLOT(sessionChanged(QString, QVariantMap)));
   // Whether the session is on the screen at the start is not asked: it is where the user started
   // the program, or another one that the program was started from by detours.
-  QDBusMessage call =
-      QDBusMessage::createMethodCall(service, sessionPath, propertiesInterface, "Get");
-  call << QString(sessionInterface) << QString(lockedHint);
-  callAsync(bus_, *this, call, [this](const QDBusPendingReply<QDBusVariant>& isLocked) {
-    if (!isLocked.isError()) presence_.setLocked(service, isLocked.value().variant().toBool());
-  });
-}
-
-void LoginSession::delaySleep() {
-  QDBusMessage call =
-      QDBusMessage::createMethodCall(service, managerPath, managerInterface, "Inhibit");
-  call << QStringLiteral("sleep") << QStringLiteral("Vorrin")
-       << QStringLiteral("Both macros are stopped first") << QStringLiteral("delay");
-  callAsync(bus_, *this, call, [this](const QDBusPendingReply<QDBusUnixFileDescriptor>& delay) {
-    if (!delay.isError()) sleepDelay_ = delay.value();
-  });
+  call<QDBusVariant>(
+      bus_, *this, QDBusMessage::createMethodCall(service, sessionPath, propertiesInterface, "Get"),
+      {sessionInterface, lockedHint}, [this](const QDBusVariant& isLocked) {
+        presence_.setLocked(service, isLocked.variant().toBool());
+      });
 }
 
 void LoginSession::prepareForSleep(bool begins) {
-  if (begins) {
-    if (willSleep_) willSleep_();
-    sleepDelay_ = {};
-  } else {
-    delaySleep();
-  }
+  if (!begins) return delaySleep();
+  if (requests_.sleep) requests_.sleep();
+  sleepDelay_ = {};
 }
 
 void LoginSession::lockRequested() {
-  presence_.lockWasRequested(std::chrono::steady_clock::now());
+  presence_.lockWasRequested();
+  requests_.lock();
 }
 
 void LoginSession::unlockRequested() {
-  presence_.unlockWasRequested();
+  presence_.lockRequestEnded();
 }
 
 void LoginSession::sessionChanged(const QString& interface, const QVariantMap& changed) {

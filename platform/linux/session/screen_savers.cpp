@@ -1,9 +1,8 @@
 #include "platform/linux/session/screen_savers.h"
 
-#include <QDBusConnection>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
-#include <QTimer>
+#include <QDBusServiceWatcher>
 #include <array>
 
 namespace vorrin {
@@ -26,22 +25,16 @@ constexpr std::array screenSavers = {
 }  // namespace
 
 ScreenSavers::ScreenSavers(SessionPresence& presence) : presence_(presence) {
-  // One that is killed cannot say any more that it has left the screen.
-  departures_.setWatchMode(QDBusServiceWatcher::WatchForUnregistration);
-  connect(&departures_, &QDBusServiceWatcher::serviceUnregistered, this,
-          [this](const QString& name) { presence_.setLocked(name.toStdString(), false); });
-  for (const auto& [name, path] : screenSavers) departures_.addWatchedService(name);
-  QTimer::singleShot(0, this, [this] {
-    listenOn(lastingBus_.reach([this](const QDBusConnection& bus) { listenOn(bus); }));
-  });
-}
-
-void ScreenSavers::listenOn(QDBusConnection bus) {
+  QDBusConnection bus = QDBusConnection::sessionBus();
   if (!bus.isConnected()) return;
-  departures_.setConnection(bus);
+  // One that is killed cannot say any more that it has left the screen.
+  auto* const departures = new QDBusServiceWatcher(this);
+  departures->setConnection(bus);
+  departures->setWatchMode(QDBusServiceWatcher::WatchForUnregistration);
+  connect(departures, &QDBusServiceWatcher::serviceUnregistered, this,
+          [this](const QString& name) { presence_.setScreenSaver(name.toStdString(), false); });
   for (const auto& [name, path] : screenSavers) {
-    // One on a bus that has ended cannot say any more that it has left the screen.
-    presence_.setLocked(name, false);
+    departures->addWatchedService(name);
     // Some tell it at other paths than this one too.
     const QString anyPath;
     bus.connect(name, anyPath, name, "ActiveChanged", this,
@@ -54,16 +47,16 @@ void ScreenSavers::askWhetherActive(const QDBusConnection& bus, const QString& n
                                     const QString& path) {
   QDBusMessage call = QDBusMessage::createMethodCall(name, path, name, "GetActive");
   call.setAutoStartService(false);
-  auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(call), this);
+  auto* const watcher = new QDBusPendingCallWatcher(bus.asyncCall(call), this);
   connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, name, watcher] {
     watcher->deleteLater();
     const QDBusPendingReply<bool> isActive = *watcher;
-    if (!isActive.isError() && isActive.value()) presence_.setLocked(name.toStdString(), true);
+    if (!isActive.isError() && isActive.value()) presence_.setScreenSaver(name.toStdString(), true);
   });
 }
 
 void ScreenSavers::activeChanged(bool isActive, const QDBusMessage& signal) {
-  presence_.setLocked(signal.interface().toStdString(), isActive);
+  presence_.setScreenSaver(signal.interface().toStdString(), isActive);
 }
 
 }  // namespace vorrin

@@ -2,16 +2,14 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <QDBusServiceWatcher>
 #include <QObject>
 
-#include "platform/linux/session/lasting_bus.h"
 #include "platform/linux/session/session_presence.h"
 
 namespace vorrin {
 
 /// Listens to the screen savers of the desktops on the session bus and tells `presence`, which has
-/// to outlive it, when one covers the screen. Where there is no bus or no screen saver it hears
+/// to outlive it, when one hides the screen. Where there is no bus or no screen saver it hears
 /// nothing, silently; none is started by it.
 class ScreenSavers : public QObject {
   Q_OBJECT
@@ -22,12 +20,9 @@ class ScreenSavers : public QObject {
  private:
   Q_SLOT void activeChanged(bool isActive, const QDBusMessage& signal);
 
-  void listenOn(QDBusConnection bus);
   void askWhetherActive(const QDBusConnection& bus, const QString& name, const QString& path);
 
   SessionPresence& presence_;
-  LastingBus lastingBus_{QDBusConnection::SessionBus};
-  QDBusServiceWatcher departures_;
 };
 
 }  // namespace vorrin

@@ -4,14 +4,7 @@
 
 namespace vorrin {
 
-namespace {
-
-constexpr auto displayServer = "display server";
-
-}  // namespace
-
-SessionPresence::SessionPresence(std::function<void(bool isActive)> changed)
-    : changed_(std::move(changed)) {}
+SessionPresence::SessionPresence(Changes changes) : changes_(std::move(changes)) {}
 
 void SessionPresence::setOnScreen(bool isOnScreen) {
   isOnScreen_ = isOnScreen;
@@ -27,35 +20,40 @@ void SessionPresence::setLocked(const std::string& source, bool isLocked) {
   update();
 }
 
-void SessionPresence::lockWasRequested(Time now) {
-  isLockRequested_ = true;
-  lockRequest_ = now;
-  wasHeldSinceRequest_ = false;
+void SessionPresence::setScreenSaver(const std::string& name, bool isShown) {
+  if (isShown) {
+    screenSavers_.insert(name);
+  } else if (screenSavers_.erase(name) != 0) {
+    isLockRequested_ = false;
+  }
   update();
 }
 
-void SessionPresence::unlockWasRequested() {
+void SessionPresence::lockWasRequested() {
+  isLockRequested_ = true;
+  update();
+}
+
+void SessionPresence::lockRequestEnded() {
   isLockRequested_ = false;
   update();
-}
-
-void SessionPresence::sawDisplay(const LockSigns& signs, Time now) {
-  wasHeldSinceRequest_ = wasHeldSinceRequest_ || signs.keyboardIsHeld;
-  const bool isRequestOver =
-      !signs.keyboardIsHeld && (wasHeldSinceRequest_ || now - lockRequest_ >= lockerPatience);
-  if (isRequestOver) isLockRequested_ = false;
-  setLocked(displayServer, signs.keyboardIsHeld && signs.screensAreCovered);
 }
 
 void SessionPresence::userWasSeen() {
   isOnScreen_ = true;
   isLockRequested_ = false;
+  // A bus that has ended takes back nothing that it told of.
+  screenSavers_.clear();
   update();
 }
 
 void SessionPresence::update() {
-  const bool isActive = isOnScreen_ && !isLockRequested_ && lockedBy_.empty();
-  if (std::exchange(isActive_, isActive) != isActive) changed_(isActive);
+  const bool isLeft = !isOnScreen_ || isLockRequested_ || !lockedBy_.empty();
+  const bool isActive = !isLeft && screenSavers_.empty();
+  const bool resigned = !std::exchange(isLeft_, isLeft) && isLeft;
+  const bool activityChanged = std::exchange(isActive_, isActive) != isActive;
+  if (resigned) changes_.resigned();
+  if (activityChanged) changes_.activity();
 }
 
 }  // namespace vorrin

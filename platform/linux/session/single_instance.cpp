@@ -1,5 +1,6 @@
 #include "platform/linux/session/single_instance.h"
 
+#include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusReply>
@@ -41,31 +42,7 @@ QByteArray tokenIn(const QVariantMap& platformData) {
   return token.size() <= longestToken ? token : QByteArray();
 }
 
-}  // namespace
-
-SingleInstance::SingleInstance(InstanceRequests requests) : requests_(std::move(requests)) {}
-
-bool SingleInstance::claim() {
-  const QDBusConnection bus = bus_.reach([this](const QDBusConnection& newBus) {
-    answerOn(newBus);
-    // Another one that was faster is left in peace: both are at work already.
-    static_cast<void>(takeName(newBus));
-  });
-  if (!bus.isConnected()) return true;
-  answerOn(bus);
-  for (int attempt = 0; attempt < claimAttempts; ++attempt) {
-    if (takeName(bus)) return true;
-    if (callUpFirst(bus)) return false;
-  }
-  return true;
-}
-
-// To be done before taking the name: whoever has it can be asked at once.
-void SingleInstance::answerOn(QDBusConnection bus) {
-  bus.registerObject(path, this, QDBusConnection::ExportAllSlots);
-}
-
-bool SingleInstance::takeName(const QDBusConnection& bus) {
+bool takeName(const QDBusConnection& bus) {
   bus.interface()->setTimeout(answerMilliseconds);
   const QDBusReply<QDBusConnectionInterface::RegisterServiceReply> reply =
       bus.interface()->registerService(name);
@@ -73,7 +50,8 @@ bool SingleInstance::takeName(const QDBusConnection& bus) {
   return !reply.isValid() || reply.value() == QDBusConnectionInterface::ServiceRegistered;
 }
 
-bool SingleInstance::callUpFirst(const QDBusConnection& bus) {
+/// False when there is nobody to call up any more.
+bool callUpFirst(const QDBusConnection& bus) {
   QDBusMessage call = QDBusMessage::createMethodCall(name, path, interface, "Activate");
   call << ownPlatformData();
   // The bus must not start yet another one to answer this.
@@ -82,6 +60,22 @@ bool SingleInstance::callUpFirst(const QDBusConnection& bus) {
   if (answer.type() != QDBusMessage::ErrorMessage) return true;
   // One that is busy has the call waiting for it; one that ended meanwhile has given back the name.
   return bus.interface()->isServiceRegistered(name);
+}
+
+}  // namespace
+
+SingleInstance::SingleInstance(InstanceRequests requests) : requests_(std::move(requests)) {}
+
+bool SingleInstance::claim() {
+  QDBusConnection bus = QDBusConnection::sessionBus();
+  if (!bus.isConnected()) return true;
+  // Before taking the name: whoever has it can be asked at once.
+  bus.registerObject(path, this, QDBusConnection::ExportAllSlots);
+  for (int attempt = 0; attempt < claimAttempts; ++attempt) {
+    if (takeName(bus)) return true;
+    if (callUpFirst(bus)) return false;
+  }
+  return true;
 }
 
 void SingleInstance::Activate(const QVariantMap& platformData) {

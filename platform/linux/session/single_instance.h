@@ -1,12 +1,9 @@
 #pragma once
 
-#include <QDBusConnection>
 #include <QObject>
 #include <QStringList>
 #include <QVariantMap>
 #include <functional>
-
-#include "platform/linux/session/lasting_bus.h"
 
 namespace vorrin {
 
@@ -18,8 +15,7 @@ struct InstanceRequests {
 
 /// The program's place on the session's message bus: a name that only one process at a time has,
 /// and the standard interface behind it by which desktops start and control applications. Without a
-/// bus every process counts as the first and nothing is ever asked of it. On a bus that comes back
-/// the process takes its place again, unless another one was faster.
+/// bus every process counts as the first and nothing is ever asked of it.
 class SingleInstance : public QObject {
   Q_OBJECT
   Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
@@ -40,13 +36,7 @@ class SingleInstance : public QObject {
   // NOLINTEND(readability-identifier-naming)
 
  private:
-  void answerOn(QDBusConnection bus);
-  [[nodiscard]] static bool takeName(const QDBusConnection& bus);
-  /// False when there is nobody to call up any more.
-  [[nodiscard]] static bool callUpFirst(const QDBusConnection& bus);
-
   InstanceRequests requests_;
-  LastingBus bus_{QDBusConnection::SessionBus};
 };
 
 }  // namespace vorrin

@@ -3,12 +3,11 @@
 #include <QGuiApplication>
 #include <QTimer>
 #include <chrono>
-#include <memory>
 #include <optional>
 #include <utility>
 
 #include "platform/linux/input/input_way.h"
-#include "platform/linux/session/lock_signs.h"
+#include "platform/linux/session/lock_screen_watch.h"
 #include "platform/linux/session/login_session.h"
 #include "platform/linux/session/screen_savers.h"
 #include "platform/linux/session/session_presence.h"
@@ -17,32 +16,20 @@ namespace vorrin {
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
+/// How long a locker may take, after it was asked, to take the keyboard.
+constexpr std::chrono::seconds lockerTime{10};
 
-/// Macros ask a thousand times a second; nobody locks the screen and types in so short a time.
-constexpr std::chrono::milliseconds lookInterval{20};
-/// How old may be what was seen. Between the two the display has time to answer, while other
-/// programs have it busy, before a macro would have to wait for it and come too late.
-constexpr std::chrono::milliseconds longestBelieved{50};
-constexpr std::chrono::milliseconds returnInterval{1000};
-
-bool isSessionActive = true;
+void tell(const std::function<void()>& notification) {
+  if (notification) notification();
+}
 
 class WorkspaceObserver {
  public:
   explicit WorkspaceObserver(WorkspaceNotifications notifications)
-      : notifications_(std::move(notifications)),
-        presence_([this](bool isActive) { changed(isActive); }),
-        login_(presence_, notifications_.willSleep),
-        screenSavers_(presence_) {
+      : notifications_(std::move(notifications)) {
     current = this;
-    if (qGuiApp == nullptr) return;
-    returns_.setInterval(returnInterval);
-    QObject::connect(&returns_, &QTimer::timeout, &login_, [this] { look(); });
-    QObject::connect(qGuiApp, &QGuiApplication::applicationStateChanged, &login_,
-                     [this](Qt::ApplicationState state) {
-                       if (state == Qt::ApplicationActive) presence_.userWasSeen();
-                     });
+    // Reaching for the buses may take a while; the window comes first.
+    QTimer::singleShot(0, &context_, [this] { listen(); });
   }
   ~WorkspaceObserver() {
     if (current == this) current = nullptr;
@@ -50,63 +37,46 @@ class WorkspaceObserver {
   WorkspaceObserver(const WorkspaceObserver&) = delete;
   WorkspaceObserver& operator=(const WorkspaceObserver&) = delete;
 
-  /// Looks at the display if that was not done just now.
-  void look() {
-    // The X server of a Wayland session is told nothing of its lock screen.
-    if (qGuiApp == nullptr || inputWay() != InputWay::x11) return;
-    if (!signs_) signs_ = std::make_unique<LockSignsOnX11>();
-    const auto now = Clock::now();
-    if (asked_ && now - *asked_ < longestBelieved) takeAnswer(*asked_, now);
-    if (now - seen_ >= longestBelieved) {
-      asked_.reset();
-      saw(signs_->look(), now, now);
-    } else if (!asked_ && now - seen_ >= lookInterval) {
-      signs_->ask();
-      asked_ = now;
-    }
-  }
+  [[nodiscard]] bool isSessionActive() const { return presence_.isActive(); }
 
   static WorkspaceObserver* current;
 
  private:
-  void takeAnswer(Clock::time_point asked, Clock::time_point now) {
-    const auto signs = signs_->answered();
-    if (!signs) return;
-    asked_.reset();
-    saw(*signs, asked, now);
+  void listen() {
+    if (qGuiApp != nullptr) watchDisplay();
+    login_.emplace(presence_, LoginSession::Requests{.sleep = notifications_.willSleep,
+                                                     .lock = [this] { lockWasRequested(); }});
+    screenSavers_.emplace(presence_);
   }
 
-  void saw(const LockSigns& signs, Clock::time_point asked, Clock::time_point now) {
-    seen_ = asked;
-    isLooking_ = true;
-    presence_.sawDisplay(signs, now);
-    isLooking_ = false;
+  void watchDisplay() {
+    QObject::connect(qGuiApp, &QGuiApplication::applicationStateChanged, &context_,
+                     [this](Qt::ApplicationState state) {
+                       if (state == Qt::ApplicationActive) presence_.userWasSeen();
+                     });
+    // The X server of a Wayland session is told nothing of its lock screen.
+    if (QGuiApplication::platformName() != "xcb" || inputWay() != InputWay::x11) return;
+    lockScreens_.emplace(LockScreenWatch::Findings{
+        .covered = [this](bool is) { presence_.setScreenSaver("X server", is); },
+        .locked = [this](bool is) { presence_.setLocked("X server", is); }});
   }
 
-  void changed(bool isActive) {
-    isSessionActive = isActive;
-    // Whoever comes back need not press a key.
-    isActive ? returns_.stop() : returns_.start();
-    // Whoever just wants to know is in the middle of something that being told could upset.
-    if (!isLooking_) return tell(isActive);
-    QTimer::singleShot(0, &login_, [this, isActive] { tell(isActive); });
-  }
-
-  void tell(bool isActive) const {
-    const auto& notification =
-        isActive ? notifications_.sessionDidBecomeActive : notifications_.sessionDidResignActive;
-    if (notification) notification();
+  /// Nobody need heed the request, which the keyboard tells: no locker can do without it.
+  void lockWasRequested() {
+    if (!lockScreens_) return;
+    QTimer::singleShot(lockerTime, &context_, [this] {
+      if (!lockScreens_->keyboardIsHeld()) presence_.lockRequestEnded();
+    });
   }
 
   WorkspaceNotifications notifications_;
-  SessionPresence presence_;
-  LoginSession login_;
-  ScreenSavers screenSavers_;
-  std::unique_ptr<LockSignsOnX11> signs_;
-  QTimer returns_;
-  Clock::time_point seen_;  ///< when the display was last asked for what is known of it
-  std::optional<Clock::time_point> asked_;  ///< when it was asked for what it has not answered yet
-  bool isLooking_ = false;
+  SessionPresence presence_{
+      {.resigned = [this] { tell(notifications_.sessionDidResignActive); },
+       .activity = [this] { tell(notifications_.sessionActivityDidChange); }}};
+  std::optional<LockScreenWatch> lockScreens_;
+  std::optional<LoginSession> login_;
+  std::optional<ScreenSavers> screenSavers_;
+  QObject context_;  ///< closures on it end with the observer
 };
 
 WorkspaceObserver* WorkspaceObserver::current = nullptr;
@@ -118,12 +88,7 @@ std::shared_ptr<void> observeWorkspace(WorkspaceNotifications notifications) {
 }
 
 bool sessionIsActive() {
-  if (WorkspaceObserver::current != nullptr) WorkspaceObserver::current->look();
-  return isSessionActive;
-}
-
-bool sessionWasActive() {
-  return isSessionActive;
+  return WorkspaceObserver::current == nullptr || WorkspaceObserver::current->isSessionActive();
 }
 
 }  // namespace vorrin

@@ -12,7 +12,7 @@
 #include <utility>
 
 #include "platform/fatal_error.h"
-#include "platform/linux/time/timely_timers.h"
+#include "platform/linux/time/real_time.h"
 #include "platform/linux/time/timer_native.h"
 
 namespace vorrin {
@@ -76,7 +76,7 @@ void Timer::Native::schedule(RunLoopMode runLoopMode) {
   source = std::make_unique<Source>(*this);
   scheduled().push_back(shared_from_this());
   mode = runLoopMode;
-  if (mode == RunLoopMode::common) timelyTimerWasScheduled();
+  if (mode == RunLoopMode::common) realTimeTimerWasScheduled();
 }
 
 void Timer::Native::fire() {
@@ -103,7 +103,7 @@ void Timer::Native::invalidate() {
   // Emptied before what it owned goes, which may end up here again.
   const auto released = firing ? nullptr : std::exchange(block, nullptr);
   const bool wasScheduled = std::erase(scheduled(), shared_from_this()) > 0;
-  if (wasScheduled && mode == RunLoopMode::common) timelyTimerEnded();
+  if (wasScheduled && mode == RunLoopMode::common) realTimeTimerEnded();
 }
 
 Timer::Native::Source::Source(Native& timer)

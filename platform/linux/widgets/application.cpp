@@ -13,7 +13,7 @@
 #include <string_view>
 
 #include "platform/linux/session/single_instance.h"
-#include "platform/linux/time/timely_thread.h"
+#include "platform/linux/time/real_time.h"
 #include "platform/linux/widgets/accessible_window.h"
 #include "platform/linux/widgets/dark_style.h"
 #include "platform/linux/widgets/display_loss.h"
@@ -74,7 +74,6 @@ struct Application::Native {
   TerminationSignals terminationSignals;
   DisplayLoss displayLoss;
   SingleInstance instance;
-  TimelyThread timelyThread;
   ApplicationDelegate delegate;
   bool isLaunched = false;
   bool isTerminated = false;
@@ -91,6 +90,7 @@ Application::Native::Native(int count, char** arguments)
       instance({.reopen = [this] { reopen(); }, .stopAll = [this] { stopAll(); }}) {
   launch.reset();
   shared = this;
+  useRealTime();
   leaveOutNewsOfClicks();
   QApplication::setApplicationName(identifier);
   QApplication::setApplicationDisplayName("Vorrin");

@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "platform/linux/session/silent_buses.h"
+#include "platform/linux/session/unresponsive_buses.h"
 
 namespace vorrin {
 
@@ -63,7 +63,7 @@ LaunchEnvironment::LaunchEnvironment(bool needsDisplay) {
   // The library asks the bus who has a name without looking whether the bus is still there, and the
   // one below it ends the process for that unless told otherwise.
   preset("DBUS_FATAL_WARNINGS", "0");
-  disregardSilentBuses();
+  leaveOutUnresponsiveBuses();
   if (!needsDisplay) {
     preset("QT_QPA_PLATFORM", isAnyDisplayNamed() ? "xcb;wayland;offscreen" : "offscreen");
   }

@@ -73,9 +73,8 @@ WorkspaceObserver::WorkspaceObserver(WorkspaceNotifications notifications)
 
 void WorkspaceObserver::tell(bool isActive) const {
   isSessionActive = isActive;
-  const auto& notification =
-      isActive ? notifications_.sessionDidBecomeActive : notifications_.sessionDidResignActive;
-  if (notification) notification();
+  if (!isActive && notifications_.sessionDidResignActive) notifications_.sessionDidResignActive();
+  if (notifications_.sessionActivityDidChange) notifications_.sessionActivityDidChange();
 }
 
 }  // namespace
@@ -85,10 +84,6 @@ std::shared_ptr<void> observeWorkspace(WorkspaceNotifications notifications) {
 }
 
 bool sessionIsActive() {
-  return isSessionActive;
-}
-
-bool sessionWasActive() {
   return isSessionActive;
 }
 

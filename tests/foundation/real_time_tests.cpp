@@ -1,4 +1,4 @@
-#include "platform/linux/time/real_time_thread.h"
+#include "platform/linux/time/real_time.h"
 
 #include <gtest/gtest.h>
 #include <sched.h>
@@ -6,6 +6,7 @@
 
 #include <chrono>
 
+#include "platform/run_loop.h"
 #include "tests/foundation/child_process.h"
 
 // Where this process has no right to run in real time, it stays an ordinary one in all of these.
@@ -15,10 +16,6 @@ namespace {
 
 int policy() {
   return ::sched_getscheduler(0) & ~SCHED_RESET_ON_FORK;
-}
-
-bool enterBounded() {
-  return boundRealTime() && enterRealTime();
 }
 
 /// Computes, waiting for nothing, until the thread is an ordinary one or far more than the bound is
@@ -37,40 +34,70 @@ void inChild(bool (*body)()) {
   EXPECT_TRUE(child.wait()) << child.errors();
 }
 
-TEST(RealTimeThread, is_one_until_it_leaves) {
+TEST(RealTime, lasts_until_it_is_left) {
   inChild([] {
-    const bool entered = enterBounded();
+    const bool entered = enterRealTime();
     if (policy() != (entered ? SCHED_RR : SCHED_OTHER)) return false;
     leaveRealTime();
     return policy() == SCHED_OTHER;
   });
 }
 
-TEST(RealTimeThread, does_not_pass_it_on_to_the_programs_it_starts) {
+TEST(RealTime, is_not_passed_on_to_started_programs) {
   inChild([] {
-    static_cast<void>(enterBounded());
+    static_cast<void>(enterRealTime());
     ChildProcess started([] { return policy() == SCHED_OTHER; });
     return started.wait();
   });
 }
 
-TEST(RealTimeThread, becomes_an_ordinary_one_by_computing_for_too_long_each_time) {
+TEST(RealTime, is_lost_by_computing_for_too_long_each_time) {
   inChild([] {
     for (int i = 0; i < 2; ++i) {
-      static_cast<void>(enterBounded());
+      static_cast<void>(enterRealTime());
       if (!computeUntilOrdinary()) return false;
     }
     return true;
   });
 }
 
-TEST(RealTimeThread, keeps_bounds_that_are_tighter_already) {
+TEST(RealTime, keeps_tighter_bounds_that_are_there) {
   inChild([] {
     const rlimit tight{.rlim_cur = 1'000, .rlim_max = 50'000};
-    if (::setrlimit(RLIMIT_RTTIME, &tight) != 0 || !boundRealTime()) return false;
+    if (::setrlimit(RLIMIT_RTTIME, &tight) != 0) return false;
+    static_cast<void>(enterRealTime());
     rlimit bounds{};
     ::getrlimit(RLIMIT_RTTIME, &bounds);
     return bounds.rlim_max == tight.rlim_max && bounds.rlim_cur <= bounds.rlim_max;
+  });
+}
+
+TEST(RealTime, lasts_while_a_timer_that_must_not_be_late_is_scheduled) {
+  inChild([] {
+    const int inTime = enterRealTime() ? SCHED_RR : SCHED_OTHER;
+    leaveRealTime();
+    useRealTime();
+    const Timer first(1, [] {});
+    const Timer second(1, [] {});
+    const Timer ordinary(1, [] {});
+    RunLoop::main().add(ordinary, RunLoopMode::standard);
+    bool isRight = policy() == SCHED_OTHER;
+    for (const Timer& timer : {first, first, second}) {
+      RunLoop::main().add(timer, RunLoopMode::common);
+      isRight = isRight && policy() == inTime;
+    }
+    first.invalidate();
+    first.invalidate();
+    isRight = isRight && policy() == inTime;
+    second.invalidate();
+    return isRight && policy() == SCHED_OTHER;
+  });
+}
+
+TEST(RealTime, is_not_entered_where_nobody_wants_it) {
+  inChild([] {
+    RunLoop::main().add(Timer(1, [] {}), RunLoopMode::common);
+    return policy() == SCHED_OTHER;
   });
 }
 

@@ -1,0 +1,145 @@
+#include "platform/linux/session/covered_screens.h"
+
+#include <QGuiApplication>
+#include <QRegion>
+#include <QScreen>
+#include <algorithm>
+#include <cstdint>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "platform/linux/foundation/xcb_reply.h"
+
+namespace vorrin {
+
+namespace {
+
+/// Lockers may leave out the outermost pixels, and sizes in points are rounded.
+constexpr int margin = 2;
+
+/// From the frame that a window manager puts around a window to the window itself.
+constexpr int deepestFrame = 2;
+
+/// A screen in pixels, without its outermost ones.
+QRect placeOf(const QScreen& screen) {
+  // Only the size is in points.
+  const QSizeF size = QSizeF(screen.geometry().size()) * screen.devicePixelRatio();
+  return QRect(screen.geometry().topLeft(), size.toSize())
+      .adjusted(margin, margin, -margin, -margin);
+}
+
+std::vector<xcb_window_t> childrenOf(xcb_connection_t* connection, xcb_window_t window) {
+  const auto tree =
+      ownReply(xcb_query_tree_reply(connection, xcb_query_tree(connection, window), nullptr));
+  if (!tree) return {};
+  const std::span children(xcb_query_tree_children(tree.get()),
+                           static_cast<std::size_t>(xcb_query_tree_children_length(tree.get())));
+  return {children.begin(), children.end()};
+}
+
+/// The items of a window's property, all of 32 bits; none when it has no such property.
+std::vector<std::uint32_t> items(xcb_connection_t* connection, xcb_window_t window,
+                                 std::string_view name) {
+  constexpr std::uint32_t most = 4096;
+  const auto request =
+      xcb_get_property(connection, 0, window, xcbAtom(connection, name), XCB_ATOM_ANY, 0, most);
+  const auto property = ownReply(xcb_get_property_reply(connection, request, nullptr));
+  if (!property || property->format != 32) return {};
+  const auto* const first =
+      static_cast<const std::uint32_t*>(xcb_get_property_value(property.get()));
+  return {first, first + property->value_len};
+}
+
+bool contains(const std::vector<std::uint32_t>& all, std::uint32_t one) {
+  return std::find(all.begin(), all.end(), one) != all.end();
+}
+
+/// What the server says of a window's looks; both null for one that is gone.
+struct Window {
+  Window(xcb_connection_t* connection, xcb_window_t window) {
+    const auto attributesRequest = xcb_get_window_attributes(connection, window);
+    const auto placeRequest = xcb_get_geometry(connection, window);
+    attributes = ownReply(xcb_get_window_attributes_reply(connection, attributesRequest, nullptr));
+    place = ownReply(xcb_get_geometry_reply(connection, placeRequest, nullptr));
+  }
+
+  [[nodiscard]] bool isShown() const {
+    return attributes && place && attributes->map_state == XCB_MAP_STATE_VIEWABLE &&
+           attributes->_class == XCB_WINDOW_CLASS_INPUT_OUTPUT;
+  }
+
+  XcbReply<xcb_get_window_attributes_reply_t> attributes;
+  XcbReply<xcb_get_geometry_reply_t> place;
+};
+
+/// Whether one program has made both windows.
+bool areOfOneClient(xcb_connection_t* connection, xcb_window_t one, xcb_window_t other) {
+  return ((one ^ other) & ~xcb_get_setup(connection)->resource_id_mask) == 0;
+}
+
+/// Whether the window is shown, has at least this size, and is not the desktop itself.
+bool isOrdinaryAndCovers(xcb_connection_t* connection, xcb_window_t id, const QSize& size) {
+  const Window window(connection, id);
+  return window.isShown() && window.place->width >= size.width() &&
+         window.place->height >= size.height() &&
+         !contains(items(connection, id, "_NET_WM_WINDOW_TYPE"),
+                   xcbAtom(connection, "_NET_WM_WINDOW_TYPE_DESKTOP"));
+}
+
+/// Whether `cover` belongs to a game of the older kind. To fill the screen it lays a window of its
+/// own over everything, as a locker does, but keeps its ordinary window, in that size, below. No
+/// locker shows such a window. A window manager that locks the screen itself might.
+bool isOfGame(xcb_connection_t* connection, xcb_window_t root, xcb_window_t cover,
+              const QSize& size) {
+  const auto isOfCoversClient = [&](xcb_window_t window) {
+    return areOfOneClient(connection, window, cover);
+  };
+  const auto managers = items(connection, root, "_NET_SUPPORTING_WM_CHECK");
+  if (std::any_of(managers.begin(), managers.end(), isOfCoversClient)) return false;
+  const auto managed = items(connection, root, "_NET_CLIENT_LIST");
+  return std::any_of(managed.begin(), managed.end(), [&](xcb_window_t window) {
+    return isOfCoversClient(window) && isOrdinaryAndCovers(connection, window, size);
+  });
+}
+
+/// Whether a window manager has marked the window, or one inside it, as in its care.
+bool isManaged(xcb_connection_t* connection, xcb_window_t window, int depth = deepestFrame) {
+  if (!items(connection, window, "WM_STATE").empty()) return true;
+  if (depth == 0) return false;
+  const auto children = childrenOf(connection, window);
+  return std::any_of(children.begin(), children.end(),
+                     [&](xcb_window_t child) { return isManaged(connection, child, depth - 1); });
+}
+
+/// Whether no window manager has a say in the window.
+bool isOfItsOwn(xcb_connection_t* connection, xcb_window_t root, xcb_window_t window,
+                const QSize& size) {
+  return !isManaged(connection, window) && !isOfGame(connection, root, window, size);
+}
+
+}  // namespace
+
+CoveredScreens coveredScreens(xcb_connection_t* connection, xcb_window_t root) {
+  QRegion all;
+  for (const QScreen* screen : QGuiApplication::screens()) all += placeOf(*screen);
+  QRegion open = all;
+  for (const xcb_window_t id : childrenOf(connection, root)) {
+    const Window window(connection, id);
+    if (!window.isShown() || window.attributes->override_redirect == 0) continue;
+    const QRect place(window.place->x, window.place->y, window.place->width, window.place->height);
+    if (open.intersects(place) && isOfItsOwn(connection, root, id, place.size())) open -= place;
+  }
+  if (open == all) return CoveredScreens::none;
+  return open.isEmpty() ? CoveredScreens::all : CoveredScreens::some;
+}
+
+bool isAsLargeAsAScreen(const QSize& size) {
+  const auto screens = QGuiApplication::screens();
+  return std::any_of(screens.begin(), screens.end(), [&](const QScreen* screen) {
+    const QSize needed = placeOf(*screen).size();
+    return size.width() >= needed.width() && size.height() >= needed.height();
+  });
+}
+
+}  // namespace vorrin

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <xcb/xcb.h>
+
+class QSize;
+
+namespace vorrin {
+
+enum class CoveredScreens { none, some, all };
+
+/// Which of the user's screens are covered as lockers do it, each by one window or more that no
+/// window manager knows. Asks the X server about every window.
+CoveredScreens coveredScreens(xcb_connection_t* connection, xcb_window_t root);
+
+/// Whether a window of this size, in pixels, may cover a screen. Asks nobody.
+bool isAsLargeAsAScreen(const QSize& size);
+
+}  // namespace vorrin
