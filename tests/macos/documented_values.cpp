@@ -7,6 +7,7 @@
 static_assert(kCGSessionEventTap == 1);
 static_assert(kCGHIDEventTap == 0);
 static_assert(kCGHeadInsertEventTap == 0);
+static_assert(kCGTailAppendEventTap == 1);
 static_assert(kCGEventTapOptionDefault == 0);
 
 static_assert(kCGEventLeftMouseDown == 1);

@@ -2,8 +2,8 @@
 
 #include "bridge/event_synthesis.h"
 #include "bridge/program_engine.h"
+#include "fresh_trust.h"
 #include "program_activity.h"
-#include "quartz_stand_in.h"
 
 // The macros' actions from the engine to Quartz.
 
@@ -16,6 +16,7 @@ using testing::IsEmpty;
 class MacosSynthesis : public testing::Test {
  protected:
   MacosSynthesis() {
+    forgetTrust(quartz);
     setProgramActive(false);
     setSessionActive(true);
   }
@@ -59,33 +60,6 @@ TEST_F(MacosSynthesis, each_digit_has_its_key_code) {
     EXPECT_EQ(quartz.posted[0].keyCode, codes[static_cast<std::size_t>(digit)]);
     EXPECT_EQ(quartz.posted[1].keyCode, codes[static_cast<std::size_t>(digit)]);
   }
-}
-
-TEST_F(MacosSynthesis, nothing_is_clicked_when_the_pointer_is_nowhere) {
-  quartz.refusedEvents = {0};
-  emitMacro(1, {});
-  EXPECT_THAT(quartz.posted, IsEmpty());
-}
-
-TEST_F(MacosSynthesis, the_other_event_is_posted_when_one_cannot_be_made) {
-  quartz.refusedEvents = {2};
-  emitMacro(1, {});
-  ASSERT_EQ(quartz.posted.size(), 1U);
-  EXPECT_EQ(quartz.posted[0].type, 1U);
-}
-
-TEST_F(MacosSynthesis, nothing_is_asked_or_posted_while_the_program_is_active) {
-  setProgramActive(true);
-  emitMacro(0, {});
-  emitMacro(1, {});
-  EXPECT_THAT(quartz.calls, IsEmpty());
-}
-
-TEST_F(MacosSynthesis, nothing_is_asked_or_posted_in_a_locked_session) {
-  setSessionActive(false);
-  emitMacro(0, {});
-  emitMacro(1, {});
-  EXPECT_THAT(quartz.calls, IsEmpty());
 }
 
 TEST_F(MacosSynthesis, a_lost_grant_stops_both_macros_and_refreshes) {

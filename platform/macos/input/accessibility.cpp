@@ -1,20 +1,25 @@
 #include "platform/accessibility.h"
 
 #include "platform/macos/input/core_foundation_handle.h"
+#include "platform/macos/input/trust.h"
 
 namespace vorrin {
 
 bool isProcessTrusted() {
-  return AXIsProcessTrusted() != 0;
+  return noteTrust(AXIsProcessTrusted() != 0);
 }
 
 bool isProcessTrustedWithPrompt() {
+  watchGrants();
+  // Nothing is left to ask for.
+  if (isTrustedUnheard()) return true;
   const void* key = kAXTrustedCheckOptionPrompt;
   const void* value = kCFBooleanTrue;
   const CoreFoundationHandle<CFDictionaryRef> options(
       CFDictionaryCreate(kCFAllocatorDefault, &key, &value, 1, &kCFTypeDictionaryKeyCallBacks,
                          &kCFTypeDictionaryValueCallBacks));
-  return AXIsProcessTrustedWithOptions(options.get()) != 0;
+  const bool told = AXIsProcessTrustedWithOptions(options.get()) != 0;
+  return noteTrust(told) || (told && confirmTrust());
 }
 
 }  // namespace vorrin

@@ -14,10 +14,12 @@ namespace vorrin {
 /// trusted holds back all input of the session until the system times it out, so delivery is on
 /// only while it is wanted and trusted. Losing the grant turns the tap off before anything else,
 /// then tells the callback as the system tells of a tap it disabled; the grant's return turns it on
-/// again.
+/// again. One that the system disabled is turned on again only when another tap shows that the
+/// grant holds, and one that it disables time and again is given up for good.
 struct EventTap::Native {
  public:
-  /// Null when the system refuses the tap, or would refuse it. The program has one tap at a time.
+  /// Null when the system refuses the tap, or would refuse it, and once one was given up. The
+  /// program has one tap at a time.
   static std::shared_ptr<Native> create(std::uint64_t mask, Callback callback,
                                         std::function<void()> invalidated);
   ~Native();
@@ -36,14 +38,18 @@ struct EventTap::Native {
   static void portInvalidated(CFMachPortRef port, void* info);
 
   void deliver(bool on);
-  void trustMayHaveChanged();
+  void lookAfter();
+  void wasDisabled(EventType notice);
   void tellInvalidated();
 
   CoreFoundationHandle<CFMachPortRef> port_;
+  CFMachPortInvalidationCallBack systemsCallback_;
   Callback callback_;
   std::function<void()> invalidated_;
   bool wanted_ = false;
   bool delivering_ = false;
+  /// Every key of the session waits for this program now.
+  std::shared_ptr<void> activity_;
   std::optional<TrustWatch> trustWatch_;
 };
 

@@ -23,7 +23,6 @@ bool isTapDisabledNotice(CGEventType type) {
 }
 
 TapEvent translatedEvent(CGEventType type, CGEventRef event) {
-  if (isTapDisabledNotice(type)) return {.type = static_cast<EventType>(type)};
   return {.type = static_cast<EventType>(type),
           .keyCode = CGEventGetIntegerValueField(event, kCGKeyboardEventKeycode),
           .autorepeat = CGEventGetIntegerValueField(event, kCGKeyboardEventAutorepeat),

@@ -10,7 +10,7 @@ namespace vorrin {
 /// disabled it. The event that comes with them has no fields, and may be null.
 bool isTapDisabledNotice(CGEventType type);
 
-/// The event of a tap as the program's own type; of a notice only the type is set.
+/// The event of a tap, which is no such notice, as the program's own type.
 TapEvent translatedEvent(CGEventType type, CGEventRef event);
 
 }  // namespace vorrin

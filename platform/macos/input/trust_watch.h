@@ -6,11 +6,8 @@
 
 namespace vorrin {
 
-/// Calls `check` on the main thread whenever the Accessibility grant may have changed: ten times a
-/// second in the common run-loop modes, and at once on the notice that the system sends round when
-/// the list of granted programs is edited. That notice ("com.apple.accessibility.api") is not
-/// documented, and it can come before `AXIsProcessTrusted` changes its answer; the timer alone
-/// would do, but the system stretches the timers of a program in the background.
+/// Calls `check` on the main thread ten times a second, in the common run-loop modes: nothing tells
+/// reliably that the Accessibility grant was taken back.
 class TrustWatch {
  public:
   explicit TrustWatch(std::function<void()> check);

@@ -1,20 +1,11 @@
 #include "platform/run_loop.h"
 
+#include "platform/macos/time/activity.h"
 #include "platform/macos/time/timer_native.h"
 
 namespace vorrin {
 
 namespace {
-
-// App Nap slows the timers of a program whose windows nobody sees, and timers are put off to save
-// power. Neither may happen to a timer that even menus must not hold up; the machine may still fall
-// asleep when its user is away.
-id<NSObject> beginTimelyActivity() {
-  return [NSProcessInfo.processInfo
-      beginActivityWithOptions:NSActivityUserInitiatedAllowingIdleSystemSleep |
-                               NSActivityLatencyCritical
-                        reason:@"Repeating an input macro"];
-}
 
 template <typename Native>
 void fire(const Native& native) {
@@ -41,7 +32,8 @@ void RunLoop::add(const Timer& timer, RunLoopMode mode) const {
                                              fire(*native);
                                            }];
   native->timer.tolerance = 0;
-  if (mode == RunLoopMode::common) native->activity = beginTimelyActivity();
+  // What even menus must not hold up, nothing may.
+  if (mode == RunLoopMode::common) native->activity = beginActivity(Activity::repeating);
   [NSRunLoop.mainRunLoop
       addTimer:native->timer
        forMode:mode == RunLoopMode::common ? NSRunLoopCommonModes : NSDefaultRunLoopMode];

@@ -16,8 +16,7 @@ void Timer::invalidate() const {
   const std::shared_ptr<Native> native = native_;
   [native->timer invalidate];
   native->timer = nil;
-  if (native->activity != nil) [NSProcessInfo.processInfo endActivity:native->activity];
-  native->activity = nil;
+  native->activity.reset();
   native->block = nullptr;
 }
 

@@ -15,8 +15,8 @@ struct Timer::Native {
   double interval = 0;
   std::shared_ptr<const std::function<void()>> block;
   NSTimer* timer = nil;
-  /// Keeps the system from slowing the program down; see `RunLoop::add`.
-  id<NSObject> activity = nil;
+  /// Keeps the system from slowing the program down while the timer is scheduled.
+  std::shared_ptr<void> activity;
 };
 
 }  // namespace vorrin

@@ -3,11 +3,11 @@
 // The functions of Core Foundation that platform/macos/input calls, by Apple's names.
 
 using stand_in::constantString;
+using stand_in::current;
 using stand_in::made;
 using stand_in::Observation;
 using stand_in::record;
 using stand_in::state;
-using stand_in::tap;
 
 namespace {
 
@@ -37,7 +37,7 @@ void CFRelease(CFTypeRef object) {
 }
 
 CFAbsoluteTime CFAbsoluteTimeGetCurrent() {
-  return 1000;
+  return current().now;
 }
 
 CFDictionaryRef CFDictionaryCreate(CFAllocatorRef /*allocator*/, const void** keys,
@@ -52,11 +52,15 @@ CFDictionaryRef CFDictionaryCreate(CFAllocatorRef /*allocator*/, const void** ke
 CFRunLoopSourceRef CFMachPortCreateRunLoopSource(CFAllocatorRef allocator, CFMachPortRef port,
                                                  CFIndex order) {
   record("CFMachPortCreateRunLoopSource",
-         std::string(allocator == kCFAllocatorDefault ? "kCFAllocatorDefault" : "?"),
-         std::string(port == tap() ? "tap" : "?"), order);
+         std::string(allocator == kCFAllocatorDefault ? "kCFAllocatorDefault" : "?"), port->name,
+         order);
   auto* source = made<StandInSource>();
   source->port = port;
   return source;
+}
+
+CFMachPortInvalidationCallBack CFMachPortGetInvalidationCallBack(CFMachPortRef port) {
+  return port->invalidated;
 }
 
 void CFMachPortSetInvalidationCallBack(CFMachPortRef port,
@@ -65,7 +69,7 @@ void CFMachPortSetInvalidationCallBack(CFMachPortRef port,
 }
 
 void CFMachPortInvalidate(CFMachPortRef port) {
-  record("CFMachPortInvalidate", std::string(port == tap() ? "tap" : "?"));
+  record("CFMachPortInvalidate", port->name);
   port->valid = false;
   if (port->invalidated != nullptr) port->invalidated(port, nullptr);
 }
@@ -80,7 +84,7 @@ CFRunLoopRef CFRunLoopGetMain() {
 
 void CFRunLoopAddSource(CFRunLoopRef runLoop, CFRunLoopSourceRef source, CFRunLoopMode mode) {
   record("CFRunLoopAddSource", std::string(runLoop == &mainRunLoop ? "main" : "?"),
-         std::string(source->port == tap() ? "source of tap" : "?"), mode);
+         "source of " + source->port->name, mode);
   source->port->attached = true;
 }
 

@@ -14,7 +14,7 @@ QuartzStandIn& current() {
 CFMachPortRef tap() {
   for (const auto& object : state().objects) {
     auto* port = dynamic_cast<CFMachPortRef>(object.get());
-    if (port != nullptr && port->references > 0 && port->valid) return port;
+    if (port != nullptr && port->references > 0 && port->valid && port->name == "tap") return port;
   }
   return nullptr;
 }

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <map>
 #include <memory>
+#include <set>
 #include <sstream>
 #include <string>
 #include <type_traits>
@@ -34,6 +35,7 @@ struct StandInDictionary : Counted {
 };
 
 struct StandInPort : Counted {
+  std::string name;  // in the record of calls
   CGEventTapCallBack callback = nullptr;
   void* userInfo = nullptr;
   CFMachPortInvalidationCallBack invalidated = nullptr;
@@ -68,13 +70,14 @@ struct State {
   QuartzStandIn* standIn = nullptr;
   std::vector<std::unique_ptr<Counted>> objects;
   std::multimap<const void*, Observation> observers;
+  std::multiset<std::string> activities;
   std::size_t callsTaken = 0;
 };
 
 State& state();
 QuartzStandIn& current();
 
-/// The tap that was made and has not ended; null without one.
+/// The tap that was made at the head and has not ended; null without one.
 CFMachPortRef tap();
 
 /// The timers that the run loop serves.

@@ -9,13 +9,16 @@ using stand_in::constantString;
 using stand_in::current;
 using stand_in::made;
 using stand_in::record;
-using stand_in::tap;
 
 namespace {
 
 bool refuses(std::uint32_t type) {
   const auto& refused = current().refusedEvents;
   return std::find(refused.begin(), refused.end(), type) != refused.end();
+}
+
+void systemsOwnCallback(CFMachPortRef port, void* /*info*/) {
+  record("systemsOwnCallback", port->name);
 }
 
 }  // namespace
@@ -44,13 +47,15 @@ CFMachPortRef CGEventTapCreate(CGEventTapLocation location, CGEventTapPlacement 
          userInfo);
   if (current().refusesTaps) return nullptr;
   auto* port = made<StandInPort>();
+  port->name = place == kCGHeadInsertEventTap ? "tap" : "probe";
+  port->invalidated = &systemsOwnCallback;
   port->callback = callback;
   port->userInfo = userInfo;
   return port;
 }
 
 void CGEventTapEnable(CFMachPortRef port, bool enable) {
-  record("CGEventTapEnable", std::string(port == tap() ? "tap" : "?"), enable);
+  record("CGEventTapEnable", port->name, enable);
   port->enabled = enable && !current().tapStaysOff;
 }
 

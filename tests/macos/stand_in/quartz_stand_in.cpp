@@ -11,7 +11,9 @@ using stand_in::tap;
 using stand_in::timers;
 
 QuartzStandIn::QuartzStandIn() {
-  state() = State{.standIn = this, .objects = {}, .observers = {}};
+  static double begin = 0;
+  now = begin += 1000;
+  state() = State{.standIn = this, .objects = {}, .observers = {}, .activities = {}};
 }
 
 QuartzStandIn::~QuartzStandIn() {
@@ -44,8 +46,12 @@ bool QuartzStandIn::deliverNotice(std::uint32_t type) {
          &delivered;
 }
 
-bool QuartzStandIn::disableTap(std::uint32_t notice) {
+void QuartzStandIn::switchTapOff() {
   tap()->enabled = false;
+}
+
+bool QuartzStandIn::disableTap(std::uint32_t notice) {
+  switchTapOff();
   return deliverNotice(notice);
 }
 
@@ -55,7 +61,8 @@ void QuartzStandIn::invalidatePort() {
   if (port->invalidated != nullptr) port->invalidated(port, nullptr);
 }
 
-void QuartzStandIn::fireTimers() {
+void QuartzStandIn::fireTimers(double seconds) {
+  now += seconds;
   for (CFRunLoopTimerRef timer : timers()) timer->callback(timer, timer->info);
 }
 
@@ -80,6 +87,10 @@ bool QuartzStandIn::tapIsAttached() const {
 
 std::size_t QuartzStandIn::scheduledTimers() const {
   return timers().size();
+}
+
+std::multiset<std::string> QuartzStandIn::activities() const {
+  return state().activities;
 }
 
 std::size_t QuartzStandIn::liveObjects() const {

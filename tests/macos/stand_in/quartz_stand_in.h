@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -19,11 +20,13 @@ class QuartzStandIn {
 
   /// What the functions answer.
   bool trusted = true;
-  bool refusesTaps = false;
+  bool refusesTaps = false;  ///< as without the grant, whatever `trusted` says
   bool tapStaysOff = false;  ///< enabling the tap has no effect
   /// Types of events whose making fails; 0 stands for the throw-away event of `CGEventCreate`.
   std::vector<std::uint32_t> refusedEvents;
   CGPoint pointer{0, 0};
+  /// The time, in seconds; each stand-in begins long after the one before.
+  double now;
 
   /// Every call in its order, as "Name(argument, ...)", with numbers as they were passed; queries
   /// of an event's fields too.
@@ -54,11 +57,13 @@ class QuartzStandIn {
   bool deliverNotice(std::uint32_t type);
   /// Disables the tap and sends that notice, as the system does.
   bool disableTap(std::uint32_t notice);
+  /// Disables the tap and tells nobody.
+  void switchTapOff();
   /// Takes the tap's port away, as the end of the window server does.
   void invalidatePort();
 
-  /// Serves every timer of the run loop once.
-  void fireTimers();
+  /// Lets this time pass and serves every timer of the run loop once.
+  void fireTimers(double seconds = 0.1);
   /// Sends a notification to its observers.
   void notify(const std::string& name);
 
@@ -67,6 +72,8 @@ class QuartzStandIn {
   /// Whether the tap is served by the main run loop.
   [[nodiscard]] bool tapIsAttached() const;
   [[nodiscard]] std::size_t scheduledTimers() const;
+  /// What keeps the system from slowing the program down, by name.
+  [[nodiscard]] std::multiset<std::string> activities() const;
   /// Objects that were created and not released yet.
   [[nodiscard]] std::size_t liveObjects() const;
 };

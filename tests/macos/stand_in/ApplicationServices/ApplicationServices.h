@@ -64,6 +64,7 @@ CFDictionaryRef CFDictionaryCreate(CFAllocatorRef allocator, const void** keys, 
 
 CFRunLoopSourceRef CFMachPortCreateRunLoopSource(CFAllocatorRef allocator, CFMachPortRef port,
                                                  CFIndex order);
+CFMachPortInvalidationCallBack CFMachPortGetInvalidationCallBack(CFMachPortRef port);
 void CFMachPortSetInvalidationCallBack(CFMachPortRef port, CFMachPortInvalidationCallBack callback);
 void CFMachPortInvalidate(CFMachPortRef port);
 Boolean CFMachPortIsValid(CFMachPortRef port);
@@ -124,7 +125,7 @@ enum CGEventFlags : std::uint64_t {
 
 enum CGMouseButton : std::uint32_t { kCGMouseButtonLeft = 0 };
 enum CGEventTapLocation : std::uint32_t { kCGHIDEventTap = 0, kCGSessionEventTap = 1 };
-enum CGEventTapPlacement : std::uint32_t { kCGHeadInsertEventTap = 0 };
+enum CGEventTapPlacement : std::uint32_t { kCGHeadInsertEventTap = 0, kCGTailAppendEventTap = 1 };
 enum CGEventTapOptions : std::uint32_t { kCGEventTapOptionDefault = 0 };
 
 using CGEventTapCallBack = CGEventRef (*)(CGEventTapProxy proxy, CGEventType type, CGEventRef event,
