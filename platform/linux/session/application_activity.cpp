@@ -2,6 +2,7 @@
 
 #include <QGuiApplication>
 #include <QPointer>
+#include <utility>
 
 #include "platform/linux/session/focus_watch.h"
 #include "platform/linux/session/late_keyboard_map.h"
@@ -16,11 +17,6 @@ QPointer<FocusWatch>& focusWatch() {
   return watch;
 }
 
-QPointer<LateKeyboardMap>& keyboardMap() {
-  static QPointer<LateKeyboardMap> map;
-  return map;
-}
-
 }  // namespace
 
 bool applicationIsActive() {
@@ -31,15 +27,14 @@ bool applicationIsActive() {
 
 void observeApplicationActivity(std::function<void()> changed) {
   delete focusWatch();
-  delete keyboardMap();
   if (!changed || qGuiApp == nullptr) return;
-  const QPointer<LateKeyboardMap> map = new LateKeyboardMap(*qGuiApp, applicationIsActive);
-  keyboardMap() = map;
+  auto* const map = new LateKeyboardMap(applicationIsActive);
   const auto tell = [map, changed = std::move(changed)] {
-    if (map) map->update();
+    map->update();
     changed();
   };
-  focusWatch() = new FocusWatch(*qGuiApp, tell);
+  focusWatch() = new FocusWatch(tell);
+  map->setParent(focusWatch());
   QObject::connect(qGuiApp, &QGuiApplication::applicationStateChanged, focusWatch(), tell);
 }
 

@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <span>
-#include <string_view>
 #include <vector>
 
 #include "platform/linux/foundation/xcb_reply.h"
@@ -38,19 +37,6 @@ std::vector<xcb_window_t> childrenOf(xcb_connection_t* connection, xcb_window_t 
   return {children.begin(), children.end()};
 }
 
-/// The items of a window's property, all of 32 bits; none when it has no such property.
-std::vector<std::uint32_t> items(xcb_connection_t* connection, xcb_window_t window,
-                                 std::string_view name) {
-  constexpr std::uint32_t most = 4096;
-  const auto request =
-      xcb_get_property(connection, 0, window, xcbAtom(connection, name), XCB_ATOM_ANY, 0, most);
-  const auto property = ownReply(xcb_get_property_reply(connection, request, nullptr));
-  if (!property || property->format != 32) return {};
-  const auto* const first =
-      static_cast<const std::uint32_t*>(xcb_get_property_value(property.get()));
-  return {first, first + property->value_len};
-}
-
 bool contains(const std::vector<std::uint32_t>& all, std::uint32_t one) {
   return std::find(all.begin(), all.end(), one) != all.end();
 }
@@ -73,17 +59,12 @@ struct Window {
   XcbReply<xcb_get_geometry_reply_t> place;
 };
 
-/// Whether one program has made both windows.
-bool areOfOneClient(xcb_connection_t* connection, xcb_window_t one, xcb_window_t other) {
-  return ((one ^ other) & ~xcb_get_setup(connection)->resource_id_mask) == 0;
-}
-
 /// Whether the window is shown, has at least this size, and is not the desktop itself.
 bool isOrdinaryAndCovers(xcb_connection_t* connection, xcb_window_t id, const QSize& size) {
   const Window window(connection, id);
   return window.isShown() && window.place->width >= size.width() &&
          window.place->height >= size.height() &&
-         !contains(items(connection, id, "_NET_WM_WINDOW_TYPE"),
+         !contains(xcbProperty(connection, id, "_NET_WM_WINDOW_TYPE"),
                    xcbAtom(connection, "_NET_WM_WINDOW_TYPE_DESKTOP"));
 }
 
@@ -95,9 +76,9 @@ bool isOfGame(xcb_connection_t* connection, xcb_window_t root, xcb_window_t cove
   const auto isOfCoversClient = [&](xcb_window_t window) {
     return areOfOneClient(connection, window, cover);
   };
-  const auto managers = items(connection, root, "_NET_SUPPORTING_WM_CHECK");
+  const auto managers = xcbProperty(connection, root, "_NET_SUPPORTING_WM_CHECK");
   if (std::any_of(managers.begin(), managers.end(), isOfCoversClient)) return false;
-  const auto managed = items(connection, root, "_NET_CLIENT_LIST");
+  const auto managed = xcbProperty(connection, root, "_NET_CLIENT_LIST");
   return std::any_of(managed.begin(), managed.end(), [&](xcb_window_t window) {
     return isOfCoversClient(window) && isOrdinaryAndCovers(connection, window, size);
   });
@@ -105,7 +86,7 @@ bool isOfGame(xcb_connection_t* connection, xcb_window_t root, xcb_window_t cove
 
 /// Whether a window manager has marked the window, or one inside it, as in its care.
 bool isManaged(xcb_connection_t* connection, xcb_window_t window, int depth = deepestFrame) {
-  if (!items(connection, window, "WM_STATE").empty()) return true;
+  if (!xcbProperty(connection, window, "WM_STATE").empty()) return true;
   if (depth == 0) return false;
   const auto children = childrenOf(connection, window);
   return std::any_of(children.begin(), children.end(),

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QAbstractNativeEventFilter>
-#include <QGuiApplication>
 #include <QObject>
 #include <functional>
 
@@ -13,9 +12,9 @@ namespace vorrin {
 /// library's word is waited for. Knows nothing on other systems of windows.
 class FocusWatch : public QObject, private QAbstractNativeEventFilter {
  public:
-  /// A child of `application`. `changed` is called from the main loop after each change of
+  /// A child of the application. `changed` is called from the main loop after each change of
   /// `isFocusElsewhere`.
-  FocusWatch(QGuiApplication& application, std::function<void()> changed);
+  explicit FocusWatch(std::function<void()> changed);
 
   [[nodiscard]] bool isFocusElsewhere() const { return isFocusElsewhere_; }
 
@@ -24,7 +23,6 @@ class FocusWatch : public QObject, private QAbstractNativeEventFilter {
   bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
   void setFocusElsewhere(bool isElsewhere);
 
-  QGuiApplication& application_;
   std::function<void()> changed_;
   bool isFocusElsewhere_ = false;
 };

@@ -1,5 +1,6 @@
 #include "platform/linux/session/late_keyboard_map.h"
 
+#include <QGuiApplication>
 #include <QWindow>
 #include <cstring>
 #include <utility>
@@ -11,15 +12,16 @@
 
 namespace vorrin {
 
-LateKeyboardMap::LateKeyboardMap(QGuiApplication& application, std::function<bool()> isInFront)
-    : QObject(&application), application_(application), isInFront_(std::move(isInFront)) {
-  const auto* const x11 = application_.nativeInterface<QNativeInterface::QX11Application>();
+LateKeyboardMap::LateKeyboardMap(std::function<bool()> isInFront)
+    : isInFront_(std::move(isInFront)) {
+  const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
   // The toolkit's offscreen mode passes for X11 too, without a connection.
   if (x11 == nullptr || x11->connection() == nullptr) return;
-  const auto* const extension = xcb_get_extension_data(x11->connection(), &xcb_xkb_id);
+  connection_ = x11->connection();
+  const auto* const extension = xcb_get_extension_data(connection_, &xcb_xkb_id);
   if (extension == nullptr || extension->present == 0) return;
   extensionEvent_ = extension->first_event;
-  application_.installNativeEventFilter(this);
+  qGuiApp->installNativeEventFilter(this);
 }
 
 void LateKeyboardMap::update() {
@@ -27,13 +29,11 @@ void LateKeyboardMap::update() {
   if (window == nullptr || !isInFront_()) return;
   const auto announcement = std::exchange(kept_, std::nullopt);
   if (!announcement) return;
-  auto* const connection =
-      application_.nativeInterface<QNativeInterface::QX11Application>()->connection();
   constexpr std::uint8_t isForParents = 0;
   // Without a mask the server gives it to the client that made the window.
-  xcb_send_event(connection, isForParents, static_cast<xcb_window_t>(window->winId()),
+  xcb_send_event(connection_, isForParents, static_cast<xcb_window_t>(window->winId()),
                  XCB_EVENT_MASK_NO_EVENT, announcement->data());
-  xcb_flush(connection);
+  xcb_flush(connection_);
 }
 
 bool LateKeyboardMap::nativeEventFilter(const QByteArray& /*eventType*/, void* message, qintptr*) {

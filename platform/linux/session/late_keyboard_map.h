@@ -3,7 +3,6 @@
 #include <xcb/xcb.h>
 
 #include <QAbstractNativeEventFilter>
-#include <QGuiApplication>
 #include <QObject>
 #include <array>
 #include <functional>
@@ -21,8 +20,8 @@ namespace vorrin {
 /// windows.
 class LateKeyboardMap : public QObject, private QAbstractNativeEventFilter {
  public:
-  /// A child of `application`. `isInFront` is asked at each announcement.
-  LateKeyboardMap(QGuiApplication& application, std::function<bool()> isInFront);
+  /// `isInFront` is asked at each announcement.
+  explicit LateKeyboardMap(std::function<bool()> isInFront);
 
   /// To be called when the program may have come to the front.
   void update();
@@ -34,10 +33,10 @@ class LateKeyboardMap : public QObject, private QAbstractNativeEventFilter {
   bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
   [[nodiscard]] bool isAnnouncement(const xcb_generic_event_t& event) const;
 
-  QGuiApplication& application_;
   std::function<bool()> isInFront_;
   std::optional<Announcement> kept_;
-  int extensionEvent_ = 0;  ///< of the server's keyboard extension
+  xcb_connection_t* connection_ = nullptr;  ///< the toolkit's
+  int extensionEvent_ = 0;                  ///< of the server's keyboard extension
 };
 
 }  // namespace vorrin

@@ -1,26 +1,16 @@
 #include "platform/linux/session/screen_savers.h"
 
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
+#include <QDBusConnection>
 #include <QDBusServiceWatcher>
-#include <array>
 
 namespace vorrin {
 
 namespace {
 
-struct ScreenSaver {
-  const char* name;  ///< on the bus, and of its interface
-  const char* path;
-};
-
-constexpr std::array screenSavers = {
-    ScreenSaver{"org.freedesktop.ScreenSaver", "/org/freedesktop/ScreenSaver"},
-    ScreenSaver{"org.gnome.ScreenSaver", "/org/gnome/ScreenSaver"},
-    ScreenSaver{"org.cinnamon.ScreenSaver", "/org/cinnamon/ScreenSaver"},
-    ScreenSaver{"org.mate.ScreenSaver", "/org/mate/ScreenSaver"},
-    ScreenSaver{"org.xfce.ScreenSaver", "/org/xfce/ScreenSaver"},
-};
+/// Their names on the bus, and of their interfaces.
+constexpr const char* screenSavers[] = {"org.freedesktop.ScreenSaver", "org.gnome.ScreenSaver",
+                                        "org.cinnamon.ScreenSaver", "org.mate.ScreenSaver",
+                                        "org.xfce.ScreenSaver"};
 
 }  // namespace
 
@@ -33,26 +23,12 @@ ScreenSavers::ScreenSavers(SessionPresence& presence) : presence_(presence) {
   departures->setWatchMode(QDBusServiceWatcher::WatchForUnregistration);
   connect(departures, &QDBusServiceWatcher::serviceUnregistered, this,
           [this](const QString& name) { presence_.setScreenSaver(name.toStdString(), false); });
-  for (const auto& [name, path] : screenSavers) {
+  for (const char* const name : screenSavers) {
     departures->addWatchedService(name);
-    // Some tell it at other paths than this one too.
     const QString anyPath;
     bus.connect(name, anyPath, name, "ActiveChanged", this,
                 SLOT(activeChanged(bool, QDBusMessage)));
-    askWhetherActive(bus, name, path);
   }
-}
-
-void ScreenSavers::askWhetherActive(const QDBusConnection& bus, const QString& name,
-                                    const QString& path) {
-  QDBusMessage call = QDBusMessage::createMethodCall(name, path, name, "GetActive");
-  call.setAutoStartService(false);
-  auto* const watcher = new QDBusPendingCallWatcher(bus.asyncCall(call), this);
-  connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, name, watcher] {
-    watcher->deleteLater();
-    const QDBusPendingReply<bool> isActive = *watcher;
-    if (!isActive.isError() && isActive.value()) presence_.setScreenSaver(name.toStdString(), true);
-  });
 }
 
 void ScreenSavers::activeChanged(bool isActive, const QDBusMessage& signal) {

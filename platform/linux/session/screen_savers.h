@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QDBusConnection>
 #include <QDBusMessage>
 #include <QObject>
 
@@ -19,8 +18,6 @@ class ScreenSavers : public QObject {
 
  private:
   Q_SLOT void activeChanged(bool isActive, const QDBusMessage& signal);
-
-  void askWhetherActive(const QDBusConnection& bus, const QString& name, const QString& path);
 
   SessionPresence& presence_;
 };

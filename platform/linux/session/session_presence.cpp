@@ -12,21 +12,11 @@ void SessionPresence::setOnScreen(bool isOnScreen) {
 }
 
 void SessionPresence::setLocked(const std::string& source, bool isLocked) {
-  if (isLocked) {
-    lockedBy_.insert(source);
-  } else if (lockedBy_.erase(source) != 0) {
-    isLockRequested_ = false;
-  }
-  update();
+  set(lockedBy_, source, isLocked);
 }
 
 void SessionPresence::setScreenSaver(const std::string& name, bool isShown) {
-  if (isShown) {
-    screenSavers_.insert(name);
-  } else if (screenSavers_.erase(name) != 0) {
-    isLockRequested_ = false;
-  }
-  update();
+  set(screenSavers_, name, isShown);
 }
 
 void SessionPresence::lockWasRequested() {
@@ -44,6 +34,15 @@ void SessionPresence::userWasSeen() {
   isLockRequested_ = false;
   // A bus that has ended takes back nothing that it told of.
   screenSavers_.clear();
+  update();
+}
+
+void SessionPresence::set(std::set<std::string>& those, const std::string& name, bool isOn) {
+  if (isOn) {
+    those.insert(name);
+  } else if (those.erase(name) != 0) {
+    isLockRequested_ = false;
+  }
   update();
 }
 

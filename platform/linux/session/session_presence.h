@@ -38,6 +38,7 @@ class SessionPresence {
   void userWasSeen();
 
  private:
+  void set(std::set<std::string>& those, const std::string& name, bool isOn);
   void update();
 
   Changes changes_;

@@ -3,9 +3,7 @@
 #include <QGuiApplication>
 #include <QWidget>
 #include <array>
-#include <cstdlib>
 #include <cstring>
-#include <memory>
 #include <optional>
 
 #include "platform/linux/foundation/xcb_reply.h"
@@ -58,14 +56,8 @@ class WindowManager {
 
   [[nodiscard]] std::optional<std::uint32_t> number(xcb_window_t window,
                                                     std::string_view property) const {
-    const auto request = xcb_get_property(connection_, 0, window, xcbAtom(connection_, property),
-                                          XCB_ATOM_CARDINAL, 0, 1);
-    const std::unique_ptr<xcb_get_property_reply_t, decltype(&std::free)> reply(
-        xcb_get_property_reply(connection_, request, nullptr), &std::free);
-    std::uint32_t value = 0;
-    if (!reply || xcb_get_property_value_length(reply.get()) != sizeof(value)) return std::nullopt;
-    std::memcpy(&value, xcb_get_property_value(reply.get()), sizeof(value));
-    return value;
+    const auto items = xcbProperty(connection_, window, property);
+    return items.size() == 1 ? std::optional(items.front()) : std::nullopt;
   }
 
   xcb_connection_t* connection_;
