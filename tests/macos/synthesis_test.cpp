@@ -62,18 +62,6 @@ TEST_F(MacosSynthesis, each_digit_has_its_key_code) {
   }
 }
 
-TEST_F(MacosSynthesis, a_lost_grant_stops_both_macros_and_refreshes) {
-  engine.toggle(0);
-  engine.toggle(1);
-  quartz.trusted = false;
-  int refreshes = 0;
-  emitMacro(0, [&refreshes] { ++refreshes; });
-  EXPECT_FALSE(engine.running[0]);
-  EXPECT_FALSE(engine.running[1]);
-  EXPECT_EQ(refreshes, 1);
-  EXPECT_THAT(quartz.posted, IsEmpty());
-}
-
 TEST_F(MacosSynthesis, no_event_outlives_its_action) {
   emitMacro(0, {});
   emitMacro(1, {});

@@ -26,10 +26,6 @@ std::vector<std::string> QuartzStandIn::takeCalls() {
   return {first, calls.end()};
 }
 
-void QuartzStandIn::setFields(CGEventRef event, const Event& fields) {
-  event->fields = fields;
-}
-
 bool QuartzStandIn::deliver(const Event& event) {
   CFMachPortRef port = tap();
   if (port == nullptr || !port->enabled || !port->attached) return true;
@@ -79,10 +75,6 @@ std::optional<bool> QuartzStandIn::tapEnabled() const {
   CFMachPortRef port = tap();
   if (port == nullptr) return std::nullopt;
   return port->enabled;
-}
-
-bool QuartzStandIn::tapIsAttached() const {
-  return tap() != nullptr && tap()->attached;
 }
 
 std::size_t QuartzStandIn::scheduledTimers() const {

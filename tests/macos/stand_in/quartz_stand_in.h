@@ -43,9 +43,6 @@ class QuartzStandIn {
     CGPoint location{0, 0};
   };
 
-  /// Gives an event made by one of the functions these fields.
-  static void setFields(CGEventRef event, const Event& fields);
-
   /// What was posted, in order.
   std::vector<Event> posted;
 
@@ -69,8 +66,6 @@ class QuartzStandIn {
 
   /// Nothing when there is no tap.
   [[nodiscard]] std::optional<bool> tapEnabled() const;
-  /// Whether the tap is served by the main run loop.
-  [[nodiscard]] bool tapIsAttached() const;
   [[nodiscard]] std::size_t scheduledTimers() const;
   /// What keeps the system from slowing the program down, by name.
   [[nodiscard]] std::multiset<std::string> activities() const;
