@@ -3,6 +3,7 @@
 #include <set>
 
 #include "bridge/permission_watch.h"
+#include "support/keys.h"
 #include "support/listener_test.h"
 
 namespace vorrin {
@@ -12,8 +13,6 @@ using test::ConnectedTest;
 using test::ListenerTest;
 using KeySet = std::set<std::uint16_t>;
 
-constexpr std::uint16_t backtick = 50;
-constexpr std::uint16_t tab = 48;
 constexpr std::uint16_t f6 = 97;
 
 /// One look of the permission watch.

@@ -5,13 +5,12 @@
 
 #include "engine/engine.h"
 #include "platform/fake/time/fake_time.h"
+#include "support/keys.h"
 #include "support/random.h"
 
 namespace vorrin {
 namespace {
 
-constexpr std::uint16_t backtick = 50;
-constexpr std::uint16_t tab = 48;
 constexpr std::uint16_t noShortcut = 0;
 
 class ShortcutTest : public testing::Test {

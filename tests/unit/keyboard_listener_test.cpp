@@ -6,13 +6,12 @@
 #include <vector>
 
 #include "bridge/event_synthesis.h"
+#include "support/keys.h"
 #include "support/listener_test.h"
 
 namespace vorrin {
 namespace {
 
-constexpr std::uint16_t backtick = 50;
-constexpr std::uint16_t tab = 48;
 constexpr std::uint16_t letter = 0;
 
 using test::ConnectedTest;

@@ -4,6 +4,7 @@
 
 #include "bridge/event_synthesis.h"
 #include "platform/workspace.h"
+#include "support/keys.h"
 #include "support/listener_test.h"
 
 namespace vorrin {
@@ -11,9 +12,6 @@ namespace {
 
 using test::ConnectedTest;
 using KeySet = std::set<std::uint16_t>;
-
-constexpr std::uint16_t backtick = 50;
-constexpr std::uint16_t tab = 48;
 
 /// With a window that keeps itself up to date, as the real one does.
 class SessionLockTest : public ConnectedTest {
