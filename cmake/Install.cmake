@@ -9,7 +9,6 @@ install(TARGETS vorrin-connection-keeper RUNTIME DESTINATION ${CMAKE_INSTALL_LIB
 # Icon: the drawing itself, and pictures of it, for Qt reads a drawing only with a plug-in that need
 # not be there. They lie in the build tree as they do in an installation, so that the program finds
 # them in both.
-find_program(VORRIN_RSVG_CONVERT rsvg-convert REQUIRED)
 set(vorrin_drawing ${vorrin_packaging}/icon/${vorrin_id}.svg)
 set(vorrin_icons)
 foreach(size 16 24 32 48 64 128 256)
@@ -38,7 +37,6 @@ install(FILES ${CMAKE_BINARY_DIR}/${vorrin_id}.service
         DESTINATION ${CMAKE_INSTALL_DATADIR}/dbus-1/services)
 
 # Documents, compressed as Debian wants them.
-find_program(VORRIN_GZIP gzip REQUIRED)
 set(vorrin_documents)
 function(vorrin_install_compressed source name folder)
   set(compressed ${CMAKE_BINARY_DIR}/documents/${name}.gz)

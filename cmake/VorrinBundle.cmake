@@ -15,7 +15,6 @@ set(vorrin_macos_packaging ${CMAKE_SOURCE_DIR}/packaging/macos)
 # Built for those of the wanted processors that the Unicode library has code for: a universal one of
 # MacPorts for both, Homebrew's for the Mac's own alone.
 if(NOT CMAKE_CROSSCOMPILING)
-  find_package(Utf8proc REQUIRED)
   execute_process(COMMAND lipo -archs ${Utf8proc_LIBRARY}
                   OUTPUT_VARIABLE vorrin_processors OUTPUT_STRIP_TRAILING_WHITESPACE
                   COMMAND_ERROR_IS_FATAL ANY)

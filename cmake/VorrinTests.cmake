@@ -1,6 +1,5 @@
 # How tests are registered and built.
 
-find_package(GTest REQUIRED)
 
 # Most of a test build's linking is debug information, which this linker copes with best.
 find_program(VORRIN_MOLD mold)
