@@ -25,7 +25,7 @@ class MacosWorkspace : public testing::Test {
   std::shared_ptr<void> observer =
       observeWorkspace({.willSleep = [this] { told.push_back("sleep"); },
                         .sessionDidResignActive = [this] { told.push_back("away"); },
-                        .sessionDidBecomeActive = [this] { told.push_back("back"); }});
+                        .sessionActivityDidChange = [this] { told.push_back("changed"); }});
 };
 
 TEST_F(MacosWorkspace, sleep_is_told) {
@@ -39,7 +39,7 @@ TEST_F(MacosWorkspace, a_session_switched_away_and_back_is_told_and_known) {
   EXPECT_FALSE(sessionIsActive());
   send(NSWorkspaceSessionDidBecomeActiveNotification);
   EXPECT_TRUE(sessionIsActive());
-  EXPECT_THAT(told, ElementsAre("away", "back"));
+  EXPECT_THAT(told, ElementsAre("away", "changed", "changed"));
 }
 
 TEST_F(MacosWorkspace, nothing_is_told_once_nobody_observes) {
