@@ -4,7 +4,6 @@ set(vorrin_packaging ${CMAKE_SOURCE_DIR}/packaging)
 set(vorrin_id org.vorrin.Vorrin)
 
 install(TARGETS vorrin RUNTIME)
-install(TARGETS vorrin-connection-keeper RUNTIME DESTINATION ${CMAKE_INSTALL_LIBEXECDIR})
 
 # Icon: the drawing itself, and pictures of it, for Qt reads a drawing only with a plug-in that need
 # not be there. They lie in the build tree as they do in an installation, so that the program finds
@@ -49,7 +48,7 @@ function(vorrin_install_compressed source name folder)
   install(FILES ${compressed} DESTINATION ${folder})
 endfunction()
 vorrin_install_compressed(${vorrin_packaging}/man/vorrin.1 vorrin.1 ${CMAKE_INSTALL_MANDIR}/man1)
-foreach(program vorrin-connection-keeper vorrin-input-helper vorrin-input-permission)
+foreach(program vorrin-input-helper vorrin-input-permission)
   vorrin_install_compressed(${vorrin_packaging}/man/${program}.8 ${program}.8
                             ${CMAKE_INSTALL_MANDIR}/man8)
 endforeach()

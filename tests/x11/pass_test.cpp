@@ -52,7 +52,7 @@ TEST_F(PassTest, a_disabled_tap_lets_everything_pass_unseen) {
   ASSERT_TRUE(tap.command("swallow 50 48"));
   ASSERT_TRUE(tap.command("disable"));
   user.tap(keys::backtick);
-  EXPECT_EQ(keysOf(client.readAll(user)), tapOf(keys::backtick));
+  EXPECT_EQ(keysOf(received()), tapOf(keys::backtick));
   ASSERT_TRUE(tap.command("enable"));
   user.tap(keys::tab);
   EXPECT_EQ(describe(tap.readSeen(user)), "48+ 48-");
@@ -72,7 +72,6 @@ TEST_F(PassTest, a_key_given_up_while_held_stays_swallowed_until_its_release) {
   user.press(keys::backtick);
   ASSERT_TRUE(tap.waitForRepeat(keys::backtick));
   ASSERT_TRUE(tap.command("choose 48"));
-  ASSERT_TRUE(tap.waitForRepeat(keys::backtick));
   user.release(keys::backtick);
   EXPECT_EQ(keysOf(received()), "");
   user.tap(keys::backtick);
@@ -115,15 +114,6 @@ TEST_F(PassTest, a_dropped_tap_gives_its_keys_back) {
   ASSERT_TRUE(tap.command("drop"));
   user.tap(keys::backtick);
   EXPECT_EQ(keysOf(client.readAll(user)), tapOf(keys::backtick));
-}
-
-TEST_F(PassTest, a_tap_may_be_dropped_by_its_own_callback) {
-  ASSERT_TRUE(tap.command("drop-in-callback"));
-  user.tap(keys::backtick);
-  ASSERT_TRUE(tap.command("trusted"));
-  user.tap(keys::tab);
-  user.type("a");
-  client.readUntil(releaseOf(keys::a));
 }
 
 TEST_F(PassTest, a_new_tap_can_follow_a_dropped_one) {

@@ -35,27 +35,17 @@ TEST_P(EachShortcutKey, is_seen_as_press_repeats_and_release) {
   EXPECT_EQ(describe({seen.front(), seen[1], seen.back()}), key + "+ " + key + "+r " + key + "-");
 }
 
-TEST_P(EachShortcutKey, passes_with_a_modifier_and_shows_it) {
+TEST_P(EachShortcutKey, passes_with_a_modifier) {
   swallow(key);
-  constexpr std::uint64_t alternateFlag = 0x80000;
-  struct Modifier {
-    unsigned evdev;
-    std::uint64_t flag;
-  };
-  for (const Modifier modifier :
-       {Modifier{modifier_keys::shift, 0x20000}, Modifier{modifier_keys::control, 0x40000},
-        Modifier{modifier_keys::alt, alternateFlag}, Modifier{modifier_keys::altGr, alternateFlag},
-        Modifier{modifier_keys::super, 0x100000}}) {
+  for (const unsigned modifier : {modifier_keys::shift, modifier_keys::control, modifier_keys::alt,
+                                  modifier_keys::altGr, modifier_keys::super}) {
+    const bool isAlt = modifier == modifier_keys::alt || modifier == modifier_keys::altGr;
     // The window manager takes Alt+Tab before any window does.
-    if (modifier.flag == alternateFlag && GetParam() == keys::tab) continue;
-    user.pressEvdev(modifier.evdev);
+    if (isAlt && GetParam() == keys::tab) continue;
+    user.pressEvdev(modifier);
     user.tap(GetParam());
-    user.releaseEvdev(modifier.evdev);
-    const std::vector<SeenKey> seen = tap.readSeen(user);
-    ASSERT_EQ(describe(seen), key + "+ " + key + "-");
-    EXPECT_EQ(seen.front().flags, modifier.flag);
-    EXPECT_THAT(keysOf(client.readAll(user)), testing::HasSubstr(tapOf(GetParam())))
-        << "with " << modifier.evdev;
+    user.releaseEvdev(modifier);
+    EXPECT_THAT(keysOf(received()), testing::HasSubstr(tapOf(GetParam()))) << "with " << modifier;
   }
 }
 
@@ -78,15 +68,15 @@ TEST_F(TapTest, caps_lock_shows_in_the_flags) {
   EXPECT_EQ(seen.front().flags, 0x10000U);
 }
 
-TEST_F(TapTest, keys_that_are_not_chosen_are_seen_and_pass) {
+TEST_F(TapTest, escape_is_seen_and_passes_and_keys_that_are_not_claimed_pass) {
   swallow("50");
   ASSERT_TRUE(tap.command("swallow 50 48 53"));
   user.tap(keys::escape);
-  user.tap(keys::tab);
   user.tap(keys::a);
-  EXPECT_EQ(describe(tap.readSeen(user)), "53+ 53- 48+ 48- 0+ 0-");
-  EXPECT_EQ(keysOf(client.readAll(user)),
-            tapOf(keys::escape) + " " + tapOf(keys::tab) + " " + tapOf(keys::a));
+  EXPECT_EQ(describe(tap.readSeen(user)), "53+ 53-");
+  user.tap(keys::tab);
+  EXPECT_EQ(keysOf(received()),
+            tapOf(keys::escape) + " " + tapOf(keys::a) + " " + tapOf(keys::tab));
 }
 
 TEST_F(TapTest, a_chosen_key_typed_by_another_program_is_swallowed) {

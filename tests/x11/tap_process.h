@@ -43,8 +43,8 @@ class TapProcess {
   /// Reads on to a repeat of the key. What was seen is kept for `readSeen`.
   bool waitForRepeat(std::int64_t keyCode);
 
-  /// All keys that the callback saw since the last call, up to now.
-  std::vector<SeenKey> readSeen(User& user);
+  /// All keys that the callback saw since the last call, up to now. What it made of them is done.
+  std::vector<SeenKey> readSeen(const User& user);
 
   /// What the callback saw since the last call, as far as its output was read.
   std::vector<SeenKey> takeSeen();

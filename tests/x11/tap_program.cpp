@@ -2,6 +2,7 @@
 // standard output what the tap's callback sees and how the commands went.
 #include <unistd.h>
 
+#include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 #include <QSocketNotifier>
 #include <QTimer>
@@ -37,7 +38,6 @@ constexpr std::uint64_t modifierFlags =
 struct State {
   std::optional<EventTap> tap;
   std::vector<std::int64_t> swallowed;
-  bool dropInCallback = false;
 };
 
 State& state() {
@@ -50,7 +50,6 @@ TapVerdict judge(const TapEvent& event) {
               event.type == EventType::keyDown ? "down" : "up", event.keyCode, event.autorepeat,
               event.flags, event.userData);
   std::fflush(stdout);
-  if (state().dropInCallback) state().tap.reset();
   const bool isAlone = (event.flags & modifierFlags) == 0;
   const bool isChosen =
       std::ranges::find(state().swallowed, event.keyCode) != state().swallowed.end();
@@ -105,6 +104,18 @@ void clickEveryMillisecond() {
   timer.start(1);
 }
 
+/// Answers when all that the server told up to now has been served.
+void answerBehindEvents(const std::string& command) {
+  // The answer of the server takes along what it told before, which is served before the main loop
+  // sleeps, and before this, which is connected later.
+  constexpr std::array<std::uint16_t, 1> unusedKey{0x71};
+  if (state().tap) static_cast<void>(state().tap->canClaim(unusedKey));
+  auto* const loop = QAbstractEventDispatcher::instance();
+  QObject::connect(
+      loop, &QAbstractEventDispatcher::aboutToBlock, loop, [=] { answer(command, true); },
+      Qt::SingleShotConnection);
+}
+
 void pressOnly(std::uint16_t keyCode) {
   const std::array events{
       SyntheticEvent{.type = EventType::keyDown, .location = {}, .keyCode = keyCode},
@@ -117,6 +128,7 @@ void obey(const std::string& line) {
   std::string command;
   fields >> command;
   if (command == "create") return answer(command, createTap(readNumbers<std::uint16_t>(fields)));
+  if (command == "fence") return answerBehindEvents(command);
   if (command == "trusted") return answer(command, vorrin::isProcessTrusted());
   if (command == "ask") return answer(command, vorrin::isProcessTrustedWithPrompt());
   if (command == "pointer") return answer(command, vorrin::pointerLocation().has_value());
@@ -127,7 +139,6 @@ void obey(const std::string& line) {
   if (command == "enable" && state().tap) state().tap->setEnabled(true);
   if (command == "disable" && state().tap) state().tap->setEnabled(false);
   if (command == "drop") state().tap.reset();
-  if (command == "drop-in-callback") state().dropInCallback = true;
   if (command == "block") {
     const std::vector<int> milliseconds = readNumbers<int>(fields);
     std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds.at(0)));

@@ -159,7 +159,7 @@ bool HelperTap::command(const std::string& line) {
   const bool done = process_.command(line);
   const auto word = line.substr(0, line.find(' '));
   if (word == "create" || word == "enable") world_.grabWanted = done;
-  if (word == "disable" || word == "drop" || word == "drop-in-callback") world_.grabWanted = false;
+  if (word == "disable" || word == "drop") world_.grabWanted = false;
   if (word == "create" || word == "enable" || word == "choose" || word == "disable" ||
       word == "drop") {
     world_.settle();

@@ -20,8 +20,7 @@ bool isKey(const ClientEvent& event) {
 }
 
 bool isMark(const ClientEvent& event) {
-  return isKey(event) &&
-         (event.detail == keycodeOf(clientMark) || event.detail == keycodeOf(tapMark));
+  return isKey(event) && event.detail == keycodeOf(clientMark);
 }
 
 }  // namespace

@@ -55,9 +55,8 @@ std::string textOf(const std::vector<ClientEvent>& events);
 /// How many of `events` are of this kind.
 std::size_t countOf(const std::vector<ClientEvent>& events, const std::string& kind);
 
-/// The macOS codes of two keys that the harness types to learn how far somebody has read. No test
-/// gives them a meaning, and they show in no result.
+/// The macOS code of the key that the harness types to learn how far the client has read. No test
+/// gives it a meaning, and it shows in no result.
 inline constexpr std::uint16_t clientMark = 0x6F;
-inline constexpr std::uint16_t tapMark = 0x67;
 
 }  // namespace vorrin::x11_tests

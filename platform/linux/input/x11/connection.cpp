@@ -1,107 +1,80 @@
 #include "platform/linux/input/x11/connection.h"
 
-#include <X11/XKBlib.h>
-#include <X11/Xatom.h>
-#include <X11/extensions/XInput2.h>
-#include <X11/extensions/XTest.h>
+#include <xcb/xinput.h>
+#include <xcb/xtest.h>
+#include <xkbcommon/xkbcommon-x11.h>
 
+#include <chrono>
 #include <cstdlib>
 
-#include "platform/fatal_error.h"
+#include "platform/linux/foundation/xcb_reply.h"
 
 namespace vorrin::x11 {
 
-namespace {
-
-// Xlib has one handler of each kind for the whole process, and its own ones end it. These leave all
-// connections but ours to whoever handled them before.
-constinit Display* ownDisplay = nullptr;
-constinit XErrorHandler formerErrorHandler = nullptr;
-constinit XIOErrorHandler formerLossHandler = nullptr;
-
-int dropOwnErrors(Display* display, XErrorEvent* error) {
-  return display == ownDisplay ? 0 : formerErrorHandler(display, error);
-}
-
-int bearOwnLoss(Display* display) {
-  return display == ownDisplay ? 0 : formerLossHandler(display);
-}
-
-void takeErrorsOf(Display* display) {
-  precondition(ownDisplay == nullptr, "a process has one connection of this kind");
-  ownDisplay = display;
-  const XErrorHandler formerError = XSetErrorHandler(dropOwnErrors);
-  if (formerError != dropOwnErrors) formerErrorHandler = formerError;
-  const XIOErrorHandler formerLoss = XSetIOErrorHandler(bearOwnLoss);
-  if (formerLoss != bearOwnLoss) formerLossHandler = formerLoss;
-}
-
-}  // namespace
-
-std::unique_ptr<Connection> Connection::open() {
-  if (std::getenv("DISPLAY") == nullptr) return nullptr;
-  Display* const display = XOpenDisplay(nullptr);
-  if (display == nullptr) return nullptr;
-  std::unique_ptr<Connection> connection(new Connection(display));
-  if (!connection->findExtensions() || connection->lost()) return nullptr;
+std::optional<Connection> Connection::open() {
+  Connection connection(xcb_connect(nullptr, nullptr));  // one comes back even without a server
+  if (connection.lost() || !connection.findExtensions()) return std::nullopt;
   return connection;
 }
 
-Connection::Connection(Display* display) : display_(display) {
-  takeErrorsOf(display_);
-  XSetIOErrorExitHandler(
-      display_,
-      [](Display*, void* self) {
-        auto* const connection = static_cast<Connection*>(self);
-        if (connection->lost_) return;
-        connection->lost_ = true;
-        if (connection->onLoss_) connection->onLoss_();
-      },
-      this);
-  window_ = XCreateSimpleWindow(display_, DefaultRootWindow(display_), 0, 0, 1, 1, 0, 0, 0);
-  XSelectInput(display_, window_, PropertyChangeMask);
-}
-
-Connection::~Connection() {
-  // Closing talks to the server, so a lost connection is left to the end of the process.
-  if (!lost_) XCloseDisplay(display_);
-  ownDisplay = nullptr;
-}
-
 bool Connection::findExtensions() {
-  int firstEvent = 0;
-  int firstError = 0;
-  if (XQueryExtension(display_, "XInputExtension", &inputOpcode_, &firstEvent, &firstError) == 0) {
+  const auto* const input = xcb_get_extension_data(get(), &xcb_input_id);
+  const auto* const test = xcb_get_extension_data(get(), &xcb_test_id);
+  if (input == nullptr || input->present == 0 || test == nullptr || test->present == 0)
+    return false;
+  inputExtension_ = input->major_opcode;
+  const auto request = xcb_input_xi_query_version(get(), 2, 2);
+  const auto version = ownReply(xcb_input_xi_query_version_reply(get(), request, nullptr));
+  if (!version || version->major_version < 2 ||
+      (version->major_version == 2 && version->minor_version < 2)) {
     return false;
   }
-  int major = 2;
-  int minor = 2;
-  if (XIQueryVersion(display_, &major, &minor) != Success) return false;
-  if (major < 2 || (major == 2 && minor < 2)) return false;
-
-  int opcode = 0;
-  int xkbMajor = XkbMajorVersion;
-  int xkbMinor = XkbMinorVersion;
-  if (XkbQueryExtension(display_, &opcode, &xkbEventBase_, &firstError, &xkbMajor, &xkbMinor) ==
-      0) {
-    return false;
-  }
-  int testMajor = 0;
-  int testMinor = 0;
-  return XTestQueryExtension(display_, &firstEvent, &firstError, &testMajor, &testMinor) != 0;
+  return xkb_x11_setup_xkb_extension(
+             get(), XKB_X11_MIN_MAJOR_XKB_VERSION, XKB_X11_MIN_MINOR_XKB_VERSION,
+             XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS, nullptr, nullptr, &xkbEvent_, nullptr) != 0;
 }
 
-std::uint32_t Connection::serverTime() const {
-  // Every change of a property is announced with the time it was made, even of one of no length.
-  const unsigned char nothing = 0;
-  XChangeProperty(display_, window_, XA_WM_NAME, XA_STRING, 8, PropModeAppend, &nothing, 0);
-  XSync(display_, False);
-  std::uint32_t time = 0;
-  XEvent event;
-  while (!lost_ && XCheckTypedWindowEvent(display_, window_, PropertyNotify, &event) != 0) {
-    time = static_cast<std::uint32_t>(event.xproperty.time);
+std::vector<xcb_window_t> Connection::roots() const {
+  std::vector<xcb_window_t> roots;
+  for (auto screen = xcb_setup_roots_iterator(xcb_get_setup(get())); screen.rem > 0;
+       xcb_screen_next(&screen)) {
+    roots.push_back(screen.data->root);
+  }
+  return roots;
+}
+
+bool Connection::sharesClock() const {
+  constexpr std::int32_t tolerance = 1000;
+  const auto time = serverTime();
+  return time && std::abs(static_cast<std::int32_t>(monotonicTime() - *time)) < tolerance;
+}
+
+std::optional<std::uint32_t> Connection::serverTime() const {
+  // Every change of a property is announced with its time, even one of no length.
+  const auto window = xcb_generate_id(get());
+  const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
+  xcb_create_window(get(), 0, window, roots().front(), 0, 0, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
+                    XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &mask);
+  xcb_change_property(get(), XCB_PROP_MODE_APPEND, window, XCB_ATOM_WM_NAME, XCB_ATOM_STRING, 8, 0,
+                      nullptr);
+  xcb_destroy_window(get(), window);
+  sync();
+  std::optional<std::uint32_t> time;
+  while (const auto event = ownReply(xcb_poll_for_queued_event(get()))) {
+    if (event->response_type != XCB_PROPERTY_NOTIFY) continue;
+    time = reinterpret_cast<const xcb_property_notify_event_t&>(*event).time;
   }
   return time;
+}
+
+void Connection::sync() const {
+  ownReply(xcb_get_input_focus_reply(get(), xcb_get_input_focus(get()), nullptr));
+}
+
+std::uint32_t monotonicTime() {
+  const auto time = std::chrono::steady_clock::now().time_since_epoch();
+  return static_cast<std::uint32_t>(
+      std::chrono::duration_cast<std::chrono::milliseconds>(time).count());
 }
 
 }  // namespace vorrin::x11

@@ -1,58 +1,61 @@
 #pragma once
 
-// Xlib's macros (None, Bool, KeyPress...) break Qt's headers and the tests': this header is for the
-// sources of this folder that see neither.
-#include <X11/Xlib.h>
+#include <xcb/xcb.h>
 
 #include <cstdint>
-#include <functional>
 #include <memory>
+#include <optional>
+#include <vector>
 
 namespace vorrin::x11 {
 
 /// The program's own connection to the X server, apart from the widget library's: listening and
 /// posting need one connection in common whose requests nobody else numbers.
 ///
-/// Neither an X error nor the loss of the server ends the process. Errors (a device that was
-/// unplugged a moment ago, a key that another program holds) are dropped; who needs to know looks
-/// at the reply.
+/// An error (of a device that was unplugged a moment ago, say) comes among the events, where nobody
+/// looks at it; who needs to know reads the reply.
 class Connection {
  public:
   /// Connects to the server that DISPLAY names. Nothing comes back without one, or when it lacks
   /// XKB, XTEST or XInput 2.2, the first version whose raw events reach us while another program
   /// grabs the keyboard.
-  static std::unique_ptr<Connection> open();
+  static std::optional<Connection> open();
 
-  ~Connection();
-  Connection(const Connection&) = delete;
-  Connection& operator=(const Connection&) = delete;
+  [[nodiscard]] xcb_connection_t* get() const { return connection_.get(); }
 
-  /// To be used only while not `lost`.
-  [[nodiscard]] Display* display() const { return display_; }
+  /// Whether the server is gone. Calls have no effect then.
+  [[nodiscard]] bool lost() const { return xcb_connection_has_error(get()) != 0; }
 
-  /// Whether the server is gone. No call of Xlib that talks to it may follow.
-  [[nodiscard]] bool lost() const { return lost_; }
+  /// What marks the events of XInput, as an extension, and of XKB, as a type.
+  [[nodiscard]] std::uint8_t inputExtension() const { return inputExtension_; }
+  [[nodiscard]] std::uint8_t xkbEvent() const { return xkbEvent_; }
 
-  /// Calls `action` within the Xlib call that finds the server gone.
-  void onLoss(std::function<void()> action) { onLoss_ = std::move(action); }
+  /// The root windows of all screens.
+  [[nodiscard]] std::vector<xcb_window_t> roots() const;
 
-  /// The major code that marks XInput's events, and the first number of XKB's.
-  [[nodiscard]] int inputOpcode() const { return inputOpcode_; }
-  [[nodiscard]] int xkbEventBase() const { return xkbEventBase_; }
+  /// Whether the server stamps its events with the monotonic clock of this machine, in
+  /// milliseconds, as X.Org's servers do on Linux. Asks the server.
+  [[nodiscard]] bool sharesClock() const;
 
-  /// The server's clock in milliseconds, by a round trip; 0 when the server is lost meanwhile.
-  [[nodiscard]] std::uint32_t serverTime() const;
+  /// Hands the server what was asked of it; `sync` also waits until that is done.
+  void flush() const { xcb_flush(get()); }
+  void sync() const;
 
  private:
-  explicit Connection(Display* display);
+  explicit Connection(xcb_connection_t* connection) : connection_(connection) {}
   [[nodiscard]] bool findExtensions();
+  [[nodiscard]] std::optional<std::uint32_t> serverTime() const;
 
-  Display* display_;
-  Window window_ = 0;
-  int inputOpcode_ = 0;
-  int xkbEventBase_ = 0;
-  bool lost_ = false;
-  std::function<void()> onLoss_;
+  struct Disconnect {
+    void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
+  };
+
+  std::unique_ptr<xcb_connection_t, Disconnect> connection_;
+  std::uint8_t inputExtension_ = 0;
+  std::uint8_t xkbEvent_ = 0;
 };
+
+/// The monotonic clock of this machine in milliseconds, as long as the server's numbers.
+std::uint32_t monotonicTime();
 
 }  // namespace vorrin::x11

@@ -1,200 +1,194 @@
 #include "platform/linux/input/x11/key_flow.h"
 
-#include <chrono>
+#include <algorithm>
 #include <utility>
 
 namespace vorrin::x11 {
 
 namespace {
 
-// A held key that was pressed longer ago than this does nothing any more. Whoever sees no effect
+constexpr std::uint16_t escapeKey = 53;
+
+// A shortcut that was pressed longer ago than this does nothing any more. Whoever sees no effect
 // for a second presses again; taking up both presses after a stall would undo the user's wish.
-constexpr std::chrono::milliseconds staleAfter{1000};
-
-ServerClock::Local localTime() {
-  return std::chrono::duration_cast<ServerClock::Local>(
-      std::chrono::steady_clock::now().time_since_epoch());
-}
-
-bool isForwarded(const std::optional<Post>& own) {
-  return own && own->reason == Post::Reason::forwarded;
-}
-
-std::int64_t userDataOf(const std::optional<Post>& own) {
-  return own ? own->userData : 0;
-}
-
-KeyCode codeOf(const KeyInput& input) {
-  return static_cast<KeyCode>(input.keycode);
-}
+constexpr std::int32_t staleAfter = 1000;
 
 }  // namespace
 
-KeyFlow::KeyFlow(Connection& connection, Poster& poster, KeyHolder& holder, const KeyboardMap& map,
-                 Judge judge)
-    : connection_(connection),
-      poster_(poster),
-      holder_(holder),
-      map_(map),
-      judge_(std::move(judge)) {
-  clock_.set(connection_.serverTime(), localTime());
+KeyFlow::KeyFlow(KeyGrabs& grabs, const KeyboardMap& map, Poster& poster, bool sharesClock, Ask ask)
+    : grabs_(grabs), map_(map), poster_(poster), sharesClock_(sharesClock), ask_(std::move(ask)) {
+  grabs_.setModifierStates(lockStates(map_.masks()));
 }
 
-void KeyFlow::rawPress(const KeyInput& input, unsigned modifiers) {
-  const std::optional<Post> own = poster_.ledger().take(input.serial, input.keycode, true);
-  WatchedKeyboard* const keyboard = holder_.keyboard(input.device);
-  if (isForwarded(own) || keyboard == nullptr) return;
-  const bool isHeld = holder_.holds(input.keycode);
-  keyboard->down.set(input.keycode);
-  keyboard->fates[input.keycode] = KeyFate::passed;
-  keyboard->judged[input.keycode] = isHeld;
-  keyboard->unwanted[input.keycode] = isHeld;
-  keyboard->unreported[input.keycode] = isHeld && isStale(input);
-  // The grab is in force already, for the server looks at grabs before it serves another request.
-  if (isHeld) cutOff_.push_back(input.device);
-  if (keyboard->unreported[input.keycode]) return;
-  waiting_.push_back(
-      {isHeld ? Step::judge : Step::show, input, eventOf(input, modifiers, userDataOf(own))});
+bool KeyFlow::claim(std::span<const std::uint16_t> virtualKeys) {
+  if (std::ranges::equal(claimed_, virtualKeys)) return true;
+  claimed_.assign(virtualKeys.begin(), virtualKeys.end());
+  return claimAgain();
 }
 
-void KeyFlow::rawRelease(const KeyInput& input, unsigned modifiers) {
-  const std::optional<Post> own = poster_.ledger().take(input.serial, input.keycode, false);
-  WatchedKeyboard* const keyboard = holder_.keyboard(input.device);
-  if (isForwarded(own) || keyboard == nullptr) return;
-  keyboard->down.reset(input.keycode);
-  if (!keyboard->judged[input.keycode]) finishRelease(*keyboard, codeOf(input));
-  waiting_.push_back({keyboard->judged[input.keycode] ? Step::release : Step::show, input,
-                      eventOf(input, modifiers, userDataOf(own))});
-  if (keyboard->unreported[input.keycode]) waiting_.back().event.reset();
+bool KeyFlow::claimAgain() {
+  grabs_.setModifierStates(lockStates(map_.masks()));
+  if (grabs_.hold(keycodesOf(claimed_))) return true;
+  claimed_.clear();
+  return false;
 }
 
-void KeyFlow::heldPress(const KeyInput& input, unsigned modifiers) {
-  cutOff_.push_back(input.device);
-  WatchedKeyboard* const keyboard = holder_.keyboard(input.device);
-  if (keyboard == nullptr) return;
-  KeyFate& fate = keyboard->fates[input.keycode];
-  if (input.repeat) {
-    // A repeat shares its press's fate, whatever the tap thinks of it by now.
-    if (fate == KeyFate::passed || keyboard->unreported[input.keycode]) return;
-    waiting_.push_back({Step::show, input, eventOf(input, modifiers, 0)});
+bool KeyFlow::canClaim(std::span<const std::uint16_t> virtualKeys) const {
+  return grabs_.canHold(keycodesOf(virtualKeys));
+}
+
+KeySet KeyFlow::keycodesOf(std::span<const std::uint16_t> virtualKeys) const {
+  KeySet codes;
+  for (const auto virtualKey : virtualKeys) {
+    if (const auto code = map_.keycode(virtualKey)) codes.set(code);
+  }
+  return codes;
+}
+
+void KeyFlow::readRaw(const xcb_input_raw_key_press_event_t& event) {
+  const auto code = static_cast<xcb_keycode_t>(event.detail);
+  const bool down = event.event_type == XCB_INPUT_RAW_KEY_PRESS;
+  const bool isEscape = map_.isEscape(code);
+  if (!isEscape && (down || caught_.empty())) return;
+  if (poster_.isOwn(event.full_sequence, code, down)) return;
+  if (isEscape) hearEscape(down, map_.modifiers());
+  if (down) return;
+  if (const auto* key = find(event.deviceid, code)) release(*key);
+}
+
+void KeyFlow::readCaught(const xcb_input_key_press_event_t& event) {
+  const auto code = static_cast<xcb_keycode_t>(event.detail);
+  if (std::ranges::find(cutOff_, event.deviceid) == cutOff_.end()) {
+    cutOff_.push_back(event.deviceid);
+  }
+  if (event.event_type == XCB_INPUT_KEY_PRESS) return readPress(event);
+  if (const auto* key = find(event.deviceid, code)) return release(*key);
+  // It was pressed before this keyboard was cut off: the window in front still has it down.
+  sendRelease(code);
+}
+
+void KeyFlow::readPress(const xcb_input_key_press_event_t& event) {
+  const auto code = static_cast<xcb_keycode_t>(event.detail);
+  const unsigned modifiers = map_.modifiers() | event.mods.effective;
+  if ((event.flags & XCB_INPUT_KEY_EVENT_FLAGS_KEY_REPEAT) != 0) {
+    const auto* key = find(event.deviceid, code);
+    if (key != nullptr && key->shown) hear(*key, EventType::keyDown, true, modifiers);
     return;
   }
-  if (!keyboard->judged[input.keycode]) {
-    fate = KeyFate::resent;
-    giveWayToXtest(*keyboard);
-    pressAnew(*keyboard, codeOf(input));
-    return;
-  }
-  fate = KeyFate::swallowed;
-  waiting_.push_back({Step::carryOut, input, std::nullopt});
-}
-
-void KeyFlow::heldRelease(const KeyInput& input) {
-  // The raw event has dealt with all but one case: the key was pressed before this keyboard was cut
-  // off, so it is still down for the window in front.
-  const WatchedKeyboard* const keyboard = holder_.keyboard(input.device);
-  if (keyboard == nullptr || keyboard->fates[input.keycode] != KeyFate::passed) return;
-  giveWayToXtest(*keyboard);
-  sendOn(codeOf(input), false);
-}
-
-void KeyFlow::leave(WatchedKeyboard& keyboard) {
-  for (std::size_t code = 0; code < keyboard.down.size(); ++code) {
-    if (!keyboard.down[code]) continue;
-    keyboard.down.reset(code);
-    const KeyInput release{.device = keyboard.slave.device,
-                           .source = keyboard.slave.device,
-                           .keycode = static_cast<unsigned>(code)};
-    finishRelease(keyboard, codeOf(release));
-    if (!keyboard.unreported[code]) {
-      waiting_.push_back({Step::show, release, eventOf(release, 0, 0)});
-    }
+  auto& key = caught_.emplace_back(CaughtKey{event.deviceid, code, claimedKey(code)});
+  const bool isOwn = poster_.isOwn(event.full_sequence, code, true);
+  const bool isEscape = map_.isEscape(code);
+  if (isEscape && !isOwn) hearEscape(true, modifiers);
+  if (isOwn || isEscape || isStale(event.time)) key.shown.reset();
+  if (key.shown) {
+    hear(key, EventType::keyDown, false, modifiers);
+  } else if (isOwn || isEscape || !claimedKey(code)) {
+    sendPress(key);
   }
 }
 
-void KeyFlow::serveNext() {
-  if (!cutOff_.empty()) return endGrabs();
-  if (sendingOn_) return finishSendingOn();
-  const Waiting next = waiting_.front();
-  waiting_.pop_front();
-  serve(next);
-}
-
-void KeyFlow::serve(const Waiting& next) {
-  const TapVerdict verdict = next.step == Step::carryOut ? TapVerdict::pass : ask(next.event);
-  WatchedKeyboard* const keyboard = holder_.keyboard(next.input.device);
-  if (keyboard == nullptr) return;
-  if (next.step == Step::judge) {
-    keyboard->unwanted[next.input.keycode] = verdict == TapVerdict::swallow;
-  } else if (next.step == Step::carryOut) {
-    carryOut(*keyboard, codeOf(next.input));
-  } else if (next.step == Step::release) {
-    finishRelease(*keyboard, codeOf(next.input));
-  }
-}
-
-std::optional<TapEvent> KeyFlow::eventOf(const KeyInput& input, unsigned modifiers,
-                                         std::int64_t userData) const {
-  const std::optional<std::uint16_t> virtualKey = map_.virtualKey(input.keycode);
-  if (!virtualKey || input.serial < shownFrom_) return std::nullopt;
-  return tapEvent(input, *virtualKey, eventFlags(modifiers, map_.modifiers()), userData);
-}
-
-bool KeyFlow::isStale(const KeyInput& input) {
-  if (clock_.age(input.time, localTime()) <= staleAfter) return false;
-  clock_.set(connection_.serverTime(), localTime());
-  return clock_.age(input.time, localTime()) > staleAfter;
-}
-
-TapVerdict KeyFlow::ask(const std::optional<TapEvent>& event) const {
-  return event ? judge_(*event) : TapVerdict::pass;
+void KeyFlow::release(const CaughtKey& key) {
+  // After what the tap has not seen yet.
+  if (key.shown) return hear(key, EventType::keyUp, false, map_.modifiers());
+  if (key.sentOn) sendRelease(key.keycode);
+  forget(key);
 }
 
 void KeyFlow::endGrabs() {
-  for (const int device : cutOff_) endGrab(connection_.display(), device);
-  cutOff_.clear();
-  // When this is answered, every key that was still cut off can be read.
-  finishSendingOn();
+  for (const Device device : std::exchange(cutOff_, {})) grabs_.end(device);
 }
 
-void KeyFlow::finishSendingOn() {
-  // The tap's callback may act on the server by another connection, or have others do so. Requests
-  // of two connections are served in any order unless the first is waited for.
-  XSync(connection_.display(), False);
-  sendingOn_ = false;
+bool KeyFlow::judgeNext() {
+  if (heard_.empty()) return false;
+  const Heard next = heard_.front();
+  heard_.pop_front();
+  judge(next);
+  return true;
 }
 
-void KeyFlow::carryOut(WatchedKeyboard& keyboard, KeyCode keycode) {
-  const bool isUnwanted = keyboard.unwanted[keycode];
-  keyboard.fates[keycode] = isUnwanted ? KeyFate::swallowed : KeyFate::resent;
-  if (isUnwanted) return;
-  if (holder_.holds(keycode)) holder_.lift(keycode);
-  pressAnew(keyboard, keycode);
-}
-
-void KeyFlow::finishRelease(WatchedKeyboard& keyboard, KeyCode keycode) {
-  if (keyboard.fates[keycode] == KeyFate::resent) {
-    sendOn(keycode, false);
-    failed_ = !holder_.restore(keycode) || failed_;
+void KeyFlow::judge(const Heard& heard) {
+  auto* const key = find(heard.device, heard.keycode);
+  const bool repeated = heard.event.autorepeat != 0;
+  // A key that was sent on is XTEST's now, and repeats there.
+  if (repeated && key != nullptr && key->sentOn) return;
+  const TapVerdict verdict = ask_(heard.event);
+  if (key == nullptr || repeated) return;
+  if (heard.event.type == EventType::keyUp) {
+    key->shown.reset();
+    release(*key);
+  } else if (verdict == TapVerdict::pass) {
+    sendPress(*key);
   }
-  failed_ = !holder_.settle() || failed_;
-  poster_.flush();
 }
 
-void KeyFlow::giveWayToXtest(const WatchedKeyboard& keyboard) {
-  // What is sent on comes from XTEST's keyboard and would be cut off with it as well.
-  if (keyboard.slave.isXtest) endGrab(connection_.display(), keyboard.slave.device);
+bool KeyFlow::watches(xcb_keycode_t keycode) const {
+  return grabs_.holds(keycode) || map_.maybeEscape(keycode);
 }
 
-void KeyFlow::pressAnew(const WatchedKeyboard& keyboard, KeyCode keycode) {
-  // XTEST's own key is down already when the press came from there.
-  if (keyboard.slave.isXtest) sendOn(keycode, false);
-  sendOn(keycode, true);
+void KeyFlow::leave(Device device) {
+  const auto keys = caught_;
+  for (const CaughtKey& key : keys) {
+    if (key.device == device) release(key);
+  }
 }
 
-void KeyFlow::sendOn(KeyCode keycode, bool down) {
-  sendingOn_ = true;
-  poster_.key(keycode, down, {Post::Reason::forwarded, 0});
+void KeyFlow::leaveAll() {
+  for (const CaughtKey& key : caught_) {
+    if (key.sentOn) sendRelease(key.keycode);
+  }
+}
+
+void KeyFlow::hear(const CaughtKey& key, EventType type, bool repeated, unsigned modifiers) {
+  heard_.push_back({.event = {.type = type,
+                              .keyCode = *key.shown,
+                              .autorepeat = repeated ? 1 : 0,
+                              .flags = eventFlags(modifiers, map_.masks())},
+                    .device = key.device,
+                    .keycode = key.keycode});
+}
+
+void KeyFlow::hearEscape(bool down, unsigned modifiers) {
+  heard_.push_back({.event = {.type = down ? EventType::keyDown : EventType::keyUp,
+                              .keyCode = escapeKey,
+                              .flags = eventFlags(modifiers, map_.masks())}});
+}
+
+std::optional<std::uint16_t> KeyFlow::claimedKey(xcb_keycode_t keycode) const {
+  const auto found = std::ranges::find(
+      claimed_, keycode, [this](std::uint16_t virtualKey) { return map_.keycode(virtualKey); });
+  return found == claimed_.end() ? std::nullopt : std::optional(*found);
+}
+
+bool KeyFlow::isStale(std::uint32_t time) const {
+  return sharesClock_ && static_cast<std::int32_t>(monotonicTime() - time) > staleAfter;
+}
+
+KeyFlow::CaughtKey* KeyFlow::find(Device device, xcb_keycode_t keycode) {
+  const auto found = std::ranges::find_if(caught_, [=](const CaughtKey& key) {
+    return key.device == device && key.keycode == keycode;
+  });
+  return found == caught_.end() ? nullptr : &*found;
+}
+
+void KeyFlow::forget(const CaughtKey& key) {
+  const auto* const found = find(key.device, key.keycode);
+  if (found != nullptr) caught_.erase(caught_.begin() + (found - caught_.data()));
+}
+
+void KeyFlow::sendPress(CaughtKey& key) {
+  // What is sent on comes from XTEST's keyboards. If the key is theirs it is down there already.
+  const bool isTaken = grabs_.holds(key.keycode);
+  grabs_.endOfXtest();
+  if (isTaken) grabs_.lift(key.keycode);
+  poster_.knownKey(key.keycode, false);
+  poster_.knownKey(key.keycode, true);
+  if (isTaken) grabs_.restore(key.keycode);
+  key.sentOn = true;
+}
+
+void KeyFlow::sendRelease(xcb_keycode_t keycode) {
+  grabs_.endOfXtest();
+  poster_.knownKey(keycode, false);
 }
 
 }  // namespace vorrin::x11

@@ -1,96 +1,101 @@
 #pragma once
 
+#include <xcb/xinput.h>
+
 #include <cstdint>
 #include <deque>
 #include <functional>
 #include <optional>
+#include <span>
 #include <vector>
 
 #include "platform/event_tap.h"
-#include "platform/linux/input/x11/connection.h"
-#include "platform/linux/input/x11/key_holder.h"
-#include "platform/linux/input/x11/key_input.h"
+#include "platform/linux/input/x11/key_grabs.h"
 #include "platform/linux/input/x11/keyboard_map.h"
 #include "platform/linux/input/x11/poster.h"
-#include "platform/linux/input/x11/server_clock.h"
 
 namespace vorrin::x11 {
 
-/// What becomes of each key event: which the tap is shown, and what other programs get.
+/// What becomes of the user's keys: which the tap is shown, and what other programs get.
 ///
-/// The press of a held key arrives twice. Its raw event, made before the server looks at grabs, is
-/// what the tap judges. The press that starts the grab follows, and the verdict is carried out on
-/// it: a key that shall pass is sent on through XTEST. Keys typed until the grab is ended are cut
-/// off with it and are sent on as well.
+/// The press of a claimed key cuts its keyboard off from all other programs until the grab that it
+/// started is ended. Keys typed meanwhile come to us alone and are sent on through XTEST. So that
+/// nobody waits for the tap, which may take its time, the keys that can be read are sent on first,
+/// then the grab is ended, and only then is the tap asked. A key that it lets pass is sent on too.
 ///
-/// So that they keep their order, the keys that can be read are sent on first, then the grab is
-/// ended, and only when the server has done both is the tap asked, which may take its time:
-/// `serveNext` does all but the first when no more events can be read.
+/// Outside of such a grab every key of every keyboard is read, but nothing is done for it unless it
+/// is Escape or the release of a key that was caught.
 class KeyFlow {
  public:
-  using Judge = std::function<TapVerdict(const TapEvent&)>;
+  using Ask = std::function<TapVerdict(const TapEvent&)>;
 
-  /// The holder, the poster and the map belong to the caller.
-  KeyFlow(Connection& connection, Poster& poster, KeyHolder& holder, const KeyboardMap& map,
-          Judge judge);
+  /// `sharesClock`: whether events are stamped with `monotonicTime`. The rest belongs to the
+  /// caller.
+  KeyFlow(KeyGrabs& grabs, const KeyboardMap& map, Poster& poster, bool sharesClock, Ask ask);
 
-  /// Events in the order they were read, with the modifier state that the keyboard had.
-  void rawPress(const KeyInput& input, unsigned modifiers);
-  void rawRelease(const KeyInput& input, unsigned modifiers);
-  void heldPress(const KeyInput& input, unsigned modifiers);
-  void heldRelease(const KeyInput& input);
+  /// As the operations of `EventTap`.
+  [[nodiscard]] bool claim(std::span<const std::uint16_t> virtualKeys);
+  [[nodiscard]] bool canClaim(std::span<const std::uint16_t> virtualKeys) const;
+  /// Claims the same keys where the map has them by now.
+  [[nodiscard]] bool claimAgain();
 
-  /// Ends what is going on with a keyboard: what is down counts as released.
-  void leave(WatchedKeyboard& keyboard);
+  /// A key as every keyboard tells of it, and one that came to us alone; in the order they were
+  /// read.
+  void readRaw(const xcb_input_raw_key_press_event_t& event);
+  void readCaught(const xcb_input_key_press_event_t& event);
 
-  /// Whether there is a grab to end, a key on its way to other programs, or something for the tap
-  /// to judge or see.
-  [[nodiscard]] bool hasNext() const { return !cutOff_.empty() || sendingOn_ || !waiting_.empty(); }
-  void serveNext();
+  /// Ends the grabs that were started by what was read. Queued, as all that is sent on.
+  void endGrabs();
 
-  /// Shows the tap nothing that happened before the request `serial` was served.
-  void showFrom(unsigned long serial) { shownFrom_ = serial; }
+  /// Has the tap judge one of the keys that were read; false when there is none.
+  bool judgeNext();
 
-  /// Whether a held key was refused meanwhile.
-  [[nodiscard]] bool failed() const { return failed_; }
+  /// Whether events of this key are looked at.
+  [[nodiscard]] bool watches(xcb_keycode_t keycode) const;
+
+  /// The keyboard is gone: what is down on it counts as released.
+  void leave(Device device);
+  /// The same for all keyboards, without a word to the tap.
+  void leaveAll();
 
  private:
-  enum class Step {
-    show,      // the verdict does not matter
-    judge,     // a held key's press
-    carryOut,  // the grab that the press started
-    release    // of a held key
-  };
-  struct Waiting {
-    Step step;
-    KeyInput input;
-    std::optional<TapEvent> event;  // nothing for keys that the tap does not know
+  /// A key that was pressed under a grab of ours and is still down.
+  struct CaughtKey {
+    Device device = 0;
+    xcb_keycode_t keycode = 0;
+    std::optional<std::uint16_t> shown;  ///< what the tap takes it for; nothing when it is not told
+    bool sentOn = false;                 ///< other programs have it down too
   };
 
-  [[nodiscard]] std::optional<TapEvent> eventOf(const KeyInput& input, unsigned modifiers,
-                                                std::int64_t userData) const;
-  [[nodiscard]] bool isStale(const KeyInput& input);
-  TapVerdict ask(const std::optional<TapEvent>& event) const;
-  void endGrabs();
-  void finishSendingOn();
-  void serve(const Waiting& next);
-  void carryOut(WatchedKeyboard& keyboard, KeyCode keycode);
-  void finishRelease(WatchedKeyboard& keyboard, KeyCode keycode);
-  void giveWayToXtest(const WatchedKeyboard& keyboard);
-  void pressAnew(const WatchedKeyboard& keyboard, KeyCode keycode);
-  void sendOn(KeyCode keycode, bool down);
+  /// Something that the tap is to see. A verdict counts for a caught key alone.
+  struct Heard {
+    TapEvent event;
+    Device device = 0;
+    xcb_keycode_t keycode = 0;  ///< 0 when it was not caught
+  };
 
-  Connection& connection_;
-  Poster& poster_;
-  KeyHolder& holder_;
+  void readPress(const xcb_input_key_press_event_t& event);
+  void release(const CaughtKey& key);
+  void judge(const Heard& heard);
+  void hear(const CaughtKey& key, EventType type, bool repeated, unsigned modifiers);
+  void hearEscape(bool down, unsigned modifiers);
+  [[nodiscard]] KeySet keycodesOf(std::span<const std::uint16_t> virtualKeys) const;
+  [[nodiscard]] std::optional<std::uint16_t> claimedKey(xcb_keycode_t keycode) const;
+  [[nodiscard]] bool isStale(std::uint32_t time) const;
+  CaughtKey* find(Device device, xcb_keycode_t keycode);
+  void forget(const CaughtKey& key);
+  void sendPress(CaughtKey& key);
+  void sendRelease(xcb_keycode_t keycode);
+
+  KeyGrabs& grabs_;
   const KeyboardMap& map_;
-  Judge judge_;
-  ServerClock clock_;
-  std::vector<int> cutOff_;  // the keyboards under a grab of ours
-  std::deque<Waiting> waiting_;
-  bool sendingOn_ = false;
-  unsigned long shownFrom_ = 0;
-  bool failed_ = false;
+  Poster& poster_;
+  const bool sharesClock_;
+  Ask ask_;
+  std::vector<std::uint16_t> claimed_;
+  std::vector<CaughtKey> caught_;
+  std::vector<Device> cutOff_;  // the keyboards under a grab of ours
+  std::deque<Heard> heard_;
 };
 
 }  // namespace vorrin::x11

@@ -1,51 +1,51 @@
 #include "platform/linux/input/x11/keyboard_map.h"
 
-#include <X11/XKBlib.h>
-#include <X11/keysym.h>
+#include <xkbcommon/xkbcommon-x11.h>
 
-#include <algorithm>
-#include <cstring>
-#include <memory>
-#include <string_view>
+#include <span>
 
+#include "platform/event_tap.h"
+#include "platform/linux/foundation/xcb_reply.h"
 #include "platform/linux/input/key_codes.h"
+#include "platform/linux/input/x11/xkb_protocol.h"
 
 namespace vorrin::x11 {
 
 namespace {
 
-struct KeyboardFree {
-  void operator()(XkbDescPtr keyboard) const { XkbFreeKeyboard(keyboard, 0, True); }
-};
-using Keyboard = std::unique_ptr<XkbDescRec, KeyboardFree>;
+constexpr std::uint16_t escapeKey = 53;
 
-struct ModifierMapFree {
-  void operator()(XModifierKeymap* map) const { XFreeModifiermap(map); }
-};
-using ModifierMap = std::unique_ptr<XModifierKeymap, ModifierMapFree>;
+/// Calls `use` with every symbol that the key can have.
+template <class Use>
+void forEachSymbol(xkb_keymap* map, xkb_keycode_t key, Use use) {
+  for (xkb_layout_index_t layout = 0; layout < xkb_keymap_num_layouts_for_key(map, key); ++layout) {
+    const auto levels = xkb_keymap_num_levels_for_key(map, key, layout);
+    for (xkb_level_index_t level = 0; level < levels; ++level) {
+      const xkb_keysym_t* symbols = nullptr;
+      const int count = xkb_keymap_key_get_syms_by_level(map, key, layout, level, &symbols);
+      for (const auto symbol : std::span(symbols, static_cast<std::size_t>(count))) use(symbol);
+    }
+  }
+}
 
-struct XFreeDeleter {
-  void operator()(void* memory) const { XFree(memory); }
-};
-
-void addMeaning(ModifierMasks& masks, KeySym symbol, unsigned bit) {
+void addMeaning(ModifierMasks& masks, xkb_keysym_t symbol, unsigned bit) {
   switch (symbol) {
-    case XK_Alt_L:
-    case XK_Alt_R:
-    case XK_Meta_L:
-    case XK_Meta_R:
-    case XK_ISO_Level3_Shift:
-    case XK_Mode_switch:
+    case XKB_KEY_Alt_L:
+    case XKB_KEY_Alt_R:
+    case XKB_KEY_Meta_L:
+    case XKB_KEY_Meta_R:
+    case XKB_KEY_ISO_Level3_Shift:
+    case XKB_KEY_Mode_switch:
       masks.alternate |= bit;
       break;
-    case XK_Super_L:
-    case XK_Super_R:
+    case XKB_KEY_Super_L:
+    case XKB_KEY_Super_R:
       masks.command |= bit;
       break;
-    case XK_Num_Lock:
+    case XKB_KEY_Num_Lock:
       masks.numLock |= bit;
       break;
-    case XK_Scroll_Lock:
+    case XKB_KEY_Scroll_Lock:
       masks.scrollLock |= bit;
       break;
     default:
@@ -55,52 +55,154 @@ void addMeaning(ModifierMasks& masks, KeySym symbol, unsigned bit) {
 
 }  // namespace
 
-void KeyboardMap::read(Display* display) {
-  readNames(display);
-  readModifiers(display);
+std::uint64_t eventFlags(unsigned modifiers, const ModifierMasks& masks) {
+  std::uint64_t flags = 0;
+  if ((modifiers & XCB_MOD_MASK_LOCK) != 0) flags |= event_flags::maskAlphaShift;
+  if ((modifiers & XCB_MOD_MASK_SHIFT) != 0) flags |= event_flags::maskShift;
+  if ((modifiers & XCB_MOD_MASK_CONTROL) != 0) flags |= event_flags::maskControl;
+  if ((modifiers & masks.alternate) != 0) flags |= event_flags::maskAlternate;
+  if ((modifiers & masks.command) != 0) flags |= event_flags::maskCommand;
+  return flags;
 }
 
-std::optional<std::uint16_t> KeyboardMap::virtualKey(unsigned keycode) const {
-  return keycode < virtualKeys_.size() ? virtualKeys_[keycode] : std::nullopt;
+std::vector<std::uint32_t> lockStates(const ModifierMasks& masks) {
+  const unsigned held = XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_CONTROL | masks.alternate | masks.command;
+  const unsigned locks = (XCB_MOD_MASK_LOCK | masks.numLock | masks.scrollLock) & ~held;
+  std::vector<std::uint32_t> states;
+  // Counts down through the subsets of `locks`, which are its bits after a borrow masked out.
+  for (unsigned subset = locks; subset != 0; subset = (subset - 1) & locks) {
+    states.push_back(subset);
+  }
+  states.push_back(0);
+  return states;
 }
 
-KeyCode KeyboardMap::keycode(std::uint16_t virtualKey) const {
-  const auto found = std::ranges::find(virtualKeys_, std::optional(virtualKey));
-  return found == virtualKeys_.end() ? KeyCode{0}
-                                     : static_cast<KeyCode>(found - virtualKeys_.begin());
+KeyboardMap::KeyboardMap(const Connection& connection)
+    : connection_(connection), context_(xkb_context_new(XKB_CONTEXT_NO_FLAGS)) {
+  selectEvents();
+  readState();
+  read();
 }
 
-void KeyboardMap::readNames(Display* display) {
-  const Keyboard keyboard(XkbGetMap(display, 0, XkbUseCoreKbd));
-  if (!keyboard) return;
-  if (XkbGetNames(display, XkbKeyNamesMask, keyboard.get()) != Success) return;
-  if (keyboard->names == nullptr || keyboard->names->keys == nullptr) return;
-  virtualKeys_.fill(std::nullopt);
-  for (unsigned code = keyboard->min_key_code; code <= keyboard->max_key_code; ++code) {
-    const char* const name = keyboard->names->keys[code].name;  // not terminated when full
-    virtualKeys_[code] =
-        virtualKeyOfXkbName(std::string_view(name, strnlen(name, XkbKeyNameLength)));
+void KeyboardMap::selectEvents() const {
+  constexpr std::uint16_t maps = XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY |
+                                 XCB_XKB_EVENT_TYPE_MAP_NOTIFY | XCB_XKB_EVENT_TYPE_NAMES_NOTIFY;
+  constexpr std::uint16_t allMapParts = 0xFF;
+  // Each part is named because the server tells of a change only if a selected part changed, and
+  // the whole state is read from what it tells.
+  constexpr std::uint16_t state =
+      XCB_XKB_STATE_PART_MODIFIER_STATE | XCB_XKB_STATE_PART_MODIFIER_BASE |
+      XCB_XKB_STATE_PART_MODIFIER_LATCH | XCB_XKB_STATE_PART_MODIFIER_LOCK |
+      XCB_XKB_STATE_PART_GROUP_STATE | XCB_XKB_STATE_PART_GROUP_BASE |
+      XCB_XKB_STATE_PART_GROUP_LATCH | XCB_XKB_STATE_PART_GROUP_LOCK;
+  xcb_xkb_select_events_details_t details{};
+  details.affectState = state;
+  details.stateDetails = state;
+  xcb_xkb_select_events_aux(connection_.get(), XCB_XKB_ID_USE_CORE_KBD,
+                            maps | XCB_XKB_EVENT_TYPE_STATE_NOTIFY, 0, maps, allMapParts,
+                            allMapParts, &details);
+}
+
+bool KeyboardMap::follow(const xcb_generic_event_t& event) {
+  switch (event.pad0) {  // where XKB has its own type
+    case XCB_XKB_STATE_NOTIFY:
+      setState(reinterpret_cast<const xcb_xkb_state_notify_event_t&>(event));
+      return true;
+    case XCB_XKB_NEW_KEYBOARD_NOTIFY:
+      // Each time another keyboard is typed on, the core keyboard takes over its map, which the
+      // server announces like this. Those maps agree in all that is read here.
+      return reinterpret_cast<const xcb_xkb_new_keyboard_notify_event_t&>(event).requestMinor ==
+             XCB_XKB_SET_MAP;
+    case XCB_XKB_MAP_NOTIFY:
+    case XCB_XKB_NAMES_NOTIFY:
+      return false;
+    default:
+      return true;
   }
 }
 
-void KeyboardMap::readModifiers(Display* display) {
-  // Asked of the server each time: Xlib's own copy is renewed only by events that nobody hands it.
-  int first = 0;
-  int last = 0;
-  XDisplayKeycodes(display, &first, &last);
-  int width = 0;
-  const std::unique_ptr<KeySym, XFreeDeleter> symbols(
-      XGetKeyboardMapping(display, static_cast<KeyCode>(first), last - first + 1, &width));
-  const ModifierMap map(XGetModifierMapping(display));
-  if (!symbols || !map) return;
-  modifiers_ = {};
-  for (int modifier = Mod1MapIndex; modifier <= Mod5MapIndex; ++modifier) {
-    for (int slot = 0; slot < map->max_keypermod; ++slot) {
-      const int code = map->modifiermap[modifier * map->max_keypermod + slot];
-      if (code < first || code > last) continue;
-      const KeySym* const row = symbols.get() + static_cast<std::ptrdiff_t>(code - first) * width;
-      for (int column = 0; column < width; ++column)
-        addMeaning(modifiers_, row[column], 1U << modifier);
+void KeyboardMap::readState() {
+  const auto request = xcb_xkb_get_state(connection_.get(), XCB_XKB_ID_USE_CORE_KBD);
+  const auto state = ownReply(xcb_xkb_get_state_reply(connection_.get(), request, nullptr));
+  if (state) setState(*state);
+}
+
+template <class Message>
+void KeyboardMap::setState(const Message& message) {
+  state_ = {.baseModifiers = message.baseMods,
+            .latchedModifiers = message.latchedMods,
+            .lockedModifiers = message.lockedMods,
+            .baseLayout = static_cast<unsigned>(message.baseGroup),
+            .latchedLayout = static_cast<unsigned>(message.latchedGroup),
+            .lockedLayout = message.lockedGroup};
+  applyState();
+}
+
+void KeyboardMap::read() {
+  const auto device = xkb_x11_get_core_keyboard_device_id(connection_.get());
+  auto* const map = xkb_x11_keymap_new_from_device(context_.get(), connection_.get(), device,
+                                                   XKB_KEYMAP_COMPILE_NO_FLAGS);
+  if (map == nullptr) return;
+  map_.reset(map);
+  symbols_.reset(xkb_state_new(map));
+  applyState();
+  findKeys();
+  findEscapes();
+  findModifiers();
+}
+
+void KeyboardMap::applyState() {
+  if (!symbols_) return;
+  xkb_state_update_mask(symbols_.get(), state_.baseModifiers, state_.latchedModifiers,
+                        state_.lockedModifiers, state_.baseLayout, state_.latchedLayout,
+                        state_.lockedLayout);
+}
+
+xcb_keycode_t KeyboardMap::keycode(std::uint16_t virtualKey) const {
+  return virtualKey < keycodes_.size() ? keycodes_[virtualKey] : xcb_keycode_t{0};
+}
+
+bool KeyboardMap::isEscape(xcb_keycode_t keycode) const {
+  if (!escapes_[keycode]) return false;
+  return keycode == this->keycode(escapeKey) ||
+         xkb_state_key_get_one_sym(symbols_.get(), keycode) == XKB_KEY_Escape;
+}
+
+unsigned KeyboardMap::modifiers() const {
+  return state_.baseModifiers | state_.latchedModifiers | state_.lockedModifiers;
+}
+
+void KeyboardMap::findKeys() {
+  keycodes_.fill(0);
+  for (auto code = xkb_keymap_min_keycode(map_.get()); code <= xkb_keymap_max_keycode(map_.get());
+       ++code) {
+    const char* const name = xkb_keymap_key_get_name(map_.get(), code);
+    const auto key = name == nullptr ? std::nullopt : virtualKeyOfXkbName(name);
+    if (key && keycodes_.at(*key) == 0) keycodes_.at(*key) = static_cast<xcb_keycode_t>(code);
+  }
+}
+
+void KeyboardMap::findEscapes() {
+  escapes_.reset();
+  for (std::size_t code = 0; code < escapes_.size(); ++code) {
+    forEachSymbol(map_.get(), static_cast<xkb_keycode_t>(code), [&](xkb_keysym_t symbol) {
+      if (symbol == XKB_KEY_Escape) escapes_.set(code);
+    });
+  }
+  if (const auto position = keycode(escapeKey)) escapes_.set(position);
+}
+
+void KeyboardMap::findModifiers() {
+  const auto request = xcb_get_modifier_mapping(connection_.get());
+  const auto reply = ownReply(xcb_get_modifier_mapping_reply(connection_.get(), request, nullptr));
+  if (!reply) return;
+  masks_ = {};
+  const std::size_t width = reply->keycodes_per_modifier;
+  const std::span keys(xcb_get_modifier_mapping_keycodes(reply.get()), 8 * width);
+  for (std::size_t modifier = XCB_MAP_INDEX_1; modifier <= XCB_MAP_INDEX_5; ++modifier) {
+    for (const auto key : keys.subspan(modifier * width, width)) {
+      forEachSymbol(map_.get(), key,
+                    [&](xkb_keysym_t symbol) { addMeaning(masks_, symbol, 1U << modifier); });
     }
   }
 }

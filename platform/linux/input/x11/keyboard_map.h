@@ -1,38 +1,104 @@
 #pragma once
 
-#include <X11/Xlib.h>
+#include <xcb/xcb.h>
+#include <xkbcommon/xkbcommon.h>
 
 #include <array>
+#include <bitset>
 #include <cstdint>
-#include <optional>
-#include <span>
+#include <memory>
+#include <vector>
 
-#include "platform/linux/input/x11/modifiers.h"
+#include "platform/linux/input/x11/connection.h"
 
 namespace vorrin::x11 {
 
-/// What the server's keymap says of the keys Vorrin tells apart. Keys are found by their XKB names,
-/// which are positions and so stay where they are under every layout; key codes differ between
-/// servers.
+/// One bit a key code of the server's.
+using KeySet = std::bitset<256>;
+
+/// Which bit of the X modifier state stands for which modifier key. Shift, Lock and Control are
+/// fixed by the protocol, the other five bits are the map's to give out; 0 means that no key has
+/// the meaning.
+struct ModifierMasks {
+  unsigned alternate = 0;  ///< Alt, Meta and the third-level chooser (AltGr)
+  unsigned command = 0;    ///< Super
+  unsigned numLock = 0;
+  unsigned scrollLock = 0;
+};
+
+/// The bits of `event_flags` that the modifier state `modifiers` amounts to. Caps Lock shows as
+/// `maskAlphaShift`; Num Lock and Scroll Lock have no flag.
+std::uint64_t eventFlags(unsigned modifiers, const ModifierMasks& masks);
+
+/// Every modifier state in which none but lock keys are on: the states in which a shortcut counts
+/// as pressed alone.
+std::vector<std::uint32_t> lockStates(const ModifierMasks& masks);
+
+/// What the core keyboard's map says of the keys that Vorrin tells apart. They are found by their
+/// XKB names, which are positions and so stay where they are under every layout; key codes differ
+/// between servers. Escape is also every key whose symbol it is.
 class KeyboardMap {
  public:
-  /// Reads the map of the core keyboard. What cannot be read keeps its former value.
-  void read(Display* display);
+  /// Reads the map and its state, and has the server tell of their changes.
+  explicit KeyboardMap(const Connection& connection);
 
-  /// The macOS virtual key code of a key; nothing for keys that Vorrin does not know.
-  [[nodiscard]] std::optional<std::uint16_t> virtualKey(unsigned keycode) const;
+  /// Takes up an event of XKB's. False when the map has to be read anew.
+  [[nodiscard]] bool follow(const xcb_generic_event_t& event);
 
-  /// The server's code of a key; 0 when the keyboard has no such key.
-  [[nodiscard]] KeyCode keycode(std::uint16_t virtualKey) const;
+  /// Reads the map anew. What cannot be read stays as it was.
+  void read();
 
-  [[nodiscard]] const ModifierMasks& modifiers() const { return modifiers_; }
+  /// The server's code of a macOS virtual key code; 0 when the keyboard has no such key.
+  [[nodiscard]] xcb_keycode_t keycode(std::uint16_t virtualKey) const;
+
+  /// Whether a press of the key is one of Escape at this moment.
+  [[nodiscard]] bool isEscape(xcb_keycode_t keycode) const;
+
+  /// Whether it is under some layout or modifier.
+  [[nodiscard]] bool maybeEscape(xcb_keycode_t keycode) const { return escapes_[keycode]; }
+
+  /// The modifiers that are on, as the server counts them.
+  [[nodiscard]] unsigned modifiers() const;
+  [[nodiscard]] const ModifierMasks& masks() const { return masks_; }
 
  private:
-  void readNames(Display* display);
-  void readModifiers(Display* display);
+  /// The modifiers and the layout that are on, each by the reason why they are.
+  struct State {
+    unsigned baseModifiers = 0;
+    unsigned latchedModifiers = 0;
+    unsigned lockedModifiers = 0;
+    unsigned baseLayout = 0;
+    unsigned latchedLayout = 0;
+    unsigned lockedLayout = 0;
+  };
 
-  std::array<std::optional<std::uint16_t>, 256> virtualKeys_;
-  ModifierMasks modifiers_;
+  void selectEvents() const;
+  void readState();
+  template <class Message>
+  void setState(const Message& message);
+  void applyState();
+  void findKeys();
+  void findEscapes();
+  void findModifiers();
+
+  template <class Release, Release release>
+  struct Unreference {
+    template <class Object>
+    void operator()(Object* object) const {
+      release(object);
+    }
+  };
+  template <class Object, auto release>
+  using Reference = std::unique_ptr<Object, Unreference<decltype(release), release>>;
+
+  const Connection& connection_;
+  Reference<xkb_context, xkb_context_unref> context_;
+  Reference<xkb_keymap, xkb_keymap_unref> map_;
+  Reference<xkb_state, xkb_state_unref> symbols_;
+  State state_;
+  std::array<xcb_keycode_t, 128> keycodes_{};  // by virtual key code
+  KeySet escapes_;
+  ModifierMasks masks_;
 };
 
 }  // namespace vorrin::x11

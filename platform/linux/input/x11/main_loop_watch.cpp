@@ -1,7 +1,6 @@
 #include "platform/linux/input/x11/main_loop_watch.h"
 
 #include <QAbstractEventDispatcher>
-#include <QObject>
 #include <QSocketNotifier>
 #include <utility>
 
@@ -9,36 +8,29 @@
 
 namespace vorrin::x11 {
 
-struct MainLoopWatch::Native {
-  std::function<void()> serve;
-  std::function<bool()> isWaiting;
-  QSocketNotifier notifier;
+struct MainLoopWatch::Native : QSocketNotifier {
+  using QSocketNotifier::QSocketNotifier;
 };
 
-MainLoopWatch::MainLoopWatch(int fileDescriptor, std::function<void()> serve,
-                             std::function<bool()> isWaiting)
-    : native_(new Native{std::move(serve), std::move(isWaiting),
-                         QSocketNotifier(fileDescriptor, QSocketNotifier::Read)}) {
-  QAbstractEventDispatcher* const loop = QAbstractEventDispatcher::instance();
+void MainLoopWatch::DeleteLater::operator()(Native* native) const {
+  native->disconnect();
+  native->setEnabled(false);
+  QObject::disconnect(QAbstractEventDispatcher::instance(), nullptr, native, nullptr);
+  native->deleteLater();
+}
+
+MainLoopWatch::MainLoopWatch(xcb_connection_t* connection, std::function<void(NextEvent)> serve)
+    : native_(new Native(xcb_get_file_descriptor(connection), QSocketNotifier::Read)) {
+  const auto* const loop = QAbstractEventDispatcher::instance();
   precondition(loop != nullptr, "the main loop exists");
-  QSocketNotifier* const notifier = &native_->notifier;
-  const auto run = [native = native_.get()] { native->serve(); };
-  QObject::connect(notifier, &QSocketNotifier::activated, notifier, run);
-  QObject::connect(loop, &QAbstractEventDispatcher::aboutToBlock, notifier,
-                   [native = native_.get()] {
-                     if (native->isWaiting()) native->serve();
-                   });
+  QObject::connect(native_.get(), &QSocketNotifier::activated, native_.get(),
+                   [serve] { serve(&xcb_poll_for_event); });
+  QObject::connect(loop, &QAbstractEventDispatcher::aboutToBlock, native_.get(),
+                   [serve = std::move(serve)] { serve(&xcb_poll_for_queued_event); });
 }
 
-MainLoopWatch::~MainLoopWatch() = default;
-
-void MainLoopWatch::wake() {
-  QMetaObject::invokeMethod(
-      &native_->notifier, [native = native_.get()] { native->serve(); }, Qt::QueuedConnection);
-}
-
-void MainLoopWatch::closeDescriptor() {
-  native_->notifier.setEnabled(false);
+void MainLoopWatch::closeSocket() {
+  native_->setEnabled(false);
 }
 
 }  // namespace vorrin::x11

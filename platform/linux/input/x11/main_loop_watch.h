@@ -1,32 +1,33 @@
 #pragma once
 
+#include <xcb/xcb.h>
+
 #include <functional>
 #include <memory>
 
 namespace vorrin::x11 {
 
-/// Runs `serve` on the main loop whenever `fileDescriptor` can be read, and before the loop goes to
-/// sleep while `isWaiting` says that there is work. The second is needed because a reply read from
-/// the server takes along the events before it: they are in memory then, and the descriptor stays
-/// silent. `isWaiting` is asked after every tick of a macro, so it must not talk to the server.
+/// How events are taken: what has been read from the socket, or what can be read as well.
+using NextEvent = xcb_generic_event_t* (*)(xcb_connection_t*);
+
+/// Runs `serve` on the main loop whenever the connection can be read, and before the loop goes to
+/// sleep for what has been read already. The second is needed because a reply takes along the
+/// events before it, and a flush may: they are in memory then, and the socket stays silent.
 class MainLoopWatch {
  public:
-  /// The main loop must exist. `fileDescriptor` stays the caller's.
-  MainLoopWatch(int fileDescriptor, std::function<void()> serve, std::function<bool()> isWaiting);
-  ~MainLoopWatch();
-  MainLoopWatch(const MainLoopWatch&) = delete;
-  MainLoopWatch& operator=(const MainLoopWatch&) = delete;
+  /// The main loop must exist. `serve` may make the watch go away.
+  MainLoopWatch(xcb_connection_t* connection, std::function<void(NextEvent)> serve);
 
-  /// Runs `serve` once more, from the loop.
-  void wake();
-
-  /// Stops watching the descriptor, which would be readable for ever after its end. `wake` still
-  /// works.
-  void closeDescriptor();
+  /// Stops watching the socket, which would be readable for ever after its end.
+  void closeSocket();
 
  private:
   struct Native;
-  std::unique_ptr<Native> native_;
+  /// Not deleted at once: it may be the one that is calling.
+  struct DeleteLater {
+    void operator()(Native* native) const;
+  };
+  std::unique_ptr<Native, DeleteLater> native_;
 };
 
 }  // namespace vorrin::x11

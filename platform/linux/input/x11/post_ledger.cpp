@@ -1,32 +1,31 @@
 #include "platform/linux/input/x11/post_ledger.h"
 
+#include <algorithm>
+
 namespace vorrin::x11 {
 
-void PostLedger::add(unsigned long serial, unsigned keycode, bool down, Post post) {
-  if (count_ == capacity) {
-    first_ = (first_ + 1) % capacity;
-    --count_;
-  }
-  entries_[(first_ + count_) % capacity] = {serial, keycode, down, post};
-  ++count_;
+namespace {
+
+/// Sequence numbers start again at 0 after the last.
+bool isBefore(std::uint32_t sequence, std::uint32_t other) {
+  return static_cast<std::int32_t>(sequence - other) < 0;
 }
 
-std::optional<Post> PostLedger::take(unsigned long serial, unsigned keycode, bool down) {
-  // Entries of earlier requests stay behind when the server made no event of them, for instance of
-  // the release of a key that was not down.
-  while (count_ > 0 && entries_[first_].serial < serial) {
-    first_ = (first_ + 1) % capacity;
-    --count_;
-  }
-  if (count_ == 0) return std::nullopt;
-  const Entry& oldest = entries_[first_];
-  if (oldest.serial != serial || oldest.keycode != keycode || oldest.down != down) {
-    return std::nullopt;
-  }
-  const Post post = oldest.post;
-  first_ = (first_ + 1) % capacity;
-  --count_;
-  return post;
+}  // namespace
+
+void PostLedger::add(std::uint32_t sequence, unsigned keycode, bool down) {
+  entries_.push_back({sequence, keycode, down});
+}
+
+bool PostLedger::take(std::uint32_t sequence, unsigned keycode, bool down) {
+  // Entries of earlier requests stay behind when the server made no event of them, or nobody looked
+  // at it.
+  const auto first = std::ranges::find_if(
+      entries_, [=](const Entry& entry) { return !isBefore(entry.sequence, sequence); });
+  entries_.erase(entries_.begin(), first);
+  if (entries_.empty() || entries_.front() != Entry{sequence, keycode, down}) return false;
+  entries_.erase(entries_.begin());
+  return true;
 }
 
 }  // namespace vorrin::x11

@@ -1,4 +1,4 @@
-#include "platform/linux/input/x11/modifiers.h"
+#include "platform/linux/input/x11/keyboard_map.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

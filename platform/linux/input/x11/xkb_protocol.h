@@ -1,0 +1,9 @@
+#pragma once
+
+// A member of this header's is named with a word of this language.
+#if defined(__clang__)
+#pragma clang diagnostic ignored "-Wkeyword-macro"
+#endif
+#define explicit explicitly
+#include <xcb/xkb.h>
+#undef explicit

@@ -1,0 +1,76 @@
+#include "tap_test.h"
+
+namespace vorrin::x11_tests {
+namespace {
+
+// Escape is the key in its position, and every key that the user's keyboard calls so.
+struct EscapeTest : TapTest {
+  EscapeTest() { swallow("50 48"); }
+
+  void run(const std::vector<std::string>& command) {
+    Process process(command, {{"DISPLAY", desktop.display()}});
+    ASSERT_EQ(process.waitForEnd(), Ending{});
+  }
+
+  /// The tap sees Escape once and the client gets the key.
+  void expectEscape(unsigned evdevKey) {
+    user.tapEvdev(evdevKey);
+    EXPECT_EQ(describe(tap.readSeen(user)), "53+ 53-");
+    EXPECT_EQ(client.readAll(user).size(), 2U);
+  }
+};
+
+constexpr unsigned escapePosition = 1;
+constexpr unsigned letterA = 30;
+constexpr unsigned letterB = 48;
+constexpr unsigned backtickPosition = 41;
+
+TEST_F(EscapeTest, is_on_both_keys_when_they_are_swapped) {
+  run({"setxkbmap", "-option", "caps:swapescape"});
+  expectEscape(modifier_keys::capsLock);
+  expectEscape(escapePosition);
+}
+
+TEST_F(EscapeTest, is_caps_lock_too_when_the_layout_says_so) {
+  run({"setxkbmap", "-option", "caps:escape"});
+  expectEscape(modifier_keys::capsLock);
+}
+
+TEST_F(EscapeTest, is_a_key_of_xmodmap_until_that_is_taken_back) {
+  run({"xmodmap", "-e", "keysym a = Escape"});
+  expectEscape(letterA);
+  run({"xmodmap", "-e", "keycode 38 = a A"});
+  user.tap(keys::a);
+  EXPECT_EQ(describe(tap.readSeen(user)), "");
+}
+
+TEST_F(EscapeTest, is_a_key_only_under_the_modifier_that_makes_it_so) {
+  run({"xmodmap", "-e", "keycode 38 = a Escape"});
+  user.tap(keys::a);
+  EXPECT_EQ(describe(tap.readSeen(user)), "");
+  user.pressEvdev(modifier_keys::shift);
+  user.tap(keys::a);
+  EXPECT_EQ(describe(tap.readSeen(user)), "53+ 53-");
+}
+
+TEST_F(EscapeTest, is_a_key_only_in_the_layout_that_makes_it_so) {
+  run({"setxkbmap", "us,de", "-option", "grp:caps_toggle"});
+  run({"xmodmap", "-e", "keycode 56 = b B Escape Escape"});
+  user.tapEvdev(letterB);
+  EXPECT_EQ(describe(tap.readSeen(user)), "");
+  user.tapEvdev(modifier_keys::capsLock);
+  received();
+  expectEscape(letterB);
+}
+
+TEST_F(EscapeTest, wins_over_a_shortcut_on_the_same_key) {
+  run({"xmodmap", "-e", "keycode 49 = Escape"});
+  user.tapEvdev(backtickPosition);
+  const std::string seen = describe(tap.readSeen(user));
+  EXPECT_NE(seen.find("53+"), std::string::npos) << seen;
+  EXPECT_EQ(seen.find("50"), std::string::npos) << seen;
+  EXPECT_EQ(keysOf(client.readAll(user)), tapOf(keys::backtick));
+}
+
+}  // namespace
+}  // namespace vorrin::x11_tests
