@@ -5,10 +5,7 @@
 #include <cstring>
 #include <utility>
 
-// It names a member after a word that the language has taken since.
-#define explicit explicit_
-#include <xcb/xkb.h>
-#undef explicit
+#include "platform/linux/foundation/xcb_xkb.h"
 
 namespace vorrin {
 

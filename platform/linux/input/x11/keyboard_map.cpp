@@ -6,8 +6,8 @@
 
 #include "platform/event_tap.h"
 #include "platform/linux/foundation/xcb_reply.h"
+#include "platform/linux/foundation/xcb_xkb.h"
 #include "platform/linux/input/key_codes.h"
-#include "platform/linux/input/x11/xkb_protocol.h"
 
 namespace vorrin::x11 {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-// A member of this header's is named with a word of this language.
+// XCB's XKB, a member of which is named with a word of this language.
 #if defined(__clang__)
 #pragma clang diagnostic ignored "-Wkeyword-macro"
 #endif
