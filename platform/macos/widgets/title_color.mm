@@ -10,12 +10,6 @@ NSColor* titleColor(NSColor* tint, bool enabled) {
   return enabled ? tint : [tint colorWithAlphaComponent:tint.alphaComponent * disabledAlpha];
 }
 
-NSAttributedString* colored(NSAttributedString* title, NSColor* color) {
-  NSMutableAttributedString* made = [title mutableCopy];
-  [made addAttribute:NSForegroundColorAttributeName value:color range:NSMakeRange(0, made.length)];
-  return made;
-}
-
 }  // namespace
 
 void colorTitle(NSControl* control) {
@@ -24,9 +18,15 @@ void colorTitle(NSControl* control) {
   if (button.contentTintColor == nil || button.bezelStyle != NSBezelStyleRounded) return;
   // The cell of a pop-up does it while it draws.
   if ([button isKindOfClass:NSPopUpButton.class]) return;
-  button.title = [button.title copy];  // in the font and place of now, no more in a colour
-  button.attributedTitle =
-      colored(button.attributedTitle, titleColor(button.contentTintColor, button.enabled));
+  NSMutableParagraphStyle* centered = [[NSMutableParagraphStyle alloc] init];
+  centered.alignment = NSTextAlignmentCenter;
+  button.attributedTitle = [[NSAttributedString alloc]
+      initWithString:button.title
+          attributes:@{
+            NSFontAttributeName : button.font,
+            NSForegroundColorAttributeName : titleColor(button.contentTintColor, button.enabled),
+            NSParagraphStyleAttributeName : centered
+          }];
 }
 
 }  // namespace vorrin
@@ -38,9 +38,12 @@ void colorTitle(NSControl* control) {
 
 - (NSRect)drawTitle:(NSAttributedString*)title withFrame:(NSRect)frame inView:(NSView*)view {
   auto* button = static_cast<NSPopUpButton*>(view);
-  NSColor* tint = button.contentTintColor;
-  NSAttributedString* drawn =
-      tint == nil ? title : vorrin::colored(title, vorrin::titleColor(tint, button.enabled));
+  NSMutableAttributedString* drawn = [title mutableCopy];
+  if (button.contentTintColor != nil) {
+    [drawn addAttribute:NSForegroundColorAttributeName
+                  value:vorrin::titleColor(button.contentTintColor, button.enabled)
+                  range:NSMakeRange(0, drawn.length)];
+  }
   return [super drawTitle:drawn withFrame:frame inView:view];
 }
 
