@@ -5,6 +5,7 @@ import pathlib
 import shutil
 import signal
 import subprocess
+import sys
 import tempfile
 import time
 
@@ -13,8 +14,8 @@ CLIENT = os.environ["VORRIN_TEST_CLIENT"]
 LOCKER = os.environ["VORRIN_SCREEN_LOCKER"]
 BUS_NAME = "org.vorrin.Vorrin"
 PATIENCE = 30.0  # a machine may have much else to do
-X = 53  # the server's code of a key that means nothing to Vorrin
-DIGIT_1 = 10  # the server's code of the key that the keyboard macro repeats at first
+BACKTICK, TAB, X = 49, 23, 53  # the server's codes of two shortcuts, and of a key that is none
+DIGIT_1 = 10  # and of the key that the keyboard macro repeats at first
 
 
 def wait_until(holds, what, bound=PATIENCE):
@@ -31,9 +32,8 @@ def wait_until(holds, what, bound=PATIENCE):
 class Desktop:
     """Everything ends with the `with` block, in the opposite order of its start."""
 
-    def __init__(self, session_bus=True, window_manager=True, variables=None):
+    def __init__(self, session_bus=True, variables=None):
         self._wants_session_bus = session_bus
-        self._wants_window_manager = window_manager
         self._variables = variables or {}
         self._processes = []
 
@@ -52,7 +52,8 @@ class Desktop:
 
     def _start(self):
         self.home = pathlib.Path(tempfile.mkdtemp(prefix="vorrin-desktop-"))
-        (self.home / "Library/Logs").mkdir(parents=True)
+        self._status_file = self.home / "Library/Logs/Vorrin-status.txt"
+        self._status_file.parent.mkdir(parents=True)
         runtime = self.home / "runtime"
         runtime.mkdir(mode=0o700)
         self.environment = {
@@ -61,20 +62,17 @@ class Desktop:
             "PATH": os.environ["PATH"],
             "LANG": "C.UTF-8",
             "DBUS_SYSTEM_BUS_ADDRESS": "unix:path=/nonexistent",
+            **{name: value for name, value in os.environ.items() if name.endswith("SAN_OPTIONS")},
+            **self._variables,
         }
-        for name in ("LSAN_OPTIONS", "ASAN_OPTIONS", "TSAN_OPTIONS", "UBSAN_OPTIONS"):
-            if name in os.environ:
-                self.environment[name] = os.environ[name]
-        self.environment.update(self._variables)
         self._start_display()
         if self._wants_session_bus:
             self.session_bus, address = self.start_bus()
             self.environment["DBUS_SESSION_BUS_ADDRESS"] = address
-        if self._wants_window_manager:
-            # It announces itself before it is ready, and a window shown in between it loses.
-            ready = self.home / "window-manager-is-ready"
-            self.start(["openbox", "--sm-disable", "--startup", f"touch {ready}"])
-            wait_until(ready.exists, "a window manager")
+        # The window manager announces itself before it is ready, and a window shown in between it loses.
+        ready = self.home / "window-manager-is-ready"
+        self.start(["openbox", "--sm-disable", "--startup", f"touch {ready}"])
+        wait_until(ready.exists, "a window manager")
 
     def _start_display(self):
         reading, writing = os.pipe()
@@ -126,29 +124,19 @@ class Desktop:
         """Starts Vorrin, by way of the command `by` if one is given."""
         return self.start([*by, PROGRAM, *arguments], stderr=subprocess.PIPE, text=True, **options)
 
-    def status(self):
-        try:
-            return (self.home / "Library/Logs/Vorrin-status.txt").read_text()
-        except FileNotFoundError:
-            return ""
+    def is_ready(self):
+        return (self._status_file.exists() and "ready=true" in self._status_file.read_text()
+                and self.vorrin_windows())
 
     def start_ready_vorrin(self, *arguments, **options):
-        (self.home / "Library/Logs/Vorrin-status.txt").unlink(missing_ok=True)
+        self._status_file.unlink(missing_ok=True)
         vorrin = self.start_vorrin(*arguments, **options)
         try:
-            wait_until(lambda: "ready=true" in self.status() and self.vorrin_windows(), "Vorrin at work")
+            wait_until(self.is_ready, "Vorrin at work")
         except AssertionError as error:
-            raise AssertionError(f"{error}; {self._account_of(vorrin)}") from error
-        return vorrin
-
-    def _account_of(self, vorrin):
-        """What can be seen of a Vorrin that did not come to work."""
-        windows = self.vorrin_windows()
-        status = vorrin.poll()
-        if status is None:
             os.killpg(vorrin.pid, signal.SIGKILL)
-        return (f"exit status {status}, status file “{self.status()}”, windows {windows}, "
-                f"said: {vorrin.stderr.read()}")
+            raise AssertionError(f"{error}; it said: {vorrin.stderr.read()}") from error
+        return vorrin
 
     def vorrin_windows(self):
         """The windows of Vorrin that the window manager knows, also those that are minimised."""
@@ -157,13 +145,12 @@ class Desktop:
         return [number for number in numbers
                 if self.text("xdotool", "getwindowname", number) == "Vorrin"]
 
-    def is_minimised(self, window):
-        return "Iconic" in self.text("xprop", "-id", window, "WM_STATE")
-
     # The session bus
 
-    def call(self, method, *arguments, path="/org/vorrin/Vorrin", to=BUS_NAME):
-        return self.text("gdbus", "call", "--session", "--timeout", "10", "--dest", to,
+    def call(self, method, *arguments, path="/org/vorrin/Vorrin", to=BUS_NAME, at=None):
+        """What a method answers, on the bus of the address `at` if that is given."""
+        bus = ["--address", at] if at else ["--session"]
+        return self.text("gdbus", "call", *bus, "--timeout", "10", "--dest", to,
                          "--object-path", path, "--method", method, *arguments)
 
     def settle(self):
@@ -171,9 +158,9 @@ class Desktop:
         for _ in range(2):
             self.call("org.freedesktop.Application.ActivateAction", "none", "[]", "{}")
 
-    def name_owner_process(self, name=BUS_NAME):
-        """The process that has a name on the session bus; nothing when it has no owner."""
-        answer = self.call("org.freedesktop.DBus.GetConnectionUnixProcessID", name,
+    def name_owner_process(self):
+        """The process that has Vorrin's name on the session bus; nothing when nobody has."""
+        answer = self.call("org.freedesktop.DBus.GetConnectionUnixProcessID", BUS_NAME,
                            path="/org/freedesktop/DBus", to="org.freedesktop.DBus")
         return int(answer.split()[1].rstrip(",)")) if answer else None
 
@@ -182,8 +169,27 @@ class Desktop:
     def type(self, *keys):
         self.text("xdotool", "key", "--delay", "30", *keys)
 
-    def active_window(self):
-        return self.text("xdotool", "getactivewindow")
+    def wait_until_active(self, window):
+        wait_until(lambda: self.text("xdotool", "getactivewindow") == window, "the window in front")
+
+
+class Service:
+    """A scripted service on a message bus, the session's if no address is given."""
+
+    def __init__(self, desktop, name, path, interface=None, template=(), address=None):
+        self._desktop, self._name, self._path, self._address = desktop, name, path, address
+        variables = {"DBUS_SESSION_BUS_ADDRESS": address} if address else {}
+        command = template or [name, path, interface or name]
+        self.process = desktop.start([sys.executable, "-m", "dbusmock", *command], variables=variables)
+        wait_until(lambda: self.call("org.freedesktop.DBus.Peer.Ping"), name)
+
+    def call(self, method, *arguments, path=None):
+        return self._desktop.call(method, *arguments, path=path or self._path, to=self._name,
+                                  at=self._address)
+
+    def script(self, method, *arguments, path=None):
+        """Has it do something: the methods are those of python-dbusmock."""
+        return self.call("org.freedesktop.DBus.Mock." + method, *arguments, path=path)
 
 
 class Locker:
@@ -244,18 +250,23 @@ class Client:
         self._desktop.text("xdotool", "windowactivate", "--sync", self.window)
         self._desktop.text("xdotool", "mousemove", "--window", self.window, "50", "50")
 
+    def sees_both_macros(self):
+        """Waits until clicks and digits arrive from now on."""
+        before, clicks = len(self.pressed()), self.clicks()
+        wait_until(lambda: self.clicks() > clicks and DIGIT_1 in self.pressed()[before:],
+                   "both macros at work")
+
     def start_macros(self):
         """Has the user start both macros, and waits until their clicks and digits arrive."""
-        self._toggle("Tab", 23, lambda: self.clicks() > 0)
-        self._toggle("grave", 49, lambda: DIGIT_1 in self.pressed())
+        self._toggle("Tab", TAB, lambda: self.clicks() > 0)
+        self._toggle("grave", BACKTICK, lambda: DIGIT_1 in self.pressed())
 
     def start_macros_at_once(self):
         """As `start_macros`, by one press of each shortcut that this window must not see."""
-        before, clicks = len(self.pressed()), self.clicks()
+        before = len(self.pressed())
         self._desktop.type("Tab", "grave")
-        wait_until(lambda: self.clicks() > clicks and DIGIT_1 in self.pressed()[before:],
-                   "both macros at work")
-        assert not {23, 49} & set(self.pressed()[before:]), "a shortcut was not swallowed"
+        self.sees_both_macros()
+        assert not {TAB, BACKTICK} & set(self.pressed()[before:]), "a shortcut was not swallowed"
 
     def _toggle(self, key, code, has_started):
         # Vorrin may learn a little later than this window that it is not in front any more; until

@@ -8,9 +8,6 @@ from desktop import Desktop, wait_until
 LIGHT_KDE = """[Colors:Window]
 BackgroundNormal=239,240,241
 ForegroundNormal=35,38,41
-[Colors:Button]
-BackgroundNormal=252,252,252
-ForegroundNormal=35,38,41
 [General]
 fixed=Nimbus Mono PS,14,-1,5,50,0,0,0,0,0
 """
@@ -27,23 +24,22 @@ SETTINGS = {
 
 
 class Looks(unittest.TestCase):
-    def picture(self, variables):
+    def picture(self, desktop, variables):
         """What identifies the pixels of the window, once it is drawn."""
-        with Desktop(variables=variables) as desktop:
-            (desktop.home / ".config").mkdir()
-            (desktop.home / ".config/kdeglobals").write_text(LIGHT_KDE)
-            desktop.start_ready_vorrin()
-            window = desktop.vorrin_windows()[0]
-            desktop.text("xdotool", "windowactivate", "--sync", window)
-            desktop.text("xdotool", "mousemove", "0", "0")
-            seen = []
+        vorrin = desktop.start_ready_vorrin(variables=variables)
+        window = desktop.vorrin_windows()[0]
+        desktop.text("xdotool", "windowactivate", "--sync", window)
+        desktop.text("xdotool", "mousemove", "0", "0")
+        seen = []
 
-            def is_drawn():
-                seen.append(self.signature(desktop, window))
-                return len(seen) > 2 and seen[-1] == seen[-2] == seen[-3]
+        def is_drawn():
+            seen.append(self.signature(desktop, window))
+            return len(seen) > 2 and seen[-1] == seen[-2] == seen[-3]
 
-            wait_until(is_drawn, "a picture that stays")
-            return seen[-1]
+        wait_until(is_drawn, "a picture that stays")
+        desktop.end(vorrin)
+        wait_until(lambda: not desktop.vorrin_windows(), "the end of the window")
+        return seen[-1]
 
     def signature(self, desktop, window):
         image = subprocess.run(["import", "-window", window, "png:-"], env=desktop.environment,
@@ -52,10 +48,13 @@ class Looks(unittest.TestCase):
                               stdout=subprocess.PIPE, check=True, timeout=10).stdout
 
     def test_no_desktops_theme_changes_it(self):
-        plain = self.picture({})
-        for name, variables in SETTINGS.items():
-            with self.subTest(name):
-                self.assertEqual(self.picture(variables), plain)
+        with Desktop() as desktop:
+            (desktop.home / ".config").mkdir()
+            (desktop.home / ".config/kdeglobals").write_text(LIGHT_KDE)
+            plain = self.picture(desktop, {})
+            for name, variables in SETTINGS.items():
+                with self.subTest(name):
+                    self.assertEqual(self.picture(desktop, variables), plain)
 
 
 if __name__ == "__main__":

@@ -7,40 +7,24 @@ namespace {
 
 constexpr auto tokenVariable = "XDG_ACTIVATION_TOKEN";
 
-struct ActivationToken : testing::Test {
+TEST(ActivationToken, is_handed_on_if_it_is_one_and_the_window_shown_in_any_case) {
   int shown = 0;
-  SingleInstance instance{{.reopen = [this] { ++shown; }, .stopAll = [] {}}};
-
-  ActivationToken() { qputenv(tokenVariable, "earlier"); }
-  ~ActivationToken() override { qunsetenv(tokenVariable); }
-
-  QByteArray tokenAfter(const QVariantMap& platformData) {
-    instance.Activate(platformData);
-    return qgetenv(tokenVariable);
+  SingleInstance instance({.reopen = [&] { ++shown; }, .stopAll = [] {}});
+  const QVariantList tokens{"a token", QString(1024, 'x')};
+  const QVariantList none{
+      QString(1025, 'x'),   QString(342, QChar(0x20ac)), QString(), QByteArray("\0\xff", 2), 7,
+      QStringList{"a", "b"}};
+  for (const QVariant& value : tokens + none) {
+    qputenv(tokenVariable, "earlier");
+    instance.Activate({{"activation-token", value}});
+    EXPECT_EQ(qgetenv(tokenVariable),
+              tokens.contains(value) ? value.toString().toUtf8() : QByteArray("earlier"))
+        << value.typeName();
   }
-};
-
-TEST_F(ActivationToken, is_handed_on) {
-  EXPECT_EQ(tokenAfter({{"activation-token", "a token"}}), "a token");
-  EXPECT_EQ(shown, 1);
-}
-
-TEST_F(ActivationToken, of_the_longest_length_is_handed_on) {
-  const QString token(1024, 'x');
-  EXPECT_EQ(tokenAfter({{"activation-token", token}}), token.toUtf8());
-}
-
-TEST_F(ActivationToken, that_is_no_token_is_left_out_and_the_window_shown_all_the_same) {
-  const QVariantList none{QString(1025, 'x'),       QString(342, QChar(0x20ac)),
-                          QString(10'000'000, 'x'), QString(),
-                          QByteArray("\0\xff", 2),  7,
-                          QStringList{"a", "b"}};
-  for (const QVariant& value : none) {
-    EXPECT_EQ(tokenAfter({{"activation-token", value}}), "earlier") << value.typeName();
-  }
-  EXPECT_EQ(tokenAfter({}), "earlier");
-  EXPECT_EQ(tokenAfter({{"desktop-startup-id", "something"}}), "earlier");
-  EXPECT_EQ(shown, none.size() + 2);
+  instance.Activate({{"desktop-startup-id", "something"}});
+  EXPECT_EQ(qgetenv(tokenVariable), "earlier");
+  EXPECT_EQ(shown, tokens.size() + none.size() + 1);
+  qunsetenv(tokenVariable);
 }
 
 }  // namespace
