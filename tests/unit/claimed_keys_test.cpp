@@ -20,20 +20,8 @@ void look() {
   permissionWatchTick([] { connectKeyboardListener(); }, [] {});
 }
 
-TEST_F(ListenerTest, a_new_tap_claims_the_shortcuts_of_enabled_macros) {
-  engine.enabled[1] = false;
-  connectKeyboardListener();
-  EXPECT_EQ(fake::claimedKeys(), KeySet{backtick});
-}
-
-TEST_F(ListenerTest, a_tap_made_while_the_window_is_active_claims_nothing) {
-  fake::setApplicationActive(true);
-  connectKeyboardListener();
-  EXPECT_TRUE(engine.tap);
-  EXPECT_EQ(fake::claimedKeys(), KeySet{});
-}
-
-TEST_F(ConnectedTest, the_claim_follows_the_settings) {
+TEST_F(ConnectedTest, the_shortcuts_of_the_enabled_macros_are_claimed) {
+  EXPECT_EQ(fake::claimedKeys(), (KeySet{backtick, tab}));
   engine.keys[0] = f6;
   updateClaimedKeys();
   EXPECT_EQ(fake::claimedKeys(), (KeySet{f6, tab}));
@@ -42,37 +30,24 @@ TEST_F(ConnectedTest, the_claim_follows_the_settings) {
   EXPECT_EQ(fake::claimedKeys(), KeySet{tab});
 }
 
-TEST_F(ConnectedTest, the_keys_are_given_back_while_the_window_is_active) {
+TEST_F(ListenerTest, the_keys_are_given_back_while_the_window_is_active) {
   fake::setApplicationActive(true);
-  updateClaimedKeys();
+  connectKeyboardListener();
   EXPECT_EQ(fake::claimedKeys(), KeySet{});
   fake::setApplicationActive(false);
   updateClaimedKeys();
   EXPECT_EQ(fake::claimedKeys(), (KeySet{backtick, tab}));
 }
 
-TEST_F(ConnectedTest, a_held_key_stays_claimed_to_its_release_while_the_window_is_active) {
+TEST_F(ConnectedTest, a_held_key_stays_claimed_to_its_release_whatever_changes_meanwhile) {
   press(tab);
+  engine.keys[1] = f6;
   fake::setApplicationActive(true);
   updateClaimedKeys();
   EXPECT_EQ(fake::claimedKeys(), KeySet{tab});
   EXPECT_EQ(release(tab), TapVerdict::swallow);
   look();
   EXPECT_EQ(fake::claimedKeys(), KeySet{});
-}
-
-TEST_F(ConnectedTest, a_held_key_that_is_no_shortcut_any_more_stays_claimed_to_its_release) {
-  press(tab);
-  engine.keys[1] = f6;
-  updateClaimedKeys();
-  EXPECT_EQ(release(tab), TapVerdict::swallow);
-  look();
-  EXPECT_EQ(fake::claimedKeys(), (KeySet{backtick, f6}));
-}
-
-TEST_F(ListenerTest, without_a_tap_nothing_is_claimed) {
-  updateClaimedKeys();
-  EXPECT_FALSE(engine.tap);
 }
 
 TEST_F(ConnectedTest, a_tap_refused_one_of_its_keys_is_dropped_and_stops_everything) {
@@ -87,25 +62,18 @@ TEST_F(ConnectedTest, a_tap_refused_one_of_its_keys_is_dropped_and_stops_everyth
 }
 
 TEST_F(ListenerTest, there_is_no_listener_while_another_program_holds_a_shortcut) {
-  fake::system().keysOfOthers = {tab};
-  connectKeyboardListener();
-  EXPECT_FALSE(engine.tap);
-  look();
-  EXPECT_FALSE(engine.tap);
-  fake::system().keysOfOthers.clear();
-  look();
-  EXPECT_TRUE(engine.tap);
-  EXPECT_EQ(press(tab), TapVerdict::swallow);
-}
-
-TEST_F(ListenerTest, nor_while_the_window_is_active) {
-  fake::setApplicationActive(true);
-  fake::system().keysOfOthers = {tab};
-  connectKeyboardListener();
-  EXPECT_FALSE(engine.tap);
-  fake::system().keysOfOthers.clear();
-  look();
-  EXPECT_TRUE(engine.tap);
+  for (const bool windowIsActive : {false, true}) {
+    fake::setApplicationActive(windowIsActive);
+    engine.tap.reset();
+    fake::system().keysOfOthers = {tab};
+    connectKeyboardListener();
+    EXPECT_FALSE(engine.tap);
+    look();
+    EXPECT_FALSE(engine.tap);
+    fake::system().keysOfOthers.clear();
+    look();
+    EXPECT_TRUE(engine.tap);
+  }
 }
 
 TEST_F(ConnectedTest, a_shortcut_taken_while_the_window_is_active_ends_the_listener_at_a_look) {

