@@ -14,7 +14,7 @@ namespace vorrin {
 
 namespace {
 
-constexpr int answerMilliseconds = 1000;
+constexpr int authenticationMilliseconds = 1000;
 
 /// The socket's path in an address such as "unix:path=/run/user/1000/bus,guid=..."; empty in those
 /// of other kinds, which are taken at their word.
@@ -26,10 +26,10 @@ std::string pathIn(const std::string& address) {
 
 /// Whether there is a bus that does not answer. The kernel takes connections for a process that
 /// hangs; what tells is the question for the ways to authenticate, which any bus answers at once.
-bool hangs(const std::string& path) {
+bool hangs(const std::string& busPath) {
   sockaddr_un place{.sun_family = AF_UNIX, .sun_path = {}};
-  if (path.empty() || path.size() >= sizeof(place.sun_path)) return false;
-  path.copy(place.sun_path, path.size());
+  if (busPath.empty() || busPath.size() >= sizeof(place.sun_path)) return false;
+  busPath.copy(place.sun_path, busPath.size());
   const FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
   if (::connect(socket.get(), reinterpret_cast<const sockaddr*>(&place), sizeof(place)) != 0) {
     return errno == EAGAIN;  // its queue is full
@@ -37,7 +37,7 @@ bool hangs(const std::string& path) {
   constexpr char question[] = "\0AUTH\r\n";
   ::send(socket.get(), question, sizeof(question) - 1, MSG_NOSIGNAL);
   pollfd answer{.fd = socket.get(), .events = POLLIN, .revents = 0};
-  return ::poll(&answer, 1, answerMilliseconds) == 0;
+  return ::poll(&answer, 1, authenticationMilliseconds) == 0;
 }
 
 void leaveOutIfUnresponsive(const char* variable, const std::string& usual) {

@@ -3,6 +3,7 @@
 #include <QPointer>
 #include <QString>
 #include <QWidget>
+#include <cmath>
 #include <memory>
 #include <string_view>
 
@@ -10,6 +11,11 @@
 #include "platform/view.h"
 
 namespace vorrin {
+
+/// A length in points, rounded to device-independent pixels.
+inline int pixels(double points) {
+  return static_cast<int>(std::lround(points));
+}
 
 /// What all values of one widget share. A widget inside another belongs to that one; a widget on
 /// its own lives as long as this record, and so as long as its last value.

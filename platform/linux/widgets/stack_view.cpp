@@ -12,10 +12,6 @@ namespace vorrin {
 
 namespace {
 
-int pixels(double points) {
-  return static_cast<int>(std::lround(points));
-}
-
 QBoxLayout& layoutOf(const StackView& stack) {
   auto* layout = dynamic_cast<QBoxLayout*>(widgetOf(stack).layout());
   precondition(layout != nullptr, "the view is a stack");

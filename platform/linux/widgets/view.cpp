@@ -15,10 +15,6 @@ namespace vorrin {
 
 namespace {
 
-int pixels(double points) {
-  return static_cast<int>(std::lround(points));
-}
-
 void forEachLayout(QWidget& widget, const std::function<void(QLayout&)>& action) {
   if (QLayout* layout = widget.layout()) action(*layout);
   for (QObject* child : widget.children()) {

@@ -7,8 +7,6 @@ namespace vorrin::x11 {
 
 namespace {
 
-constexpr std::uint16_t escapeKey = 53;
-
 // A shortcut that was pressed longer ago than this does nothing any more. Whoever sees no effect
 // for a second presses again; taking up both presses after a stall would undo the user's wish.
 constexpr std::int32_t staleAfter = 1000;

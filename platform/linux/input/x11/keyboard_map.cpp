@@ -13,8 +13,6 @@ namespace vorrin::x11 {
 
 namespace {
 
-constexpr std::uint16_t escapeKey = 53;
-
 /// Calls `use` with every symbol that the key can have.
 template <class Use>
 void forEachSymbol(xkb_keymap* map, xkb_keycode_t key, Use use) {

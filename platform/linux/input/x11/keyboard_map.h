@@ -13,6 +13,9 @@
 
 namespace vorrin::x11 {
 
+/// The macOS virtual key code of the position of Escape.
+inline constexpr std::uint16_t escapeKey = 53;
+
 /// One bit a key code of the server's.
 using KeySet = std::bitset<256>;
 
