@@ -23,10 +23,8 @@ struct System {
       PointerLocation{};  ///< nothing: the pointer cannot be found
 
   // Records, in the order of the calls
-  std::size_t silentQueries = 0;        ///< for the permission, without a prompt
   std::size_t promptingQueries = 0;     ///< for the permission, with a prompt
   std::vector<std::uint64_t> tapMasks;  ///< arguments of `EventTap::create`, also if refused
-  std::size_t tapsAdded = 0;            ///< to the main run loop
   std::vector<bool> tapSwitches;        ///< arguments of `EventTap::setEnabled`
   std::vector<SyntheticEvent> posted;
   std::vector<std::size_t> batches;  ///< how many events each call of `postEvents` had
