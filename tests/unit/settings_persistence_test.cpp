@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "settings/preset_store.h"
@@ -85,34 +87,24 @@ TEST_F(SettingsPersistenceTest, entries_missing_are_replaced_one_by_one) {
   EXPECT_EQ(loaded(), (Preset{{0.05, 0.5}, {101, 48}, 1, {true, false}}));
 }
 
-TEST_F(SettingsPersistenceTest, an_interval_stored_as_text_is_replaced) {
-  put("interval0", std::string("0.2"));
-  put("interval1", Data{"0.2"});
-  EXPECT_EQ(loaded().intervals, (std::vector<double>{0.05, 0.001}));
-}
-
-TEST_F(SettingsPersistenceTest, an_interval_out_of_range_is_replaced) {
+TEST_F(SettingsPersistenceTest, an_interval_of_another_type_or_out_of_range_is_replaced) {
   using Limits = std::numeric_limits<double>;
-  for (const double interval : {5000.0, 3600.0000001, 0.0009, 0.0, -1.0, 1e300, 1e-300,
-                                Limits::infinity(), -Limits::infinity()}) {
+  for (const DefaultsObject& interval : std::vector<DefaultsObject>{
+           std::string("0.2"), Data{"0.2"}, 5000.0, 3600.0000001, 0.0009, 0.0, -1.0, false, 1e300,
+           1e-300, Limits::infinity(), -Limits::infinity()}) {
     put("interval0", interval);
     put("interval1", interval);
-    EXPECT_EQ(loaded().intervals, (std::vector<double>{0.05, 0.001})) << interval;
+    EXPECT_EQ(loaded().intervals, (std::vector<double>{0.05, 0.001}));
   }
 }
 
-TEST_F(SettingsPersistenceTest, an_interval_at_a_bound_is_kept) {
+TEST_F(SettingsPersistenceTest, numbers_and_flags_within_the_bounds_serve_as_intervals) {
   put("interval0", 3600.0);
   put("interval1", 0.001);
   EXPECT_EQ(loaded().intervals, (std::vector<double>{3600, 0.001}));
-}
-
-TEST_F(SettingsPersistenceTest, integers_and_flags_serve_as_intervals) {
   put("interval0", integer(7));
   put("interval1", true);
   EXPECT_EQ(loaded().intervals, (std::vector<double>{7, 1}));
-  put("interval1", false);
-  EXPECT_EQ(loaded().intervals[1], 0.001);
 }
 
 TEST_F(SettingsPersistenceTest, every_choice_is_kept_as_a_key) {
@@ -123,97 +115,55 @@ TEST_F(SettingsPersistenceTest, every_choice_is_kept_as_a_key) {
   }
 }
 
-TEST_F(SettingsPersistenceTest, a_key_that_is_no_choice_is_replaced) {
-  for (const std::int64_t key :
-       {integer(53), integer(0), integer(-1), integer(65535), integer(97 + 65536),
-        integer(97 - 65536), std::numeric_limits<std::int64_t>::max()}) {
+TEST_F(SettingsPersistenceTest, a_key_of_another_type_or_that_is_no_choice_is_replaced) {
+  for (const DefaultsObject& key : std::vector<DefaultsObject>{
+           integer(53), integer(0), integer(-1), integer(65535), integer(97 + 65536),
+           integer(97 - 65536), std::numeric_limits<std::int64_t>::max(), std::string("97"),
+           Data{"97"}, 97.5, true}) {
     put("key0", key);
     put("key1", key);
-    EXPECT_EQ(loaded().keys, (std::vector<std::uint16_t>{50, 48})) << key;
+    EXPECT_EQ(loaded().keys, (std::vector<std::uint16_t>{50, 48}));
   }
 }
 
-TEST_F(SettingsPersistenceTest, a_key_of_another_type_is_replaced) {
-  for (const DefaultsObject& key : {DefaultsObject{std::string("97")}, DefaultsObject{Data{"97"}},
-                                    DefaultsObject{97.5}, DefaultsObject{true}}) {
-    put("key0", key);
-    EXPECT_EQ(loaded().keys[0], 50);
+TEST_F(SettingsPersistenceTest, keys_that_are_equal_or_made_so_by_a_repair_are_both_replaced) {
+  for (const auto& [first, second] : {std::pair{97, 97}, {48, 53}, {53, 50}}) {
+    put("key0", integer(first));
+    put("key1", integer(second));
+    EXPECT_EQ(loaded().keys, (std::vector<std::uint16_t>{50, 48})) << first << ", " << second;
   }
-}
-
-TEST_F(SettingsPersistenceTest, a_whole_number_stored_as_a_real_serves_as_a_key_and_digit) {
-  put("key0", 97.0);
-  put("digit", 7.0);
-  EXPECT_EQ(loaded().keys[0], 97);
-  EXPECT_EQ(loaded().digit, 7);
-}
-
-TEST_F(SettingsPersistenceTest, equal_keys_are_both_replaced) {
-  put("key0", integer(97));
-  put("key1", integer(97));
-  EXPECT_EQ(loaded().keys, (std::vector<std::uint16_t>{50, 48}));
-}
-
-TEST_F(SettingsPersistenceTest, keys_made_equal_by_a_repair_are_both_replaced) {
-  put("key0", integer(48));
-  put("key1", integer(53));
-  EXPECT_EQ(loaded().keys, (std::vector<std::uint16_t>{50, 48}));
-  put("key0", integer(53));
-  put("key1", integer(50));
-  EXPECT_EQ(loaded().keys, (std::vector<std::uint16_t>{50, 48}));
-}
-
-TEST_F(SettingsPersistenceTest, the_start_keys_may_be_exchanged) {
-  put("key0", integer(48));
-  put("key1", integer(50));
-  EXPECT_EQ(loaded().keys, (std::vector<std::uint16_t>{48, 50}));
 }
 
 TEST_F(SettingsPersistenceTest, a_digit_is_brought_into_range) {
   using Limits = std::numeric_limits<std::int64_t>;
-  for (const auto& [stored, expected] :
-       std::vector<std::pair<std::int64_t, std::int64_t>>{{0, 0},
-                                                          {9, 9},
-                                                          {10, 9},
-                                                          {42, 9},
-                                                          {-1, 0},
-                                                          {-3, 0},
-                                                          {Limits::max(), 9},
-                                                          {Limits::min(), 0}}) {
+  const std::map<std::int64_t, std::int64_t> digitOfStored{
+      {0, 0}, {9, 9}, {10, 9}, {42, 9}, {-1, 0}, {-3, 0}, {Limits::max(), 9}, {Limits::min(), 0}};
+  for (const auto& [stored, expected] : digitOfStored) {
     put("digit", stored);
     EXPECT_EQ(loaded().digit, expected) << stored;
   }
 }
 
 TEST_F(SettingsPersistenceTest, a_digit_of_another_type_is_replaced) {
-  using Limits = std::numeric_limits<double>;
   for (const DefaultsObject& digit :
-       {DefaultsObject{std::string("7")}, DefaultsObject{Data{"7"}}, DefaultsObject{7.5},
-        DefaultsObject{1e30}, DefaultsObject{9223372036854775808.0},
-        DefaultsObject{Limits::infinity()}}) {
+       std::vector<DefaultsObject>{std::string("7"), Data{"7"}, 7.5, 1e30, 9223372036854775808.0,
+                                   std::numeric_limits<double>::infinity()}) {
     put("digit", digit);
     EXPECT_EQ(loaded().digit, 1);
   }
 }
 
-TEST_F(SettingsPersistenceTest, a_flag_serves_as_a_digit) {
-  put("digit", false);
-  EXPECT_EQ(loaded().digit, 0);
-}
-
-TEST_F(SettingsPersistenceTest, zero_and_one_serve_as_enabled_flags) {
+TEST_F(SettingsPersistenceTest, whole_reals_serve_as_integers_and_zero_and_one_as_flags) {
+  put("key0", 97.0);
+  put("digit", 7.0);
   put("enabled0", integer(0));
-  put("enabled1", integer(1));
-  EXPECT_EQ(loaded().enabled, (std::vector<bool>{false, true}));
-  put("enabled0", 1.0);
-  put("enabled1", 0.0);
-  EXPECT_EQ(loaded().enabled, (std::vector<bool>{true, false}));
+  put("enabled1", 1.0);
+  EXPECT_EQ(loaded(), (Preset{{0.05, 0.001}, {97, 48}, 7, {false, true}}));
 }
 
 TEST_F(SettingsPersistenceTest, an_enabled_flag_of_another_type_is_replaced) {
   for (const DefaultsObject& flag :
-       {DefaultsObject{std::string("false")}, DefaultsObject{Data{"0"}}, DefaultsObject{integer(2)},
-        DefaultsObject{0.5}, DefaultsObject{integer(-1)}}) {
+       std::vector<DefaultsObject>{std::string("false"), Data{"0"}, integer(2), 0.5, integer(-1)}) {
     put("enabled0", flag);
     EXPECT_TRUE(loaded().enabled[0]);
   }
