@@ -5,12 +5,6 @@
 namespace vorrin {
 namespace {
 
-TEST(PerMacro, differs_when_one_value_differs) {
-  EXPECT_EQ((PerMacro<int>{1, 2}), (PerMacro<int>{1, 2}));
-  EXPECT_FALSE((PerMacro<int>{1, 2}) == (PerMacro<int>{1, 3}));
-  EXPECT_FALSE((PerMacro<int>{1, 2}) == (PerMacro<int>{0, 2}));
-}
-
 TEST(PerMacroDeathTest, any_index_other_than_0_and_1_ends_the_process) {
   PerMacro<int> numbers{1, 2};
   const PerMacro<int>& constant = numbers;

@@ -60,11 +60,5 @@ TEST(PresetName, characters_are_counted_as_a_user_counts_them) {
   EXPECT_FALSE(presetName("x" + times(79, "\r\n") + "x"));
 }
 
-TEST(PresetName, bytes_that_are_not_utf_8_do_no_harm) {
-  for (const char* bytes : {"\xFF", "a\xC3", "\xC0\xAF", "\xED\xA0\x80", "\xF5\x80\x80\x80"}) {
-    EXPECT_NO_FATAL_FAILURE(static_cast<void>(presetName(bytes)));
-  }
-}
-
 }  // namespace
 }  // namespace vorrin

@@ -101,19 +101,5 @@ TEST(PresetsJson, a_member_passed_over_may_be_as_deep_as_the_limit) {
   EXPECT_FALSE(decodePreset(withDepth(512)));
 }
 
-TEST(PresetsJson, spoilt_text_is_read_or_refused_but_does_no_harm) {
-  test::Random random;
-  const std::string json = required(encodePresets({{"a", startPreset()}, {"b", otherPreset()}}));
-  for (int count = 0; count < 20'000; ++count) {
-    std::string spoilt = json;
-    for (int left = random.between(1, 4); left > 0; --left) {
-      spoilt[random.between<std::size_t>(0, spoilt.size() - 1)] =
-          static_cast<char>(random.between(0, 255));
-    }
-    const auto presets = decodePresets(spoilt);
-    ASSERT_TRUE(!presets || encodePresets(*presets));
-  }
-}
-
 }  // namespace
 }  // namespace vorrin
