@@ -42,8 +42,8 @@ bool contains(const std::vector<std::uint32_t>& all, std::uint32_t one) {
 }
 
 /// What the server says of a window's looks; both null for one that is gone.
-struct Window {
-  Window(xcb_connection_t* connection, xcb_window_t window) {
+struct ServerWindow {
+  ServerWindow(xcb_connection_t* connection, xcb_window_t window) {
     const auto attributesRequest = xcb_get_window_attributes(connection, window);
     const auto placeRequest = xcb_get_geometry(connection, window);
     attributes = ownReply(xcb_get_window_attributes_reply(connection, attributesRequest, nullptr));
@@ -61,7 +61,7 @@ struct Window {
 
 /// Whether the window is shown, has at least this size, and is not the desktop itself.
 bool isOrdinaryAndCovers(xcb_connection_t* connection, xcb_window_t id, const QSize& size) {
-  const Window window(connection, id);
+  const ServerWindow window(connection, id);
   return window.isShown() && window.place->width >= size.width() &&
          window.place->height >= size.height() &&
          !contains(xcbProperty(connection, id, "_NET_WM_WINDOW_TYPE"),
@@ -106,7 +106,7 @@ CoveredScreens coveredScreens(xcb_connection_t* connection, xcb_window_t root) {
   for (const QScreen* screen : QGuiApplication::screens()) all += placeOf(*screen);
   QRegion open = all;
   for (const xcb_window_t id : childrenOf(connection, root)) {
-    const Window window(connection, id);
+    const ServerWindow window(connection, id);
     if (!window.isShown() || window.attributes->override_redirect == 0) continue;
     const QRect place(window.place->x, window.place->y, window.place->width, window.place->height);
     if (open.intersects(place) && isOfItsOwn(connection, root, id, place.size())) open -= place;

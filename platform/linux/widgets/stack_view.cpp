@@ -1,7 +1,6 @@
 #include "platform/stack_view.h"
 
 #include <QBoxLayout>
-#include <cmath>
 
 #include "platform/linux/widgets/label_widget.h"
 #include "platform/linux/widgets/native_view.h"

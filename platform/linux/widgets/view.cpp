@@ -3,7 +3,6 @@
 #include <QBuffer>
 #include <QLayout>
 #include <QPixmap>
-#include <cmath>
 #include <functional>
 
 #include "platform/linux/widgets/native_view.h"
