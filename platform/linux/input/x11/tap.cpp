@@ -41,7 +41,7 @@ Tap::~Tap() {
   static_cast<void>(flow_.claim({}));
   flow_.endGrabs();
   connection_.sync();
-  while (const auto event = ownReply(xcb_poll_for_event(connection_.get()))) read(*event);
+  readAll(&xcb_poll_for_event);
   flow_.leaveAll();
   // What the server has not read when the connection ends, it gives up.
   connection_.sync();
@@ -74,13 +74,22 @@ void Tap::post(std::span<const SyntheticEvent> events) {
 }
 
 void Tap::serve(NextEvent next) {
-  do {
-    while (const auto event = ownReply(next(connection_.get()))) read(*event);
+  while (readAll(next) || flow_.judgeNext()) {
     flow_.endGrabs();
     connection_.flush();
     followChanges();
-  } while (flow_.judgeNext());
+  }
   endIfUseless();
+}
+
+bool Tap::readAll(NextEvent next) {
+  bool any = false;
+  for (auto event = ownReply(next(connection_.get())); event;
+       event = ownReply(next(connection_.get()))) {
+    read(*event);
+    any = true;
+  }
+  return any;
 }
 
 void Tap::read(const xcb_generic_event_t& event) {

@@ -45,6 +45,8 @@ class Tap {
 
  private:
   void serve(NextEvent next);
+  /// Whether there was anything.
+  bool readAll(NextEvent next);
   void read(const xcb_generic_event_t& event);
   void readInput(const xcb_ge_generic_event_t& event);
   void followChanges();
