@@ -2,9 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <limits>
+#include <map>
 #include <string>
-#include <string_view>
 
 #include "support/preset_text.h"
 #include "support/presets.h"
