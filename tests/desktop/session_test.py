@@ -190,6 +190,7 @@ class SilentLockers(SessionTest):
         with Desktop() as desktop:
             locker = Locker(desktop)
             desktop.start_ready_vorrin()
+            Client(desktop).focus()
             wait_until(lambda: len(self.arrives(desktop, locker)) == 7, "the lock seen")
             seen = time.monotonic()
             # For some seconds the cover alone would be enough.
