@@ -115,12 +115,10 @@ CoveredScreens coveredScreens(xcb_connection_t* connection, xcb_window_t root) {
   return open.isEmpty() ? CoveredScreens::all : CoveredScreens::some;
 }
 
-bool isAsLargeAsAScreen(const QSize& size) {
+bool coversAScreen(const QRect& place) {
   const auto screens = QGuiApplication::screens();
-  return std::any_of(screens.begin(), screens.end(), [&](const QScreen* screen) {
-    const QSize needed = placeOf(*screen).size();
-    return size.width() >= needed.width() && size.height() >= needed.height();
-  });
+  return std::any_of(screens.begin(), screens.end(),
+                     [&](const QScreen* screen) { return place.contains(placeOf(*screen)); });
 }
 
 }  // namespace vorrin

@@ -2,7 +2,7 @@
 
 #include <xcb/xcb.h>
 
-class QSize;
+class QRect;
 
 namespace vorrin {
 
@@ -12,7 +12,7 @@ enum class CoveredScreens { none, some, all };
 /// window manager knows. Asks the X server about every window.
 CoveredScreens coveredScreens(xcb_connection_t* connection, xcb_window_t root);
 
-/// Whether a window of this size, in pixels, may cover a screen. Asks nobody.
-bool isAsLargeAsAScreen(const QSize& size);
+/// Whether a window at this place, in pixels, lies over a whole screen. Asks nobody.
+bool coversAScreen(const QRect& place);
 
 }  // namespace vorrin

@@ -1,6 +1,6 @@
 #include "platform/linux/session/lock_screen_watch.h"
 
-#include <QSize>
+#include <QRect>
 #include <utility>
 
 #include "platform/linux/foundation/xcb_reply.h"
@@ -17,10 +17,10 @@ const Event& as(const xcb_generic_event_t& event) {
   return reinterpret_cast<const Event&>(event);
 }
 
-bool isScreenSized(xcb_connection_t* connection, xcb_window_t window) {
+QRect placeOf(xcb_connection_t* connection, xcb_window_t window) {
   const auto place =
       ownReply(xcb_get_geometry_reply(connection, xcb_get_geometry(connection, window), nullptr));
-  return place && isAsLargeAsAScreen({place->width, place->height});
+  return place ? QRect(place->x, place->y, place->width, place->height) : QRect();
 }
 
 }  // namespace
@@ -94,14 +94,16 @@ bool LockScreenWatch::isReasonToLook(const xcb_generic_event_t& event) {
   switch (event.response_type) {
     case XCB_MAP_NOTIFY: {
       const auto& mapped = as<xcb_map_notify_event_t>(event);
-      return mapped.override_redirect != 0 && isScreenSized(connection_.get(), mapped.window);
+      return mapped.override_redirect != 0 &&
+             coversAScreen(placeOf(connection_.get(), mapped.window));
     }
     case XCB_CONFIGURE_NOTIFY: {
       const auto& placed = as<xcb_configure_notify_event_t>(event);
-      return placed.override_redirect != 0 && isAsLargeAsAScreen({placed.width, placed.height});
+      return placed.override_redirect != 0 &&
+             coversAScreen({placed.x, placed.y, placed.width, placed.height});
     }
     case XCB_UNMAP_NOTIFY:
-      return isLocked_;
+      return isLocked_ || lookAgain_.isActive();
     default:
       return false;
   }

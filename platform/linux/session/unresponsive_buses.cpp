@@ -28,9 +28,9 @@ std::string pathIn(const std::string& address) {
 /// hangs; what tells is the question for the ways to authenticate, which any bus answers at once.
 bool hangs(const std::string& busPath) {
   sockaddr_un place{.sun_family = AF_UNIX, .sun_path = {}};
-  if (busPath.empty() || busPath.size() >= sizeof(place.sun_path)) return false;
-  busPath.copy(place.sun_path, busPath.size());
   const FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+  if (!socket.isOpen() || busPath.empty() || busPath.size() >= sizeof(place.sun_path)) return false;
+  busPath.copy(place.sun_path, busPath.size());
   if (::connect(socket.get(), reinterpret_cast<const sockaddr*>(&place), sizeof(place)) != 0) {
     return errno == EAGAIN;  // its queue is full
   }
