@@ -50,6 +50,8 @@ INSTANTIATE_TEST_SUITE_P(Sources, PostedEscape, testing::Values(Source::xtest, S
 TEST_P(PostedEscape, is_never_taken_for_the_users) {
   swallow("50");
   makeDigitEscape();
+  // What is posted before the tap has read the new map is no Escape to it.
+  static_cast<void>(tap.readSeen(user));
   constexpr int rounds = 20;
   constexpr int keysOfRound = 100;
   for (int round = 0; round < rounds; ++round) {
