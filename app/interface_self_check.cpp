@@ -19,7 +19,7 @@ constexpr Size expandedSize{1440, 900};
 constexpr int fewestControls = 21;
 
 std::optional<double> storedInterval(const UserDefaults& defaults) {
-  const std::optional<DefaultsObject> object = defaults.object("interval0");
+  const std::optional<DefaultsObject> object = defaults.object("interval0").value;
   const double* number = object ? std::get_if<double>(&*object) : nullptr;
   return number ? std::optional(*number) : std::nullopt;
 }
@@ -84,7 +84,7 @@ void checkSettings(App& app) {
   precondition(app.presetStore().save(initial, "Protected"), "a preset is saved");
   checkDrafts(app);
   checkCollision(app);
-  const auto presets = app.presetStore().all();
+  const auto presets = app.presetStore().all().value;
   precondition(presets.contains("Protected") && presets.at("Protected") == initial,
                "edits leave stored presets alone");
   checkWiring(app);

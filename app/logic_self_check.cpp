@@ -25,21 +25,21 @@ PresetStore openStore(const std::string& domain) {
 }
 
 bool listsOnly(const PresetStore& store, const std::string& name, const Preset& preset) {
-  return store.all() == std::map<std::string, Preset>{{name, preset}};
+  return store.all().value == std::map<std::string, Preset>{{name, preset}};
 }
 
 void checkSaving(const std::string& domain, const Preset& preset) {
   const PresetStore store = openStore(domain);
   assertThat(store.save(preset, " Test "), "a preset is saved");
-  const auto reopened = openStore(domain).all();
+  const auto reopened = openStore(domain).all().value;
   assertThat(reopened.contains("Test") && reopened.at("Test") == preset,
              "a second store reads the preset under its trimmed name");
   assertThat(!store.save(preset, " "), "a blank name is refused");
   Preset replacement = preset;
   replacement.digit = 9;
   assertThat(store.save(replacement, "Test"), "a preset is replaced");
-  assertThat(store.all().size() == 1, "replacing adds no second preset");
-  assertThat(store.all().at("Test") == replacement, "the replacement is what is stored");
+  assertThat(store.all().value.size() == 1, "replacing adds no second preset");
+  assertThat(store.all().value.at("Test") == replacement, "the replacement is what is stored");
   Preset invalid = preset;
   invalid.keys = {48, 48};
   assertThat(!store.save(invalid, "Invalid"), "an invalid preset is refused");
@@ -48,7 +48,7 @@ void checkSaving(const std::string& domain, const Preset& preset) {
 void checkRenamingAndDeleting(const std::string& domain, const Preset& preset) {
   const PresetStore store = openStore(domain);
   assertThat(store.rename("Test", " Renamed "), "a preset is renamed");
-  const auto renamed = store.all();
+  const auto renamed = store.all().value;
   assertThat(
       !renamed.contains("Test") && renamed.contains("Renamed") && renamed.at("Renamed").digit == 9,
       "renaming keeps the values");
@@ -59,7 +59,7 @@ void checkRenamingAndDeleting(const std::string& domain, const Preset& preset) {
   assertThat(!store.remove("Renamed"), "deleting it again is refused");
   assertThat(listsOnly(openStore(domain), "Other", preset), "the deletion persists");
   assertThat(store.remove("Other"), "the last preset is deleted");
-  assertThat(store.all().empty(), "no preset is left");
+  assertThat(store.all().value.empty(), "no preset is left");
 }
 
 void checkPresets() {

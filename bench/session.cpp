@@ -26,7 +26,9 @@ std::unique_ptr<Program> startVorrin(const Stage& stage) {
 }
 
 std::unique_ptr<Program> startConnectedVorrin(const Stage& stage, const Preset& settings) {
-  storeCurrentSettings(UserDefaults::standard(), settings);
+  if (storeCurrentSettings(UserDefaults::standard(), settings)) {
+    throw std::runtime_error("the settings cannot be stored");
+  }
   std::filesystem::remove(stage.home.path() / "Library/Logs/Vorrin-status.txt");
   auto vorrin = startVorrin(stage);
   // It connects before it shows its window, which would take the focus from whoever comes next.
@@ -58,7 +60,9 @@ void storePresets(int count) {
   if (!json) throw std::runtime_error("the presets cannot be encoded");
   const std::array<std::pair<std::string, DefaultsObject>, 1> entry{
       {{"namedPresets", Data{*json}}}};
-  UserDefaults::standard().set(entry);
+  if (UserDefaults::standard().set(entry)) {
+    throw std::runtime_error("the presets cannot be stored");
+  }
 }
 
 Preset clickingEvery(double seconds) {

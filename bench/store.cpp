@@ -30,8 +30,8 @@ double milliseconds(const std::function<void()>& operation) {
 std::array<double, 4> measure(const PresetStore& store, int count) {
   std::array<std::vector<double>, 4> times;
   for (int round = 0; round < rounds; ++round) {
-    times[0].push_back(
-        milliseconds([&] { require(store.all().size() == static_cast<std::size_t>(count)); }));
+    times[0].push_back(milliseconds(
+        [&] { require(store.all().value.size() == static_cast<std::size_t>(count)); }));
     times[1].push_back(milliseconds([&] { require(store.save(clickingEvery(0.5), "New")); }));
     times[2].push_back(milliseconds([&] { require(store.rename("New", "Newer")); }));
     times[3].push_back(milliseconds([&] { require(store.remove("Newer")); }));

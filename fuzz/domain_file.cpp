@@ -54,30 +54,25 @@ void empty(const std::filesystem::path& directory) {
   }
 }
 
-vorrin::UserDefaults openDomain() {
-  auto defaults = vorrin::UserDefaults::suite("fuzz");
-  if (!defaults) vorrin::fatalError("a damaged file is no obstacle");
-  return *defaults;
-}
-
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   static const Home home;
-  store(home.directory() / "fuzz.sqlite3", data, size);
+  store(home.directory() / "org.vorrin.Vorrin.json", data, size);
 
-  const auto defaults = openDomain();
-  assertThat(vorrin::loadCurrentSettings(defaults).valid(), "loaded settings are always valid");
+  const auto defaults = vorrin::UserDefaults::standard();
+  const auto [settings, failure] = vorrin::loadCurrentSettings(defaults);
+  assertThat(settings.valid() && !failure, "a damaged file is no obstacle");
   const vorrin::PresetStore presets(defaults);
-  for (const auto& [name, preset] : presets.all()) {
+  for (const auto& [name, preset] : presets.all().value) {
     assertThat(preset.valid() && !name.empty(), "only what can be used is listed");
   }
 
-  vorrin::storeCurrentSettings(defaults, someSettings);
+  assertThat(!vorrin::storeCurrentSettings(defaults, someSettings), "settings can be stored");
   assertThat(presets.save(someSettings, "Fuzz"), "presets can be saved");
-  const auto other = openDomain();
-  assertThat(vorrin::loadCurrentSettings(other) == someSettings, "settings are kept");
-  assertThat(vorrin::PresetStore(other).all().contains("Fuzz"), "presets are kept");
+  const auto other = vorrin::UserDefaults::standard();
+  assertThat(vorrin::loadCurrentSettings(other).value == someSettings, "settings are kept");
+  assertThat(vorrin::PresetStore(other).all().value.contains("Fuzz"), "presets are kept");
   empty(home.directory());
   return 0;
 }

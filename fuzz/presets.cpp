@@ -44,10 +44,10 @@ void checkStore(const std::string& json, const std::string& name, const std::str
   const auto defaults = vorrin::UserDefaults::standard();
   const std::array<std::pair<std::string, vorrin::DefaultsObject>, 1> stored{
       {{"namedPresets", json}}};
-  defaults.set(stored);
+  assertThat(!defaults.set(stored), "whatever it is, it can be stored");
 
   const vorrin::PresetStore store(defaults);
-  auto expected = store.all();
+  auto expected = store.all().value;
   for (const auto& [key, preset] : expected) {
     assertThat(preset.valid() && !key.empty(), "only what can be used is listed");
   }
@@ -55,7 +55,7 @@ void checkStore(const std::string& json, const std::string& name, const std::str
   assertThat(store.save(start, name) == typed.has_value(), "a good name is all that saving takes");
   if (!typed) return;
   expected.insert_or_assign(*typed, start);
-  assertThat(store.all() == expected, "saving leaves the others alone");
+  assertThat(store.all().value == expected, "saving leaves the others alone");
 
   const auto renamed = storedName(other);
   const bool isFree = renamed && (*renamed == *typed || !expected.contains(*renamed));
@@ -64,12 +64,12 @@ void checkStore(const std::string& json, const std::string& name, const std::str
     expected.erase(*typed);
     expected.emplace(*renamed, start);
   }
-  assertThat(store.all() == expected, "renaming leaves the others alone");
+  assertThat(store.all().value == expected, "renaming leaves the others alone");
 
   const auto last = isFree ? *renamed : *typed;
   assertThat(store.remove(last), "what is there can be deleted");
   expected.erase(last);
-  assertThat(store.all() == expected, "deleting leaves the others alone");
+  assertThat(store.all().value == expected, "deleting leaves the others alone");
 }
 
 }  // namespace

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
-#include <nlohmann/json.hpp>
 #include <utility>
 #include <vector>
 
+#include "platform/portable/json_text.h"
 #include "settings/whole_number.h"
 
 namespace vorrin {
@@ -28,35 +28,6 @@ std::optional<std::string> textOf(const Json& json) {
   } catch (const Json::exception&) {  // a string is not UTF-8
     return std::nullopt;
   }
-}
-
-/// Whether lists and objects are nested deeper than a decoder has to bear. The parser itself has no
-/// such limit: a few megabytes of brackets would keep it busy for seconds.
-bool isTooDeep(std::string_view json) {
-  constexpr int deepest = 512;  // as macOS's own decoder
-  int depth = 0;
-  bool quoted = false;
-  for (std::size_t place = 0; place < json.size() && depth <= deepest; ++place) {
-    const char character = json[place];
-    if (character == '"') {
-      quoted = !quoted;
-    } else if (quoted) {
-      if (character == '\\') ++place;
-    } else if (character == '[' || character == '{') {
-      ++depth;
-    } else if (character == ']' || character == '}') {
-      --depth;
-    }
-  }
-  return depth > deepest;
-}
-
-/// Malformed text gives a value of the type `discarded`, which is no object.
-Json parsed(std::string_view json) {
-  // The parser would take a NUL for the end of the text and not look at what follows.
-  const bool holdsNul = json.find('\0') != std::string_view::npos;
-  if (holdsNul || isTooDeep(json)) return Json(Json::value_t::discarded);
-  return Json::parse(json, nullptr, false);
 }
 
 std::optional<double> numberOf(const Json& json) {
@@ -126,7 +97,8 @@ std::optional<std::string> encodePreset(const Preset& preset) {
 }
 
 std::optional<Preset> decodePreset(std::string_view json) {
-  return presetOf(parsed(json));
+  const auto value = parsedJson(json);
+  return value ? presetOf(*value) : std::nullopt;
 }
 
 std::optional<std::string> encodePresets(const std::map<std::string, Preset>& presets) {
@@ -140,10 +112,10 @@ std::optional<std::string> encodePresets(const std::map<std::string, Preset>& pr
 }
 
 std::optional<std::map<std::string, Preset>> decodePresets(std::string_view json) {
-  const Json object = parsed(json);
-  if (!object.is_object()) return std::nullopt;
+  const auto object = parsedJson(json);
+  if (!object || !object->is_object()) return std::nullopt;
   std::map<std::string, Preset> presets;
-  for (const auto& [name, member] : object.items()) {
+  for (const auto& [name, member] : object->items()) {
     auto preset = presetOf(member);
     if (!preset) return std::nullopt;
     presets.emplace_hint(presets.end(), name, *std::move(preset));

@@ -22,23 +22,25 @@ std::optional<std::string> presetName(std::string_view typed) {
 
 PresetStore::PresetStore(UserDefaults defaults) : defaults_(std::move(defaults)) {}
 
-std::map<std::string, Preset> PresetStore::all() const {
-  const auto object = defaults_.object(storageKey);
+Reading<std::map<std::string, Preset>> PresetStore::all() const {
+  const auto [object, failure] = defaults_.object(storageKey);
+  if (failure) return {{}, failure};
   const auto* data = object ? std::get_if<Data>(&*object) : nullptr;
   auto presets = data ? decodePresets(data->bytes) : std::nullopt;
   if (!presets) return {};
   std::erase_if(*presets,
                 [](const auto& entry) { return entry.first.empty() || !entry.second.valid(); });
-  return *std::move(presets);
+  return {*std::move(presets), {}};
 }
 
 bool PresetStore::save(const Preset& preset, std::string_view name) const {
   const auto accepted = presetName(name);
   if (!accepted || !preset.valid()) return false;
-  auto presets = all();
+  auto [presets, failure] = all();
+  if (failure) return false;
   presets[*accepted] = preset;
   if (!write(presets)) return false;
-  const auto stored = all();
+  const auto stored = all().value;
   const auto entry = stored.find(*accepted);
   return entry != stored.end() && entry->second == preset;
 }
@@ -46,17 +48,17 @@ bool PresetStore::save(const Preset& preset, std::string_view name) const {
 bool PresetStore::rename(const std::string& from, std::string_view to) const {
   const auto accepted = presetName(to);
   if (!accepted) return false;
-  auto presets = all();
+  auto [presets, failure] = all();
   auto entry = presets.extract(from);
-  if (entry.empty() || presets.contains(*accepted)) return false;
+  if (failure || entry.empty() || presets.contains(*accepted)) return false;
   entry.key() = *accepted;
   presets.insert(std::move(entry));
-  return write(presets) && all() == presets;
+  return write(presets) && stands(presets);
 }
 
 bool PresetStore::remove(const std::string& name) const {
-  auto presets = all();
-  return presets.erase(name) != 0 && write(presets) && all() == presets;
+  auto [presets, failure] = all();
+  return !failure && presets.erase(name) != 0 && write(presets) && stands(presets);
 }
 
 bool PresetStore::write(const std::map<std::string, Preset>& presets) const {
@@ -64,8 +66,12 @@ bool PresetStore::write(const std::map<std::string, Preset>& presets) const {
   if (!json) return false;
   const std::array<std::pair<std::string, DefaultsObject>, 1> values{
       {{storageKey, Data{*std::move(json)}}}};
-  defaults_.set(values);
-  return true;
+  return !defaults_.set(values);
+}
+
+bool PresetStore::stands(const std::map<std::string, Preset>& presets) const {
+  const auto [stored, failure] = all();
+  return !failure && stored == presets;
 }
 
 }  // namespace vorrin

@@ -16,14 +16,17 @@ std::optional<std::string> presetName(std::string_view typed);
 
 /// The user's named presets, kept as JSON in one entry of a defaults domain. Nothing is cached, and
 /// a write is a success only when reading it back shows it. Every write holds just what `all`
-/// lists, so entries that cannot be read or used disappear with the next one.
+/// lists, so entries that cannot be used disappear with the next one. Nothing is written while the
+/// domain cannot be read.
 class PresetStore {
  public:
   explicit PresetStore(UserDefaults defaults);
 
-  /// The presets that have a name and are valid. Empty when what is stored cannot be read; one
-  /// ill-formed preset makes the whole unreadable.
-  [[nodiscard]] std::map<std::string, Preset> all() const;
+  /// The presets that have a name and are valid. None when what is stored is no JSON of presets,
+  /// which one ill-formed preset is enough for.
+  Reading<std::map<std::string, Preset>> all() const;
+
+  // These are false, with nothing changed, also when the domain cannot be read or written.
 
   /// Stores `preset` under the name typed, in place of another of that name. False, with nothing
   /// written, when `presetName` refuses the name or the preset is not valid.
@@ -38,6 +41,7 @@ class PresetStore {
 
  private:
   [[nodiscard]] bool write(const std::map<std::string, Preset>& presets) const;
+  [[nodiscard]] bool stands(const std::map<std::string, Preset>& presets) const;
 
   UserDefaults defaults_;
 };

@@ -56,52 +56,72 @@ struct ToInteger {
   }
 };
 
-template <class Convert>
-auto read(const UserDefaults& defaults, const std::string& key, Convert convert)
-    -> decltype(convert(false)) {
-  const auto object = defaults.object(key);
-  if (!object) return std::nullopt;
-  return std::visit(convert, *object);
+Preset startSettings() {
+  return {.intervals{startIntervals.begin(), startIntervals.end()},
+          .keys{startKeys.begin(), startKeys.end()},
+          .digit = startDigit,
+          .enabled{true, true}};
 }
 
-double loadInterval(const UserDefaults& defaults, std::size_t macro) {
-  const auto stored = read(defaults, intervalEntry(macro), ToReal{});
-  const bool usable = stored && validInterval(decimalText(*stored));
-  return usable ? *stored : startIntervals[macro];
-}
+/// Reads entry by entry and remembers whether one could not be read.
+class StoredSettings {
+ public:
+  explicit StoredSettings(const UserDefaults& defaults) : defaults_(defaults) {}
 
-std::uint16_t loadKey(const UserDefaults& defaults, std::size_t macro) {
-  const auto stored = read(defaults, keyEntry(macro), ToInteger{});
-  const bool usable = stored && isChoice(*stored);
-  return usable ? static_cast<std::uint16_t>(*stored) : startKeys[macro];
-}
+  double interval(std::size_t macro) {
+    const auto stored = read(intervalEntry(macro), ToReal{});
+    const bool usable = stored && validInterval(decimalText(*stored));
+    return usable ? *stored : startIntervals[macro];
+  }
 
-bool loadEnabled(const UserDefaults& defaults, std::size_t macro) {
-  const auto stored = read(defaults, enabledEntry(macro), ToInteger{});
-  const bool usable = stored && (*stored == 0 || *stored == 1);
-  return usable ? *stored == 1 : true;
-}
+  std::uint16_t key(std::size_t macro) {
+    const auto stored = read(keyEntry(macro), ToInteger{});
+    const bool usable = stored && isChoice(*stored);
+    return usable ? static_cast<std::uint16_t>(*stored) : startKeys[macro];
+  }
 
-std::int64_t loadDigit(const UserDefaults& defaults) {
-  const auto stored = read(defaults, digitEntry, ToInteger{});
-  return std::clamp<std::int64_t>(stored.value_or(startDigit), 0, 9);
-}
+  bool enabled(std::size_t macro) {
+    const auto stored = read(enabledEntry(macro), ToInteger{});
+    const bool usable = stored && (*stored == 0 || *stored == 1);
+    return usable ? *stored == 1 : true;
+  }
+
+  std::int64_t digit() {
+    const auto stored = read(digitEntry, ToInteger{});
+    return std::clamp<std::int64_t>(stored.value_or(startDigit), 0, 9);
+  }
+
+  [[nodiscard]] const StorageFailure& failure() const { return failure_; }
+
+ private:
+  template <class Convert>
+  auto read(const std::string& key, Convert convert) -> decltype(convert(false)) {
+    const auto [object, failure] = defaults_.object(key);
+    if (failure) failure_ = failure;
+    if (!object) return std::nullopt;
+    return std::visit(convert, *object);
+  }
+
+  UserDefaults defaults_;
+  StorageFailure failure_;
+};
 
 }  // namespace
 
-Preset loadCurrentSettings(const UserDefaults& defaults) {
+Reading<Preset> loadCurrentSettings(const UserDefaults& defaults) {
+  StoredSettings stored(defaults);
   Preset settings{
-      .intervals = {loadInterval(defaults, 0), loadInterval(defaults, 1)},
-      .keys = {loadKey(defaults, 0), loadKey(defaults, 1)},
-      .digit = loadDigit(defaults),
-      .enabled = {loadEnabled(defaults, 0), loadEnabled(defaults, 1)},
+      .intervals = {stored.interval(0), stored.interval(1)},
+      .keys = {stored.key(0), stored.key(1)},
+      .digit = stored.digit(),
+      .enabled = {stored.enabled(0), stored.enabled(1)},
   };
-  if (settings.keys[0] == settings.keys[1])
-    settings.keys.assign(startKeys.begin(), startKeys.end());
-  return settings;
+  if (stored.failure()) return {startSettings(), stored.failure()};
+  if (settings.keys[0] == settings.keys[1]) settings.keys = startSettings().keys;
+  return {std::move(settings), {}};
 }
 
-void storeCurrentSettings(const UserDefaults& defaults, const Preset& settings) {
+StorageFailure storeCurrentSettings(const UserDefaults& defaults, const Preset& settings) {
   precondition(settings.valid(), "only valid settings are stored");
   std::array<Entry, 7> entries;
   auto entry = entries.begin();
@@ -111,13 +131,7 @@ void storeCurrentSettings(const UserDefaults& defaults, const Preset& settings) 
     *entry++ = {enabledEntry(macro), bool{settings.enabled[macro]}};
   }
   *entry = {digitEntry, settings.digit};
-  defaults.set(entries);
-}
-
-void storeEnabled(const UserDefaults& defaults, int macro, bool enabled) {
-  precondition(macro == 0 || macro == 1, "Index out of range");
-  const std::array<Entry, 1> entries{{{enabledEntry(static_cast<std::size_t>(macro)), enabled}}};
-  defaults.set(entries);
+  return defaults.set(entries);
 }
 
 }  // namespace vorrin

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <span>
@@ -79,7 +80,8 @@ class App : public std::enable_shared_from_this<App> {
   // Current settings.
   /// What the controls show, or nothing when that is no valid record.
   [[nodiscard]] std::optional<Preset> currentPreset() const;
-  /// Stops both macros, then stores what the controls show, or says why it was refused.
+  /// Stops both macros, then stores what the controls show, or says why it was refused or could not
+  /// be stored; accepted settings apply to this run in either case.
   void autoSave();
   void controlTextDidChange(const TextField& field);
   void save();
@@ -111,6 +113,7 @@ class App : public std::enable_shared_from_this<App> {
   PopUpButton popUp(std::span<const std::string> titles, int selected, const std::string& name);
 
   void buildMenu();
+  void loadSettings();
   static void loadSettingsIntoEngine(const Preset& settings);
   void buildWindow();
   StackView buildContent();
@@ -132,8 +135,12 @@ class App : public std::enable_shared_from_this<App> {
 
   void refreshMacro(int macro, bool ready);
   void refreshStatus(bool ready);
+  [[nodiscard]] std::string startNotice() const;
   void acceptSettings(const Preset& preset);
   void refuseSettings();
+  void showStorageNotice();
+  /// The stored presets; nothing, with the reason in the notice, when they cannot be read.
+  [[nodiscard]] std::optional<std::map<std::string, Preset>> readPresets();
   [[nodiscard]] std::optional<std::string> selectedPreset();
   void commitPreset(const Preset& preset, const std::string& name);
   void showPreset(const Preset& preset);
@@ -144,6 +151,9 @@ class App : public std::enable_shared_from_this<App> {
   std::function<void(App&)> interfaceCheck_;
   std::optional<UserDefaults> defaults_;
   std::optional<PresetStore> presetStore_;
+  /// Why the stored settings could not be read at the start. What the window shows must not replace
+  /// them then.
+  StorageFailure unreadSettings_;
   std::shared_ptr<void> workspaceObserver_;
   TextField header_;
   TextField presetsHeading_;

@@ -5,7 +5,6 @@
 #include "platform/application.h"
 #include "platform/application_activity.h"
 #include "platform/workspace.h"
-#include "settings/settings_persistence.h"
 #include "ui/app.h"
 #include "ui/theme.h"
 
@@ -14,7 +13,7 @@ namespace vorrin {
 void App::applicationDidFinishLaunching() {
   Application::loadIcon();
   buildMenu();
-  loadSettingsIntoEngine(loadCurrentSettings(defaults()));
+  loadSettings();
   buildWindow();
   applyTheme();
   installEngineCallbacks();

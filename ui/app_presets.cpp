@@ -1,9 +1,10 @@
 #include <algorithm>
+#include <iterator>
+#include <ranges>
 
 #include "bridge/program_engine.h"
 #include "platform/alert.h"
 #include "platform/text.h"
-#include "settings/settings_persistence.h"
 #include "ui/app.h"
 #include "ui/choice_items.h"
 
@@ -17,15 +18,24 @@ std::string quoted(const std::string& name) {
 
 }  // namespace
 
+std::optional<std::map<std::string, Preset>> App::readPresets() {
+  auto [presets, failure] = presetStore().all();
+  showStorageNotice();
+  if (!failure) return std::move(presets);
+  presetNotice.setText("Could not read presets: " + *failure + ".");
+  return std::nullopt;
+}
+
 void App::reloadPresets(const std::optional<std::string>& selected) {
   presetList.removeAllItems();
+  const auto presets = readPresets();
   std::vector<std::string> names;
-  for (const auto& [name, preset] : presetStore().all()) names.push_back(name);
+  if (presets) std::ranges::copy(std::views::keys(*presets), std::back_inserter(names));
   std::stable_sort(names.begin(), names.end(), [](const auto& left, const auto& right) {
     return localizedStandardCompare(left, right) < 0;
   });
   const bool any = !names.empty();
-  if (!any) names.emplace_back("No saved presets");
+  if (!any) names.emplace_back(presets ? "No saved presets" : "Presets could not be read");
   presetList.addItems(names);
   presetList.setEnabled(any);
   if (selected) presetList.selectItem(*selected);
@@ -38,7 +48,9 @@ void App::savePreset() {
     presetNotice.setText("Enter a name (1–80 characters) and valid, distinct macro settings.");
     return;
   }
-  if (!presetStore().all().contains(*name)) {
+  const auto presets = readPresets();
+  if (!presets) return;
+  if (!presets->contains(*name)) {
     commitPreset(*preset, *name);
     return;
   }
@@ -63,9 +75,10 @@ void App::commitPreset(const Preset& preset, const std::string& name) {
 
 void App::loadPreset() {
   const std::string name = presetList.titleOfSelectedItem();
-  const auto presets = presetStore().all();
-  const auto found = presets.find(name);
-  if (found == presets.end() || !found->second.valid()) {
+  const auto presets = readPresets();
+  if (!presets) return;
+  const auto found = presets->find(name);
+  if (found == presets->end() || !found->second.valid()) {
     presetNotice.setText("Choose a saved preset first.");
     return;
   }
@@ -82,15 +95,15 @@ void App::showPreset(const Preset& preset) {
     fields[index].setText(decimalText(preset.intervals[index]));
     shortcuts[index].selectItem(choiceIndex(preset.keys[index]));
     checks[index].setOn(preset.enabled[index]);
-    engine.enabled[macro] = preset.enabled[index];
-    storeEnabled(defaults(), macro, preset.enabled[index]);
   }
   output.selectItem(static_cast<int>(preset.digit));
 }
 
 std::optional<std::string> App::selectedPreset() {
   std::string name = presetList.titleOfSelectedItem();
-  if (presetStore().all().contains(name)) return name;
+  const auto presets = readPresets();
+  if (!presets) return std::nullopt;
+  if (presets->contains(name)) return name;
   presetNotice.setText("Select a saved preset first.");
   return std::nullopt;
 }
@@ -115,7 +128,12 @@ void App::renamePreset() {
 void App::finishRename(const std::string& oldName, const std::string& typedName) {
   const std::string newName = trimmed(typedName);
   if (!presetStore().rename(oldName, newName)) {
-    presetNotice.setText("Name is empty, too long, or already exists.");
+    const auto presets = readPresets();
+    if (!presets) return;
+    const bool isFree =
+        vorrin::presetName(newName) && (newName == oldName || !presets->contains(newName));
+    presetNotice.setText(isFree ? "Could not rename preset."
+                                : "Name is empty, too long, or already exists.");
     return;
   }
   reloadPresets(newName);

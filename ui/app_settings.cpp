@@ -7,6 +7,24 @@
 
 namespace vorrin {
 
+namespace {
+
+std::string notSaved(const std::string& reason) {
+  return "Not saved: " + reason + ". Settings apply until Vorrin quits.";
+}
+
+}  // namespace
+
+void App::loadSettings() {
+  const auto [settings, failure] = loadCurrentSettings(defaults());
+  if (failure) unreadSettings_ = "the stored settings could not be read (" + *failure + ")";
+  loadSettingsIntoEngine(settings);
+}
+
+std::string App::startNotice() const {
+  return unreadSettings_ ? notSaved(*unreadSettings_) : "Settings save automatically.";
+}
+
 std::optional<Preset> App::currentPreset() const {
   Preset preset;
   for (const TextField& field : fields) {
@@ -38,8 +56,15 @@ void App::acceptSettings(const Preset& preset) {
   settingsValid = true;
   for (const TextField& field : fields) field.setTextColor(hackerGreen);
   loadSettingsIntoEngine(preset);
-  storeCurrentSettings(defaults(), preset);
-  saveNotice.setText("Saved automatically · macros stopped · presets unchanged");
+  const StorageFailure failure =
+      unreadSettings_ ? unreadSettings_ : storeCurrentSettings(defaults(), preset);
+  saveNotice.setText(failure ? notSaved(*failure)
+                             : "Saved automatically · macros stopped · presets unchanged");
+  showStorageNotice();
+}
+
+void App::showStorageNotice() {
+  if (const auto notice = defaults().takeNotice()) saveNotice.setText(*notice);
 }
 
 void App::refuseSettings() {

@@ -46,7 +46,8 @@ StackView App::buildContent() {
   root.addArrangedSubview(
       label("Paused while editing here. Mouse clicks follow your pointer.\n"
             "0.001s is best effort; actual speed varies."));
-  saveNotice = label("Settings save automatically.");
+  saveNotice = label(startNotice());
+  saveNotice.setMaximumNumberOfLines(2);
   root.addArrangedSubview(saveNotice);
   root.addArrangedSubview(presetsCard());
   presetNotice = label("");

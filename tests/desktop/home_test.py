@@ -8,7 +8,7 @@ from desktop import PROGRAM, Client, Desktop, wait_until
 
 
 WITH_READ_ONLY_DIRECTORY = os.environ["VORRIN_WITH_READ_ONLY_DIRECTORY"]
-SETTINGS = ".config/vorrin/org.vorrin.Vorrin.sqlite3"
+SETTINGS = ".config/vorrin/org.vorrin.Vorrin.json"
 
 
 class HomeThatCannotBeWritten(unittest.TestCase):
@@ -27,7 +27,7 @@ class HomeThatCannotBeWritten(unittest.TestCase):
             self.store_settings(desktop, home)
             before = self.contents(home)
             told = self.work_in(desktop, home)
-            self.assert_told_once(told, home / SETTINGS, "readonly database")
+            self.assert_told_once(told, home / SETTINGS, "Read-only file system")
             self.assertEqual(self.contents(home), before)
 
     def work_in(self, desktop, home):
@@ -64,7 +64,7 @@ class HomeThatCannotBeWritten(unittest.TestCase):
     def assert_told_once(self, told, path, cause):
         lines = [line for line in told.splitlines() if "settings" in line]
         self.assertEqual(len(lines), 1, told)
-        self.assertIn(f"No full access to the settings in “{path}”", lines[0])
+        self.assertIn(f"The settings in “{path}” could not be stored", lines[0])
         self.assertIn(cause, lines[0])
 
     def contents(self, home):

@@ -9,8 +9,6 @@ namespace vorrin::faults {
 /// tests short:
 ///
 ///   vorrin_fault_tests --rounds 500      kills of the whole program (usual: 60)
-///   vorrin_fault_tests --saves 5000      kills of a process that saves (usual: 480)
-///   vorrin_fault_tests --damages 20000   damaged settings files (usual: 1000)
 ///   vorrin_fault_tests --ticks 10000000  posted presses and clicks of the soak (usual: 50000)
 ///   vorrin_fault_tests --stop 10         seconds for which programs are stopped (usual: 3)
 ///   vorrin_fault_tests --lag 400         milliseconds that the server lags by (usual: 20)

@@ -14,7 +14,9 @@ namespace vorrin::faults {
 
 Stored readStored() {
   const auto defaults = UserDefaults::standard();
-  return {loadCurrentSettings(defaults), PresetStore(defaults).all()};
+  const auto [settings, failure] = loadCurrentSettings(defaults);
+  EXPECT_FALSE(failure);
+  return {settings, PresetStore(defaults).all().value};
 }
 
 std::ostream& operator<<(std::ostream& stream, const Stored& stored) {
@@ -59,10 +61,9 @@ void FaultTest::expectUsableInput() {
 }
 
 void FaultTest::expectNoLeftovers() const {
-  // What a journal holds may have been needed no more; the next edit takes it away.
-  const auto defaults = UserDefaults::standard();
-  store(defaults, "edited", !(defaults.object("edited") == DefaultsObject(true)));
-  EXPECT_EQ(namesIn(settingsDirectory()), std::vector<std::string>{"org.vorrin.Vorrin.sqlite3"});
+  // What a killed program left of a new file is used up by the next edit.
+  EXPECT_FALSE(store("edited", !(vorrin::stored("edited").value == DefaultsObject(true))));
+  EXPECT_EQ(namesIn(settingsDirectory()), std::vector<std::string>{"org.vorrin.Vorrin.json"});
   EXPECT_EQ(namesIn(home.path() / "Library" / "Logs"),
             std::vector<std::string>{"Vorrin-status.txt"});
 }

@@ -91,7 +91,7 @@ TEST_F(KillTest, ended_at_any_moment_of_saving_it_has_stored_every_edit_wholly_o
     // For the next round to have something to change.
     PresetStore presets(UserDefaults::standard());
     if (round % 3 == 2) {
-      for (const auto& [stored, preset] : presets.all()) ASSERT_TRUE(presets.remove(stored));
+      for (const auto& [stored, preset] : presets.all().value) ASSERT_TRUE(presets.remove(stored));
     }
     before = readStored();
   }

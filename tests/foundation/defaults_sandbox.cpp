@@ -61,7 +61,7 @@ DefaultsSandbox::~DefaultsSandbox() {
 }
 
 std::filesystem::path DefaultsSandbox::standardFile() const {
-  return settings / "org.vorrin.Vorrin.sqlite3";
+  return settings / "org.vorrin.Vorrin.json";
 }
 
 void DefaultsSandbox::giveToOrdinaryUser() const {
@@ -72,19 +72,13 @@ void DefaultsSandbox::giveToOrdinaryUser() const {
   for (const auto& entry : std::filesystem::recursive_directory_iterator(root)) give(entry.path());
 }
 
-void store(const UserDefaults& defaults, const std::string& key, const DefaultsObject& value) {
+StorageFailure store(const std::string& key, const DefaultsObject& value) {
   const std::pair<std::string, DefaultsObject> entry(key, value);
-  defaults.set({&entry, 1});
+  return UserDefaults::standard().set({&entry, 1});
 }
 
-DefaultsObject valueUnder(const UserDefaults& defaults, const std::string& key) {
-  return defaults.object(key).value_or(DefaultsObject(std::string()));
-}
-
-UserDefaults suiteNamed(const std::string& name) {
-  auto suite = UserDefaults::suite(name);
-  if (!suite) std::abort();
-  return *suite;
+Reading<std::optional<DefaultsObject>> stored(const std::string& key) {
+  return UserDefaults::standard().object(key);
 }
 
 std::vector<std::string> namesIn(const std::filesystem::path& directory) {

@@ -46,14 +46,11 @@ class DefaultsSandbox : public testing::Test {
   const SavedEnvironment environment_;
 };
 
-/// Stores one value.
-void store(const UserDefaults& defaults, const std::string& key, const DefaultsObject& value);
+/// Stores one value in the user's own domain, and tells why not.
+StorageFailure store(const std::string& key, const DefaultsObject& value);
 
-/// The value under `key`; an empty text when there is none.
-DefaultsObject valueUnder(const UserDefaults& defaults, const std::string& key);
-
-/// The suite called `name`. Ends the test when there can be none.
-UserDefaults suiteNamed(const std::string& name);
+/// The value under `key` in the user's own domain, read afresh.
+Reading<std::optional<DefaultsObject>> stored(const std::string& key);
 
 /// The names of what is in `directory`, in order; none when there is no such directory.
 std::vector<std::string> namesIn(const std::filesystem::path& directory);

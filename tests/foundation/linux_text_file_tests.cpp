@@ -57,9 +57,10 @@ TEST_F(LinuxTextFile, keeps_the_old_text_and_leaves_nothing_behind_when_the_new_
   fill(file, "old");
   ChildProcess child([&] {
     ::signal(SIGXFSZ, SIG_IGN);
-    const rlimit limit{.rlim_cur = 10'000, .rlim_max = 10'000};
+    const rlimit limit{.rlim_cur = 100, .rlim_max = 100};
     ::setrlimit(RLIMIT_FSIZE, &limit);
-    return !writeTextFileAtomically(file, std::string(20'000, 'x'));
+    return !writeTextFileAtomically(file, std::string(200, 'x')) &&
+           !writeTextFileAtomically(file, std::string(20'000, 'x'));
   });
   EXPECT_TRUE(child.wait());
   EXPECT_EQ(contentOf(file), "old");

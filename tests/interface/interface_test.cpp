@@ -88,8 +88,12 @@ void InterfaceTest::savePreset(const std::string& name, const Preset& preset) {
   app->reloadPresets(std::nullopt);
 }
 
+void InterfaceTest::store(const std::vector<std::pair<std::string, DefaultsObject>>& values) {
+  precondition(!UserDefaults::standard().set(values), "the values can be stored");
+}
+
 std::optional<DefaultsObject> InterfaceTest::stored(const std::string& key) {
-  return UserDefaults::standard().object(key);
+  return UserDefaults::standard().object(key).value;
 }
 
 }  // namespace vorrin

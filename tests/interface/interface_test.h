@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "driver.h"
@@ -54,6 +55,7 @@ class InterfaceTest : public testing::Test {
 
   /// Stores a preset under `name` without the window.
   void savePreset(const std::string& name, const Preset& preset);
+  static void store(const std::vector<std::pair<std::string, DefaultsObject>>& values);
   [[nodiscard]] std::optional<DefaultsObject> stored(const std::string& key);
 
   PrivateHome home;

@@ -63,14 +63,13 @@ TEST_F(Launch, an_empty_domain_gives_the_start_values) {
 }
 
 TEST_F(Launch, saved_settings_fill_the_controls) {
-  UserDefaults::standard().set(
-      std::vector<std::pair<std::string, DefaultsObject>>{{"interval0", 2.0},
-                                                          {"interval1", 0.125},
-                                                          {"key0", std::int64_t{101}},
-                                                          {"key1", std::int64_t{97}},
-                                                          {"enabled0", false},
-                                                          {"enabled1", true},
-                                                          {"digit", std::int64_t{7}}});
+  store({{"interval0", 2.0},
+         {"interval1", 0.125},
+         {"key0", std::int64_t{101}},
+         {"key1", std::int64_t{97}},
+         {"enabled0", false},
+         {"enabled1", true},
+         {"digit", std::int64_t{7}}});
   launch();
   EXPECT_EQ(app->fields[0].text(), "2.0");
   EXPECT_EQ(app->fields[1].text(), "0.125");
@@ -84,12 +83,11 @@ TEST_F(Launch, saved_settings_fill_the_controls) {
 }
 
 TEST_F(Launch, unusable_saved_settings_are_replaced_without_a_word) {
-  UserDefaults::standard().set(
-      std::vector<std::pair<std::string, DefaultsObject>>{{"interval0", std::string("0.2")},
-                                                          {"interval1", 5000.0},
-                                                          {"key0", std::int64_t{53}},
-                                                          {"key1", std::int64_t{48}},
-                                                          {"digit", std::int64_t{42}}});
+  store({{"interval0", std::string("0.2")},
+         {"interval1", 5000.0},
+         {"key0", std::int64_t{53}},
+         {"key1", std::int64_t{48}},
+         {"digit", std::int64_t{42}}});
   launch();
   EXPECT_EQ(app->fields[0].text(), "0.05");
   EXPECT_EQ(app->fields[1].text(), "0.001");
@@ -100,8 +98,7 @@ TEST_F(Launch, unusable_saved_settings_are_replaced_without_a_word) {
 }
 
 TEST_F(Launch, equal_saved_shortcuts_become_the_start_values) {
-  UserDefaults::standard().set(std::vector<std::pair<std::string, DefaultsObject>>{
-      {"key0", std::int64_t{97}}, {"key1", std::int64_t{97}}, {"digit", std::int64_t{-3}}});
+  store({{"key0", std::int64_t{97}}, {"key1", std::int64_t{97}}, {"digit", std::int64_t{-3}}});
   launch();
   EXPECT_EQ(app->shortcuts[0].titleOfSelectedItem(), "Backtick `");
   EXPECT_EQ(app->shortcuts[1].titleOfSelectedItem(), "Tab");

@@ -90,7 +90,7 @@ TEST_F(Lifecycle, the_interface_check_leaves_the_users_settings_alone) {
   });
   checkedApp->applicationDidFinishLaunching();
   EXPECT_EQ(stored("interval0"), std::nullopt);
-  EXPECT_EQ(checkedApp->defaults().object("interval0"), DefaultsObject(9.0));
+  EXPECT_EQ(checkedApp->defaults().object("interval0").value, DefaultsObject(9.0));
   UserDefaults::removePersistentDomain(checkedApp->testSuite);
 }
 

@@ -24,7 +24,7 @@ TEST_F(PresetDeleting, enter_and_escape_do_not_delete) {
   for (const Key key : {Key::enter, Key::escape}) {
     click(button("Delete"));
     answerWith(key);
-    EXPECT_THAT(app->presetStore().all(), ElementsAre(named("Night")));
+    EXPECT_THAT(app->presetStore().all().value, ElementsAre(named("Night")));
   }
 }
 

@@ -27,8 +27,8 @@ TEST_F(PresetRenaming, a_new_name_can_be_typed_at_once_and_confirmed_with_enter)
   enter(" Day ");
   answerWith(Key::enter);
   EXPECT_FALSE(hasSheet());
-  EXPECT_THAT(app->presetStore().all(), ElementsAre(named("Day")));
-  EXPECT_EQ(app->presetStore().all().at("Day"), other());
+  EXPECT_THAT(app->presetStore().all().value, ElementsAre(named("Day")));
+  EXPECT_EQ(app->presetStore().all().value.at("Day"), other());
   EXPECT_EQ(app->presetNotice.text(), "Renamed to “Day”.");
   EXPECT_EQ(app->presetName.text(), "Day");
   EXPECT_EQ(app->presetList.titleOfSelectedItem(), "Day");
@@ -44,8 +44,8 @@ TEST_F(PresetRenaming, a_name_that_is_taken_blank_or_too_long_is_refused) {
     nameInSheet().setText(name);
     answer("Rename");
     EXPECT_EQ(app->presetNotice.text(), "Name is empty, too long, or already exists.");
-    EXPECT_EQ(app->presetStore().all().at("Night"), other());
-    EXPECT_EQ(app->presetStore().all().at("Day"), preset());
+    EXPECT_EQ(app->presetStore().all().value.at("Night"), other());
+    EXPECT_EQ(app->presetStore().all().value.at("Day"), preset());
   }
 }
 
@@ -61,7 +61,7 @@ TEST_F(PresetRenaming, cancelling_a_renaming_leaves_everything_as_it_was) {
   click(button("Rename"));
   nameInSheet().setText("Day");
   answer("Cancel");
-  EXPECT_THAT(app->presetStore().all(), ElementsAre(named("Night")));
+  EXPECT_THAT(app->presetStore().all().value, ElementsAre(named("Night")));
   EXPECT_EQ(app->presetNotice.text(), "");
   EXPECT_EQ(app->presetName.text(), "");
 }

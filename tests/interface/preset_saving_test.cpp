@@ -40,8 +40,8 @@ TEST_F(PresetSaving, saving_trims_the_name_and_selects_it) {
   EXPECT_EQ(app->presetNotice.text(), "Saved “Night”.");
   EXPECT_EQ(app->presetName.text(), "Night");
   EXPECT_EQ(app->presetList.titleOfSelectedItem(), "Night");
-  EXPECT_THAT(app->presetStore().all(), ElementsAre(named("Day"), named("Night")));
-  EXPECT_EQ(app->presetStore().all().at("Night"), preset());
+  EXPECT_THAT(app->presetStore().all().value, ElementsAre(named("Day"), named("Night")));
+  EXPECT_EQ(app->presetStore().all().value.at("Night"), preset());
 }
 
 TEST_F(PresetSaving, saving_neither_stops_macros_nor_touches_the_current_settings) {
@@ -58,7 +58,7 @@ TEST_F(PresetSaving, a_name_that_is_blank_or_too_long_is_refused) {
   for (const std::string& name : {std::string(), std::string("   "), std::string(81, 'x')}) {
     save(name);
     EXPECT_EQ(app->presetNotice.text(), refusal);
-    EXPECT_THAT(app->presetStore().all(), IsEmpty());
+    EXPECT_THAT(app->presetStore().all().value, IsEmpty());
     app->presetNotice.setText("");
   }
 }
@@ -74,7 +74,7 @@ TEST_F(PresetSaving, invalid_settings_are_not_saved) {
   type(app->fields[0], "0");
   save("Night");
   EXPECT_EQ(app->presetNotice.text(), refusal);
-  EXPECT_THAT(app->presetStore().all(), IsEmpty());
+  EXPECT_THAT(app->presetStore().all().value, IsEmpty());
 }
 
 TEST_F(PresetSaving, saving_under_a_name_in_use_asks_first) {
@@ -84,7 +84,7 @@ TEST_F(PresetSaving, saving_under_a_name_in_use_asks_first) {
               ElementsAre("Replace “Night” ?", "This replaces the existing saved preset."));
   EXPECT_THAT(driver::sheetButtons(app->window), ElementsAre("Replace", "Cancel"));
   EXPECT_EQ(driver::defaultSheetButton(app->window), "Replace");
-  EXPECT_EQ(app->presetStore().all().at("Night"), other());
+  EXPECT_EQ(app->presetStore().all().value.at("Night"), other());
   EXPECT_EQ(app->presetNotice.text(), "");
 }
 
@@ -92,7 +92,7 @@ TEST_F(PresetSaving, replace_replaces) {
   savePreset("Night", other());
   save("Night");
   answer("Replace");
-  EXPECT_EQ(app->presetStore().all().at("Night"), preset());
+  EXPECT_EQ(app->presetStore().all().value.at("Night"), preset());
   EXPECT_EQ(app->presetNotice.text(), "Saved “Night”.");
   EXPECT_FALSE(hasSheet());
 }
@@ -101,7 +101,7 @@ TEST_F(PresetSaving, cancelling_a_replacement_leaves_everything_as_it_was) {
   savePreset("Night", other());
   save("Night");
   answer("Cancel");
-  EXPECT_EQ(app->presetStore().all().at("Night"), other());
+  EXPECT_EQ(app->presetStore().all().value.at("Night"), other());
   EXPECT_EQ(app->presetNotice.text(), "");
   EXPECT_FALSE(hasSheet());
 }
@@ -113,7 +113,7 @@ TEST_F(PresetSaving, a_replacement_stores_what_was_shown_when_the_question_came)
   app->output.selectItem(8);
   app->presetName.setText("Elsewhere");
   answer("Replace");
-  EXPECT_EQ(app->presetStore().all().at("Night"), asked);
+  EXPECT_EQ(app->presetStore().all().value.at("Night"), asked);
   EXPECT_EQ(app->presetName.text(), "Night");
 }
 
@@ -122,11 +122,11 @@ TEST_F(PresetSaving, the_questions_can_be_answered_by_keyboard) {
   save("Night");
   answerWith(Key::escape);
   EXPECT_FALSE(hasSheet());
-  EXPECT_EQ(app->presetStore().all().at("Night"), other());
+  EXPECT_EQ(app->presetStore().all().value.at("Night"), other());
   click(button("Save preset"));
   answerWith(Key::enter);
   EXPECT_FALSE(hasSheet());
-  EXPECT_EQ(app->presetStore().all().at("Night"), preset());
+  EXPECT_EQ(app->presetStore().all().value.at("Night"), preset());
 }
 
 }  // namespace

@@ -136,7 +136,7 @@ TEST_F(Settings, an_accepted_edit_leaves_the_presets_alone) {
   savePreset("Night", before);
   type(app->fields[0], "7");
   choose(app->output, 3);
-  EXPECT_EQ(app->presetStore().all().at("Night"), before);
+  EXPECT_EQ(app->presetStore().all().value.at("Night"), before);
 }
 
 TEST_F(Settings, what_was_accepted_is_there_after_a_restart) {

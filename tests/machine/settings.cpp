@@ -12,7 +12,7 @@ int main(int count, char** arguments) {
   vorrin::readArguments(count, arguments);
   const auto defaults = vorrin::UserDefaults::standard();
   if (count == 1) {
-    std::printf("%ld\n", vorrin::loadCurrentSettings(defaults).digit);
+    std::printf("%ld\n", vorrin::loadCurrentSettings(defaults).value.digit);
     return 0;
   }
   if (count != 4) return 2;
@@ -21,6 +21,5 @@ int main(int count, char** arguments) {
                                 .digit = std::atol(arguments[3]),
                                 .enabled = {true, true}};
   if (!settings.valid()) return 2;
-  vorrin::storeCurrentSettings(defaults, settings);
-  return 0;
+  return vorrin::storeCurrentSettings(defaults, settings) ? 1 : 0;
 }

@@ -18,10 +18,16 @@ std::optional<UserDefaults> UserDefaults::suite(const std::string&) {
 
 void UserDefaults::removePersistentDomain(const std::string&) {}
 
-std::optional<DefaultsObject> UserDefaults::object(const std::string&) const {
-  return std::nullopt;
+Reading<std::optional<DefaultsObject>> UserDefaults::object(const std::string&) const {
+  return {};
 }
 
-void UserDefaults::set(std::span<const std::pair<std::string, DefaultsObject>>) const {}
+StorageFailure UserDefaults::set(std::span<const std::pair<std::string, DefaultsObject>>) const {
+  return {};
+}
+
+std::optional<std::string> UserDefaults::takeNotice() const {
+  return {};
+}
 
 }  // namespace vorrin

@@ -16,7 +16,7 @@ class SettingsCommitTest : public testing::Test {
 };
 
 TEST_F(SettingsCommitTest, all_settings_are_stored_in_one_commit_macro_by_macro) {
-  storeCurrentSettings(defaults, {{0.12, 0.003}, {97, 98}, 4, {false, true}});
+  EXPECT_FALSE(storeCurrentSettings(defaults, {{0.12, 0.003}, {97, 98}, 4, {false, true}}));
   ASSERT_EQ(fake::storage().commits.size(), 1U);
   EXPECT_EQ(fake::storage().commits[0], (fake::Commit{{"interval0", 0.12},
                                                       {"key0", std::int64_t{97}},
@@ -27,15 +27,22 @@ TEST_F(SettingsCommitTest, all_settings_are_stored_in_one_commit_macro_by_macro)
                                                       {"digit", std::int64_t{4}}}));
 }
 
-TEST_F(SettingsCommitTest, one_enabled_flag_is_a_commit_of_its_own) {
-  storeEnabled(defaults, 1, false);
-  ASSERT_EQ(fake::storage().commits.size(), 1U);
-  EXPECT_EQ(fake::storage().commits[0], (fake::Commit{{"enabled1", false}}));
-}
-
 TEST_F(SettingsCommitTest, loading_commits_nothing) {
   static_cast<void>(loadCurrentSettings(defaults));
   EXPECT_TRUE(fake::storage().commits.empty());
+}
+
+TEST_F(SettingsCommitTest, a_storage_that_cannot_be_read_is_no_empty_one) {
+  EXPECT_FALSE(storeCurrentSettings(defaults, test::otherPreset()));
+  fake::storage().readFailure = "broken";
+  const auto [settings, failure] = loadCurrentSettings(defaults);
+  EXPECT_EQ(failure, "broken");
+  EXPECT_EQ(settings, test::startPreset());
+}
+
+TEST_F(SettingsCommitTest, what_cannot_be_stored_is_told_with_the_reason) {
+  fake::storage().writeFailure = "full";
+  EXPECT_EQ(storeCurrentSettings(defaults, test::otherPreset()), "full");
 }
 
 }  // namespace

@@ -20,7 +20,7 @@ using test::startPreset;
 
 class SettingsPersistenceTest : public test::StorageTest {
  protected:
-  [[nodiscard]] Preset loaded() const { return loadCurrentSettings(defaults); }
+  [[nodiscard]] Preset loaded() const { return loadCurrentSettings(defaults).value; }
 };
 
 std::int64_t integer(std::int64_t value) {
@@ -32,52 +32,43 @@ TEST_F(SettingsPersistenceTest, an_empty_domain_gives_the_start_values) {
 }
 
 TEST_F(SettingsPersistenceTest, stored_settings_are_loaded_again) {
-  storeCurrentSettings(defaults, otherPreset());
+  EXPECT_FALSE(storeCurrentSettings(defaults, otherPreset()));
   EXPECT_EQ(loaded(), otherPreset());
-  EXPECT_EQ(loadCurrentSettings(reopened()), otherPreset());
+  EXPECT_EQ(loadCurrentSettings(reopened()).value, otherPreset());
 }
 
 TEST_F(SettingsPersistenceTest, every_entry_is_stored_with_its_type) {
-  storeCurrentSettings(defaults, {{2, 0.003}, {97, 98}, 4, {false, true}});
-  EXPECT_EQ(defaults.object("interval0"), DefaultsObject{2.0});
-  EXPECT_EQ(defaults.object("interval1"), DefaultsObject{0.003});
-  EXPECT_EQ(defaults.object("key0"), DefaultsObject{integer(97)});
-  EXPECT_EQ(defaults.object("key1"), DefaultsObject{integer(98)});
-  EXPECT_EQ(defaults.object("enabled0"), DefaultsObject{false});
-  EXPECT_EQ(defaults.object("enabled1"), DefaultsObject{true});
-  EXPECT_EQ(defaults.object("digit"), DefaultsObject{integer(4)});
+  EXPECT_FALSE(storeCurrentSettings(defaults, {{2, 0.003}, {97, 98}, 4, {false, true}}));
+  EXPECT_EQ(defaults.object("interval0").value, DefaultsObject{2.0});
+  EXPECT_EQ(defaults.object("interval1").value, DefaultsObject{0.003});
+  EXPECT_EQ(defaults.object("key0").value, DefaultsObject{integer(97)});
+  EXPECT_EQ(defaults.object("key1").value, DefaultsObject{integer(98)});
+  EXPECT_EQ(defaults.object("enabled0").value, DefaultsObject{false});
+  EXPECT_EQ(defaults.object("enabled1").value, DefaultsObject{true});
+  EXPECT_EQ(defaults.object("digit").value, DefaultsObject{integer(4)});
 }
 
 TEST_F(SettingsPersistenceTest, random_settings_are_loaded_as_they_were_stored) {
   test::Random random;
   for (int count = 0; count < 50; ++count) {
     const Preset preset = test::randomValidPreset(random);
-    storeCurrentSettings(defaults, preset);
+    EXPECT_FALSE(storeCurrentSettings(defaults, preset));
     ASSERT_EQ(loaded(), preset);
   }
-}
-
-TEST_F(SettingsPersistenceTest, one_enabled_flag_can_be_stored_alone) {
-  storeCurrentSettings(defaults, otherPreset());
-  storeEnabled(defaults, 1, true);
-  EXPECT_EQ(loaded().enabled, (std::vector<bool>{false, true}));
-  storeEnabled(defaults, 0, true);
-  storeEnabled(defaults, 1, false);
-  EXPECT_EQ(loaded().enabled, (std::vector<bool>{true, false}));
 }
 
 TEST_F(SettingsPersistenceTest, storing_leaves_the_named_presets_alone) {
   const PresetStore presets{defaults};
   EXPECT_TRUE(presets.save(startPreset(), "Work"));
-  storeCurrentSettings(defaults, otherPreset());
-  EXPECT_EQ(presets.all().at("Work"), startPreset());
+  EXPECT_FALSE(storeCurrentSettings(defaults, otherPreset()));
+  EXPECT_EQ(presets.all().value.at("Work"), startPreset());
 }
 
 TEST_F(SettingsPersistenceTest, loading_writes_nothing) {
   put("digit", integer(42));
   static_cast<void>(loaded());
-  EXPECT_EQ(defaults.object("digit"), DefaultsObject{integer(42)});
-  EXPECT_FALSE(defaults.object("interval0"));
+  EXPECT_EQ(defaults.object("digit").value, DefaultsObject{integer(42)});
+  EXPECT_FALSE(defaults.object("interval0").value);
 }
 
 TEST_F(SettingsPersistenceTest, entries_missing_are_replaced_one_by_one) {
@@ -203,12 +194,7 @@ TEST_F(SettingsPersistenceTest, whatever_is_stored_the_settings_loaded_are_valid
 using SettingsPersistenceDeathTest = SettingsPersistenceTest;
 
 TEST_F(SettingsPersistenceDeathTest, storing_settings_that_are_not_valid_ends_the_process) {
-  EXPECT_DEATH(storeCurrentSettings(defaults, Preset{}), "Precondition failed");
-}
-
-TEST_F(SettingsPersistenceDeathTest, a_macro_index_other_than_0_and_1_ends_the_process) {
-  EXPECT_DEATH(storeEnabled(defaults, 2, true), "Index out of range");
-  EXPECT_DEATH(storeEnabled(defaults, -1, true), "Index out of range");
+  EXPECT_DEATH(static_cast<void>(storeCurrentSettings(defaults, Preset{})), "Precondition failed");
 }
 
 }  // namespace

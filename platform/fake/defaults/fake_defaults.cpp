@@ -41,16 +41,24 @@ void UserDefaults::removePersistentDomain(const std::string& name) {
   domains().erase(name);
 }
 
-std::optional<DefaultsObject> UserDefaults::object(const std::string& key) const {
+Reading<std::optional<DefaultsObject>> UserDefaults::object(const std::string& key) const {
+  if (fake::storage().readFailure) return {{}, fake::storage().readFailure};
   const auto value = native_->values->find(key);
-  if (value == native_->values->end()) return std::nullopt;
-  return value->second;
+  if (value == native_->values->end()) return {};
+  return {value->second, {}};
 }
 
-void UserDefaults::set(std::span<const std::pair<std::string, DefaultsObject>> values) const {
+StorageFailure UserDefaults::set(
+    std::span<const std::pair<std::string, DefaultsObject>> values) const {
   fake::storage().commits.emplace_back(values.begin(), values.end());
-  if (fake::storage().losesWrites) return;
+  if (fake::storage().writeFailure) return fake::storage().writeFailure;
+  if (fake::storage().losesWrites) return {};
   for (const auto& [key, value] : values) native_->values->insert_or_assign(key, value);
+  return {};
+}
+
+std::optional<std::string> UserDefaults::takeNotice() const {
+  return std::exchange(fake::storage().notice, std::nullopt);
 }
 
 namespace fake {

@@ -29,7 +29,8 @@ std::optional<std::string> readTextFile(const std::filesystem::path& path) {
 bool writeTextFileAtomically(const std::filesystem::path& path, std::string_view text) {
   if (std::error_code error; std::filesystem::is_other(path, error)) return false;
   QSaveFile file(QFile::decodeName(path.c_str()));
-  return file.open(QIODevice::WriteOnly) &&
+  // With a buffer, Qt 6.4 puts an empty file in place when a short text does not fit on the disk.
+  return file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) &&
          file.write(text.data(), static_cast<qint64>(text.size())) ==
              static_cast<qint64>(text.size()) &&
          file.commit();

@@ -1,69 +1,70 @@
 #include "platform/user_defaults.h"
 
+#include <QTemporaryDir>
 #include <filesystem>
+#include <string_view>
 #include <system_error>
 
-#include "platform/linux/foundation/defaults_domain.h"
-#include "platform/linux/foundation/domain_files.h"
-#include "platform/linux/foundation/domain_location.h"
+#include "platform/linux/foundation/defaults_file.h"
+#include "platform/text_file.h"
 
 namespace vorrin {
 
 namespace {
 
-constexpr const char* standardName = "org.vorrin.Vorrin";
+using std::filesystem::path;
 
-bool isSuiteName(const std::string& name) {
-  return isDomainName(name) && name != standardName;
+path settingsFolder() {
+  const QByteArray folder = qgetenv("XDG_CONFIG_HOME");
+  return (folder.startsWith('/') ? path(folder.toStdString()) : homeDirectory() / ".config") /
+         "vorrin";
+}
+
+/// The file of a suite of this process, in a folder that is removed at its end; nothing when there
+/// can be none.
+std::optional<path> suiteFile(const std::string& name) {
+  static const QTemporaryDir folder;
+  constexpr std::string_view characters =
+      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._";
+  const bool isName =
+      !name.empty() && name.front() != '.' && name.find_first_not_of(characters) == name.npos;
+  if (!isName || !folder.isValid()) return {};
+  return path(folder.path().toStdString()) / (name + ".json");
 }
 
 }  // namespace
 
-struct UserDefaults::Native : DefaultsDomain {
-  using DefaultsDomain::DefaultsDomain;
+struct UserDefaults::Native : DefaultsFile {
+  using DefaultsFile::DefaultsFile;
 };
 
 UserDefaults::UserDefaults(std::shared_ptr<Native> native) : native_(std::move(native)) {}
 
 UserDefaults UserDefaults::standard() {
-  return UserDefaults(std::make_shared<Native>(domainFile(settingsDirectory(), standardName)));
+  return UserDefaults(std::make_shared<Native>(settingsFolder() / "org.vorrin.Vorrin.json"));
 }
 
 std::optional<UserDefaults> UserDefaults::suite(const std::string& name) {
-  if (!isSuiteName(name)) return {};
-  for (const auto& directory : temporaryDirectories()) {
-    // Where it was made it stays, also when the settings directory can be written again.
-    const auto file = domainFile(directory, name);
-    std::error_code error;
-    if (std::filesystem::exists(file, error)) return UserDefaults(std::make_shared<Native>(file));
-  }
-  const auto settings = std::make_shared<Native>(domainFile(settingsDirectory(), name));
-  const auto result = settings->make();
-  // A suite that another process has locked exists all the same.
-  if (result.isDone() || result.status == StorageStatus::busy) return UserDefaults(settings);
-
-  if (const auto directory = makeTemporaryDirectory()) {
-    const auto substitute = std::make_shared<Native>(domainFile(*directory, name));
-    if (substitute->make().isDone()) return UserDefaults(substitute);
-  }
-  settings->tellFailure(result);
-  return {};
+  const auto file = suiteFile(name);
+  return file ? std::optional(UserDefaults(std::make_shared<Native>(*file))) : std::nullopt;
 }
 
 void UserDefaults::removePersistentDomain(const std::string& name) {
-  if (!isSuiteName(name)) return;
-  removeDomainFiles(domainFile(settingsDirectory(), name));
-  for (const auto& directory : temporaryDirectories()) {
-    removeDomainFiles(domainFile(directory, name));
-  }
+  std::error_code error;
+  if (const auto file = suiteFile(name)) std::filesystem::remove(*file, error);
 }
 
-std::optional<DefaultsObject> UserDefaults::object(const std::string& key) const {
+Reading<std::optional<DefaultsObject>> UserDefaults::object(const std::string& key) const {
   return native_->object(key);
 }
 
-void UserDefaults::set(std::span<const std::pair<std::string, DefaultsObject>> values) const {
-  native_->set(values);
+StorageFailure UserDefaults::set(
+    std::span<const std::pair<std::string, DefaultsObject>> values) const {
+  return native_->set(values);
+}
+
+std::optional<std::string> UserDefaults::takeNotice() const {
+  return native_->takeNotice();
 }
 
 }  // namespace vorrin

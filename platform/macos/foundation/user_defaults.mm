@@ -66,11 +66,12 @@ void UserDefaults::removePersistentDomain(const std::string& name) {
   [NSFileManager.defaultManager removeItemAtURL:file error:nil];
 }
 
-std::optional<DefaultsObject> UserDefaults::object(const std::string& key) const {
-  return defaultsObject([native_->defaults objectForKey:nsString(key)]);
+Reading<std::optional<DefaultsObject>> UserDefaults::object(const std::string& key) const {
+  return {defaultsObject([native_->defaults objectForKey:nsString(key)]), {}};
 }
 
-void UserDefaults::set(std::span<const std::pair<std::string, DefaultsObject>> values) const {
+StorageFailure UserDefaults::set(
+    std::span<const std::pair<std::string, DefaultsObject>> values) const {
   NSMutableDictionary* objects = [NSMutableDictionary dictionary];
   for (const auto& [key, value] : values) objects[nsString(key)] = propertyListObject(value);
   // NSUserDefaults has no call for several values at once; this one writes to the same domain.
@@ -78,6 +79,12 @@ void UserDefaults::set(std::span<const std::pair<std::string, DefaultsObject>> v
                            asCoreFoundation(native_->applicationId), kCFPreferencesCurrentUser,
                            kCFPreferencesAnyHost);
   handOver(native_->applicationId);
+  return {};
+}
+
+std::optional<std::string> UserDefaults::takeNotice() const {
+  // The preferences daemon keeps such files to itself.
+  return {};
 }
 
 }  // namespace vorrin

@@ -90,7 +90,7 @@ TEST_F(AppkitLaunch, command_period_cancels_a_question_whose_default_is_cancel) 
   click(button("Delete"));
   [NSApp postEvent:commandKey(window().attachedSheet, @".", @".") atStart:NO];
   EXPECT_TRUE(waitFor([this] { return !hasSheet(); }));
-  EXPECT_EQ(app->presetStore().all().size(), 1U);
+  EXPECT_EQ(app->presetStore().all().value.size(), 1U);
 }
 
 TEST_F(AppkitLaunch, titles_have_the_tint_that_was_chosen_dimmer_while_disabled) {

@@ -23,7 +23,7 @@ TEST_F(QtPresets, delete_can_be_reached_by_keyboard) {
   press(Qt::Key_Tab);
   EXPECT_TRUE(driver::sheetButton(app->window, "Delete").hasFocus());
   press(Qt::Key_Return);
-  EXPECT_THAT(app->presetStore().all(), IsEmpty());
+  EXPECT_THAT(app->presetStore().all().value, IsEmpty());
 }
 
 TEST_F(QtPresets, while_a_question_is_open_the_window_takes_no_input) {
@@ -57,7 +57,7 @@ TEST_F(QtPresets, space_and_the_pads_enter_do_not_delete) {
     click(button("Delete"));
     press(key);
     EXPECT_FALSE(hasSheet());
-    EXPECT_EQ(app->presetStore().all().size(), 1U);
+    EXPECT_EQ(app->presetStore().all().value.size(), 1U);
   }
 }
 

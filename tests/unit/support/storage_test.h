@@ -18,7 +18,7 @@ class StorageTest : public testing::Test {
 
   void put(const std::string& key, DefaultsObject value) const {
     const std::pair<std::string, DefaultsObject> entry{key, std::move(value)};
-    defaults.set({&entry, 1});
+    EXPECT_FALSE(defaults.set({&entry, 1}));
   }
 
   /// A second view of the same domain, as another part of the program would have it.

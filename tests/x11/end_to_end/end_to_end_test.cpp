@@ -36,7 +36,7 @@ AtHome::~AtHome() {
 }
 
 void EndToEndTest::start() {
-  storeCurrentSettings(UserDefaults::standard(), settings);
+  EXPECT_FALSE(storeCurrentSettings(UserDefaults::standard(), settings));
   startProgram();
   client = std::make_unique<Client>(desktop.display());
   user.pointAt(client->window());
@@ -87,7 +87,7 @@ void EndToEndTest::waitUntilListening() {
 }
 
 Preset EndToEndTest::stored() {
-  return loadCurrentSettings(UserDefaults::standard());
+  return loadCurrentSettings(UserDefaults::standard()).value;
 }
 
 unsigned EndToEndTest::digitKey() const {

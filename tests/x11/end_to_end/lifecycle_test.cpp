@@ -33,11 +33,11 @@ TEST_F(LifecycleTest, settings_and_presets_outlive_a_crash) {
   panel.push(Control::savePreset);
   settings.intervals[0] = 0.125;
   const PresetStore presets(UserDefaults::standard());
-  ASSERT_TRUE(waitUntil([&] { return presets.all().contains("night"); }));
+  ASSERT_TRUE(waitUntil([&] { return presets.all().value.contains("night"); }));
   kill();
   startProgram();
   EXPECT_EQ(stored(), settings);
-  EXPECT_EQ(presets.all().at("night"), settings);
+  EXPECT_EQ(presets.all().value.at("night"), settings);
   showClient();  // waits until these shortcuts are held
 }
 

@@ -26,7 +26,7 @@ struct PresetTest : EndToEndTest {
 
   [[nodiscard]] std::vector<std::string> names() const {
     std::vector<std::string> all;
-    for (const auto& [name, preset] : presets.all()) all.push_back(name);
+    for (const auto& [name, preset] : presets.all().value) all.push_back(name);
     return all;
   }
 
@@ -48,7 +48,7 @@ TEST_F(PresetTest, save_stores_the_current_settings_under_the_name) {
   panel.enter(Control::presetName, " night ");
   panel.push(Control::savePreset);
   ASSERT_TRUE(waitForNames({"night"}));
-  EXPECT_EQ(presets.all().at("night"), settings);
+  EXPECT_EQ(presets.all().value.at("night"), settings);
 }
 
 TEST_F(PresetTest, a_layout_chosen_while_another_program_is_in_front_is_known_afterwards) {
@@ -78,9 +78,9 @@ TEST_F(PresetTest, save_under_a_taken_name_asks_and_replaces) {
   panel.enter(Control::presetName, "night");
   panel.push(Control::savePreset);
   ASSERT_TRUE(waitForSheet(true));
-  EXPECT_EQ(presets.all().at("night"), night);
+  EXPECT_EQ(presets.all().value.at("night"), night);
   user.tap(keys::enter);
-  EXPECT_TRUE(waitUntil([&] { return presets.all().at("night") == settings; }));
+  EXPECT_TRUE(waitUntil([&] { return presets.all().value.at("night") == settings; }));
 }
 
 TEST_F(PresetTest, save_under_a_taken_name_can_be_cancelled) {
@@ -90,7 +90,7 @@ TEST_F(PresetTest, save_under_a_taken_name_can_be_cancelled) {
   ASSERT_TRUE(waitForSheet(true));
   user.tap(keys::escape);
   ASSERT_TRUE(waitForSheet(false));
-  EXPECT_EQ(presets.all().at("night"), night);
+  EXPECT_EQ(presets.all().value.at("night"), night);
 }
 
 TEST_F(PresetTest, load_takes_every_setting_over) {
@@ -126,7 +126,7 @@ TEST_F(PresetTest, rename_gives_the_selected_preset_the_name_typed) {
   panel.replaceText("day");
   user.tap(keys::enter);
   ASSERT_TRUE(waitForNames({"day"}));
-  EXPECT_EQ(presets.all().at("day"), night);
+  EXPECT_EQ(presets.all().value.at("day"), night);
 }
 
 TEST_F(PresetTest, rename_can_be_cancelled) {
