@@ -1,8 +1,11 @@
 #include "platform/user_defaults.h"
 
 #include <cstdio>
+#include <cstdlib>
+#include <filesystem>
 
 #include "platform/macos/foundation/defaults_object.h"
+#include "platform/macos/foundation/empty_domains.h"
 #include "platform/macos/foundation/ns_string.h"
 
 namespace vorrin {
@@ -31,6 +34,16 @@ void handOver(NSString* applicationId) {
   std::fprintf(stderr, "Vorrin could not store its settings in %s.\n", applicationId.UTF8String);
 }
 
+/// What stays of removed suites are empty files, some written only now.
+void removeLeftovers() {
+  NSURL* library = [NSFileManager.defaultManager URLsForDirectory:NSLibraryDirectory
+                                                        inDomains:NSUserDomainMask]
+                       .firstObject;
+  if (library == nil) return;
+  removeEmptyDomains(std::filesystem::path(standardString(library.path)) / "Preferences",
+                     "vorrin-");
+}
+
 }  // namespace
 
 UserDefaults::UserDefaults(std::shared_ptr<Native> native) : native_(std::move(native)) {}
@@ -56,14 +69,10 @@ void UserDefaults::removePersistentDomain(const std::string& name) {
   NSString* applicationId = nsString(name);
   [NSUserDefaults.standardUserDefaults removePersistentDomainForName:applicationId];
   handOver(applicationId);
-  // What stays is an empty file, which would still be listed as a domain.
-  NSURL* preferences = [[NSFileManager.defaultManager URLsForDirectory:NSLibraryDirectory
-                                                             inDomains:NSUserDomainMask]
-                            .firstObject URLByAppendingPathComponent:@"Preferences"];
-  if (preferences == nil) return;
-  NSURL* file = [preferences
-      URLByAppendingPathComponent:[applicationId stringByAppendingPathExtension:@"plist"]];
-  [NSFileManager.defaultManager removeItemAtURL:file error:nil];
+  removeLeftovers();
+  // Once more as late as can be; what comes later still goes with the next removal.
+  static const int registered = std::atexit(removeLeftovers);
+  static_cast<void>(registered);
 }
 
 Reading<std::optional<DefaultsObject>> UserDefaults::object(const std::string& key) const {
