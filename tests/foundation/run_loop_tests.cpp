@@ -13,22 +13,22 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-double secondsSince(Clock::time_point start) {
+double secondsFrom(Clock::time_point start) {
   return std::chrono::duration<double>(Clock::now() - start).count();
 }
 
 TEST(RunLoop, runs_for_as_long_as_asked) {
   const auto start = Clock::now();
   RunLoop::main().runFor(0.05);
-  EXPECT_GE(secondsSince(start), 0.05);
-  EXPECT_LT(secondsSince(start), 1.0);
+  EXPECT_GE(secondsFrom(start), 0.05);
+  EXPECT_LT(secondsFrom(start), 1.0);
 }
 
 TEST(RunLoop, returns_when_asked_to_run_for_no_time) {
   const auto start = Clock::now();
   RunLoop::main().runFor(0);
   RunLoop::main().runFor(-1);
-  EXPECT_LT(secondsSince(start), 1.0);
+  EXPECT_LT(secondsFrom(start), 1.0);
 }
 
 TEST(RunLoop, serves_timers_of_both_modes) {
@@ -52,7 +52,7 @@ TEST(RunLoop, serves_timers_only_while_it_runs) {
   RunLoop::main().runFor(0.02);
   const int after = count;
   const auto start = Clock::now();
-  while (secondsSince(start) < 0.01) {
+  while (secondsFrom(start) < 0.01) {
   }
   EXPECT_EQ(count, after);
   RunLoop::main().runFor(0.02);
@@ -79,7 +79,7 @@ TEST(RunLoop, takes_a_timer_added_twice_for_one) {
   RunLoop::main().runFor(0.055);
   timer.invalidate();
   EXPECT_GT(count, 0);
-  EXPECT_LE(count, static_cast<int>(secondsSince(start) / 0.01));
+  EXPECT_LE(count, static_cast<int>(secondsFrom(start) / 0.01));
 }
 
 TEST(RunLoop, does_not_take_an_invalidated_timer) {
@@ -97,7 +97,7 @@ TEST(RunLoop, runs_within_itself) {
   const Timer timer(0.001, [&] {
     if (inner > 0) return;
     RunLoop::main().runFor(0.05);
-    inner = secondsSince(start);
+    inner = secondsFrom(start);
   });
   RunLoop::main().add(timer, RunLoopMode::common);
   RunLoop::main().runFor(0.01);
