@@ -153,13 +153,13 @@ FileDescriptor lockOn(const std::filesystem::path& folder) {
 
 TEST_F(UserDefaultsFailure, waits_half_a_second_for_a_lock_to_write_and_none_to_read) {
   ASSERT_FALSE(store("key", true));
-  using Clock = std::chrono::steady_clock;
+  using SteadyClock = std::chrono::steady_clock;
   auto lock = lockOn(settings);
-  const auto begin = Clock::now();
+  const auto begin = SteadyClock::now();
   EXPECT_EQ(stored("key").value, DefaultsObject(true));
   EXPECT_EQ(store("key", false), "another program is using the settings");
-  EXPECT_GE(Clock::now() - begin, std::chrono::milliseconds(500));
-  EXPECT_LT(Clock::now() - begin, std::chrono::seconds(10));
+  EXPECT_GE(SteadyClock::now() - begin, std::chrono::milliseconds(500));
+  EXPECT_LT(SteadyClock::now() - begin, std::chrono::seconds(10));
   lock = FileDescriptor();
   EXPECT_FALSE(store("key", false));
   EXPECT_EQ(stored("key").value, DefaultsObject(false));
