@@ -74,7 +74,7 @@ class Program {
   }
 
   bool enabled_ = true;
-  helper::Tap tap_{0xC00, {}, keyboardTapCallback, nullptr, [](const Configure& configuration) {
+  helper::Tap tap_{0xC00, keyboardTapCallback, nullptr, [](const Configure& configuration) {
                      assertThat(decodeToHelper(encode(ToHelper(configuration)).view()).has_value(),
                                 "the helper understands every message");
                    }};
