@@ -19,12 +19,8 @@ constexpr std::uint64_t modifierFlags = event_flags::maskCommand | event_flags::
 
 using Keys = std::set<std::uint16_t>;
 
-bool claim(const Keys& keys) {
-  return engine.tap->claim(std::vector(keys.begin(), keys.end()));
-}
-
-bool canClaim(const Keys& keys) {
-  return engine.tap->canClaim(std::vector(keys.begin(), keys.end()));
+std::vector<std::uint16_t> listOf(const Keys& keys) {
+  return {keys.begin(), keys.end()};
 }
 
 Keys enabledShortcuts() {
@@ -36,12 +32,12 @@ Keys enabledShortcuts() {
 }
 
 /// False when another program holds one of the keys.
-bool claimAsThingsStand() {
-  if (!sessionIsActive()) return claim({});
-  Keys shortcuts = enabledShortcuts();
-  if (applicationIsActive()) return claim(engine.held) && canClaim(shortcuts);
-  shortcuts.insert(engine.held.begin(), engine.held.end());
-  return claim(shortcuts);
+bool claimAsThingsStand(const EventTap& tap) {
+  if (!sessionIsActive()) return tap.claim({});
+  Keys keys = enabledShortcuts();
+  if (applicationIsActive()) return tap.claim(listOf(engine.held)) && tap.canClaim(listOf(keys));
+  keys.insert(engine.held.begin(), engine.held.end());
+  return tap.claim(listOf(keys));
 }
 
 void dropTap() {
@@ -108,7 +104,7 @@ TapVerdict keyboardTapCallback(const TapEvent& event) {
 }
 
 void updateClaimedKeys() {
-  if (engine.tap && !claimAsThingsStand()) dropTap();
+  if (engine.tap && !claimAsThingsStand(*engine.tap)) dropTap();
 }
 
 }  // namespace vorrin

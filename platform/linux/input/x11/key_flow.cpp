@@ -49,16 +49,14 @@ void KeyFlow::readRaw(const xcb_input_raw_key_press_event_t& event) {
   const bool isEscape = map_.isEscape(code);
   if (!isEscape && (down || caught_.empty())) return;
   if (poster_.isOwn(event.full_sequence, code, down)) return;
-  if (isEscape) hearEscape(down, map_.modifiers());
+  if (isEscape) hear({}, escapeKey, down, map_.modifiers());
   if (down) return;
   if (const auto* key = find(event.deviceid, code)) release(*key);
 }
 
 void KeyFlow::readCaught(const xcb_input_key_press_event_t& event) {
   const auto code = static_cast<xcb_keycode_t>(event.detail);
-  if (std::ranges::find(cutOff_, event.deviceid) == cutOff_.end()) {
-    cutOff_.push_back(event.deviceid);
-  }
+  isCutOff_ = true;
   if (event.event_type == XCB_INPUT_KEY_PRESS) return readPress(event);
   if (const auto* key = find(event.deviceid, code)) return release(*key);
   // It was pressed before this keyboard was cut off: the window in front still has it down.
@@ -70,53 +68,48 @@ void KeyFlow::readPress(const xcb_input_key_press_event_t& event) {
   const unsigned modifiers = map_.modifiers() | event.mods.effective;
   if ((event.flags & XCB_INPUT_KEY_EVENT_FLAGS_KEY_REPEAT) != 0) {
     const auto* key = find(event.deviceid, code);
-    if (key != nullptr && key->shown) hear(*key, EventType::keyDown, true, modifiers);
+    if (key != nullptr && key->shown) hear(*key, *key->shown, true, modifiers, true);
     return;
   }
-  auto& key = caught_.emplace_back(CaughtKey{event.deviceid, code, claimedKey(code)});
+  auto& key = caught_.emplace_back(CaughtKey{event.deviceid, code});
+  const auto shortcut = claimedKey(code);
   const bool isOwn = poster_.isOwn(event.full_sequence, code, true);
   const bool isEscape = map_.isEscape(code);
-  if (isEscape && !isOwn) hearEscape(true, modifiers);
-  if (isOwn || isEscape || isStale(event.time)) key.shown.reset();
-  if (key.shown) {
-    hear(key, EventType::keyDown, false, modifiers);
-  } else if (isOwn || isEscape || !claimedKey(code)) {
-    sendPress(key);
-  }
+  if (isEscape && !isOwn) hear({}, escapeKey, true, modifiers);
+  if (!shortcut || isOwn || isEscape) return sendPress(key);
+  if (isStale(event.time)) return;
+  key.shown = shortcut;
+  hear(key, *shortcut, true, modifiers);
 }
 
 void KeyFlow::release(const CaughtKey& key) {
   // After what the tap has not seen yet.
-  if (key.shown) return hear(key, EventType::keyUp, false, map_.modifiers());
+  if (key.shown) return hear(key, *key.shown, false, map_.modifiers());
   if (key.sentOn) sendRelease(key.keycode);
   forget(key);
 }
 
 void KeyFlow::endGrabs() {
-  for (const Device device : std::exchange(cutOff_, {})) grabs_.end(device);
+  if (std::exchange(isCutOff_, false)) grabs_.endGrabs();
 }
 
 bool KeyFlow::judgeNext() {
   if (heard_.empty()) return false;
   const Heard next = heard_.front();
   heard_.pop_front();
-  judge(next);
-  return true;
-}
-
-void KeyFlow::judge(const Heard& heard) {
-  auto* const key = find(heard.device, heard.keycode);
-  const bool repeated = heard.event.autorepeat != 0;
+  auto* const key = find(next.device, next.keycode);
+  const bool repeated = next.event.autorepeat != 0;
   // A key that was sent on is XTEST's now, and repeats there.
-  if (repeated && key != nullptr && key->sentOn) return;
-  const TapVerdict verdict = ask_(heard.event);
-  if (key == nullptr || repeated) return;
-  if (heard.event.type == EventType::keyUp) {
+  if (repeated && key != nullptr && key->sentOn) return true;
+  const TapVerdict verdict = ask_(next.event);
+  if (key == nullptr || repeated) return true;
+  if (next.event.type == EventType::keyUp) {
     key->shown.reset();
     release(*key);
   } else if (verdict == TapVerdict::pass) {
     sendPress(*key);
   }
+  return true;
 }
 
 bool KeyFlow::watches(xcb_keycode_t keycode) const {
@@ -136,19 +129,14 @@ void KeyFlow::leaveAll() {
   }
 }
 
-void KeyFlow::hear(const CaughtKey& key, EventType type, bool repeated, unsigned modifiers) {
-  heard_.push_back({.event = {.type = type,
-                              .keyCode = *key.shown,
+void KeyFlow::hear(const CaughtKey& key, std::uint16_t virtualKey, bool down, unsigned modifiers,
+                   bool repeated) {
+  heard_.push_back({.event = {.type = down ? EventType::keyDown : EventType::keyUp,
+                              .keyCode = virtualKey,
                               .autorepeat = repeated ? 1 : 0,
                               .flags = eventFlags(modifiers, map_.masks())},
                     .device = key.device,
                     .keycode = key.keycode});
-}
-
-void KeyFlow::hearEscape(bool down, unsigned modifiers) {
-  heard_.push_back({.event = {.type = down ? EventType::keyDown : EventType::keyUp,
-                              .keyCode = escapeKey,
-                              .flags = eventFlags(modifiers, map_.masks())}});
 }
 
 std::optional<std::uint16_t> KeyFlow::claimedKey(xcb_keycode_t keycode) const {
@@ -174,9 +162,10 @@ void KeyFlow::forget(const CaughtKey& key) {
 }
 
 void KeyFlow::sendPress(CaughtKey& key) {
-  // What is sent on comes from XTEST's keyboards. If the key is theirs it is down there already.
+  // What is sent on comes from XTEST's keyboard, which may be the one that is cut off. If the key
+  // is that keyboard's own it is down there already.
   const bool isTaken = grabs_.holds(key.keycode);
-  grabs_.endOfXtest();
+  grabs_.endGrabs();
   if (isTaken) grabs_.lift(key.keycode);
   poster_.knownKey(key.keycode, false);
   poster_.knownKey(key.keycode, true);
@@ -185,7 +174,7 @@ void KeyFlow::sendPress(CaughtKey& key) {
 }
 
 void KeyFlow::sendRelease(xcb_keycode_t keycode) {
-  grabs_.endOfXtest();
+  grabs_.endGrabs();
   poster_.knownKey(keycode, false);
 }
 

@@ -63,8 +63,9 @@ class KeyFlow {
   struct CaughtKey {
     Device device = 0;
     xcb_keycode_t keycode = 0;
-    std::optional<std::uint16_t> shown;  ///< what the tap takes it for; nothing when it is not told
-    bool sentOn = false;                 ///< other programs have it down too
+    /// What the tap takes it for; nothing when it is not told.
+    std::optional<std::uint16_t> shown = {};
+    bool sentOn = false;  ///< other programs have it down too
   };
 
   /// Something that the tap is to see. A verdict counts for a caught key alone.
@@ -76,9 +77,8 @@ class KeyFlow {
 
   void readPress(const xcb_input_key_press_event_t& event);
   void release(const CaughtKey& key);
-  void judge(const Heard& heard);
-  void hear(const CaughtKey& key, EventType type, bool repeated, unsigned modifiers);
-  void hearEscape(bool down, unsigned modifiers);
+  void hear(const CaughtKey& key, std::uint16_t virtualKey, bool down, unsigned modifiers,
+            bool repeated = false);
   [[nodiscard]] KeySet keycodesOf(std::span<const std::uint16_t> virtualKeys) const;
   [[nodiscard]] std::optional<std::uint16_t> claimedKey(xcb_keycode_t keycode) const;
   [[nodiscard]] bool isStale(std::uint32_t time) const;
@@ -94,7 +94,7 @@ class KeyFlow {
   Ask ask_;
   std::vector<std::uint16_t> claimed_;
   std::vector<CaughtKey> caught_;
-  std::vector<Device> cutOff_;  // the keyboards under a grab of ours
+  bool isCutOff_ = false;  // a keyboard is under a grab of ours
   std::deque<Heard> heard_;
 };
 

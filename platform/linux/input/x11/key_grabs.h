@@ -14,18 +14,13 @@ namespace vorrin::x11 {
 /// The number of a device at the server.
 using Device = xcb_input_device_id_t;
 
-/// A keyboard that feeds a master keyboard: a device of the user's, or the one all XTEST clients
+/// The keyboards there are, and the keys that are taken from them before any other program. They
+/// are the slaves, which feed a master: the devices of the user's, and the one all XTEST clients
 /// share.
-struct SlaveKeyboard {
-  Device device = 0;
-  bool isXtest = false;
-};
-
-/// The keyboards there are, and the keys that are taken from them before any other program.
 ///
 /// A press of such a key starts a grab by which its keyboard is cut off from its master until
-/// `end`. Grabbing slaves is what keeps the focus events, freezes and lost key-ups away that grabs
-/// of the master keyboard bring for the window in front, and it works while a menu or another
+/// `endGrabs`. Grabbing slaves is what keeps the focus events, freezes and lost key-ups away that
+/// grabs of the master keyboard bring for the window in front, and it works while a menu or another
 /// program grabs the master. The grabs are asynchronous, so a stopped process never holds up the
 /// keyboard.
 class KeyGrabs {
@@ -36,8 +31,7 @@ class KeyGrabs {
   /// Looks for the keyboards there are now, and takes the same keys from new ones. False when a
   /// key is refused.
   [[nodiscard]] bool rescan();
-  [[nodiscard]] const std::vector<SlaveKeyboard>& keyboards() const { return keyboards_; }
-  [[nodiscard]] bool isThere(Device device) const;
+  [[nodiscard]] const std::vector<Device>& keyboards() const { return keyboards_; }
 
   /// Under which modifier states a key is taken. What is taken is let go when they change.
   void setModifierStates(const std::vector<std::uint32_t>& states);
@@ -50,25 +44,28 @@ class KeyGrabs {
 
   [[nodiscard]] bool holds(xcb_keycode_t keycode) const { return held_[keycode]; }
 
-  /// Ends the grab that a press started. Of requests, as all below: nothing is waited for.
-  void end(Device device) const;
-  /// Ends such grabs of the keyboards that XTEST clients share.
-  void endOfXtest() const;
+  /// Ends the grabs that presses started. Of requests, as all below: nothing is waited for.
+  void endGrabs() const;
 
-  /// Lets a taken key through when it comes from XTEST, until `restore`.
+  /// Lets a taken key through until `restore`.
   void lift(xcb_keycode_t keycode) const;
   void restore(xcb_keycode_t keycode) const;
 
  private:
   void findKeyboards();
+  using Requests = std::vector<xcb_input_xi_passive_grab_device_cookie_t>;
+  [[nodiscard]] Requests requestGrabs(const KeySet& keys) const;
   [[nodiscard]] bool grab(const KeySet& keys) const;
   void ungrab(const KeySet& keys) const;
   template <class Use>
-  void forEachXtest(Use use) const;
+  void forEach(const KeySet& keys, Use use) const;
+  [[nodiscard]] std::uint16_t modifierCount() const {
+    return static_cast<std::uint16_t>(modifierStates_.size());
+  }
 
   const Connection& connection_;
   const std::vector<xcb_window_t> roots_;
-  std::vector<SlaveKeyboard> keyboards_;
+  std::vector<Device> keyboards_;
   std::vector<std::uint32_t> modifierStates_;
   KeySet held_;
 };

@@ -3,6 +3,7 @@
 #include <xkbcommon/xkbcommon-x11.h>
 
 #include <span>
+#include <utility>
 
 #include "platform/event_tap.h"
 #include "platform/linux/foundation/xcb_reply.h"
@@ -78,7 +79,6 @@ std::vector<std::uint32_t> lockStates(const ModifierMasks& masks) {
 KeyboardMap::KeyboardMap(const Connection& connection)
     : connection_(connection), context_(xkb_context_new(XKB_CONTEXT_NO_FLAGS)) {
   selectEvents();
-  readState();
   read();
 }
 
@@ -103,9 +103,14 @@ void KeyboardMap::selectEvents() const {
 
 bool KeyboardMap::follow(const xcb_generic_event_t& event) {
   switch (event.pad0) {  // where XKB has its own type
-    case XCB_XKB_STATE_NOTIFY:
-      setState(reinterpret_cast<const xcb_xkb_state_notify_event_t&>(event));
+    case XCB_XKB_STATE_NOTIFY: {
+      const auto& now = reinterpret_cast<const xcb_xkb_state_notify_event_t&>(event);
+      if (state_)
+        xkb_state_update_mask(state_.get(), now.baseMods, now.latchedMods, now.lockedMods,
+                              static_cast<xkb_layout_index_t>(now.baseGroup),
+                              static_cast<xkb_layout_index_t>(now.latchedGroup), now.lockedGroup);
       return true;
+    }
     case XCB_XKB_NEW_KEYBOARD_NOTIFY:
       // Each time another keyboard is typed on, the core keyboard takes over its map, which the
       // server announces like this. Those maps agree in all that is read here.
@@ -119,41 +124,18 @@ bool KeyboardMap::follow(const xcb_generic_event_t& event) {
   }
 }
 
-void KeyboardMap::readState() {
-  const auto request = xcb_xkb_get_state(connection_.get(), XCB_XKB_ID_USE_CORE_KBD);
-  const auto state = ownReply(xcb_xkb_get_state_reply(connection_.get(), request, nullptr));
-  if (state) setState(*state);
-}
-
-template <class Message>
-void KeyboardMap::setState(const Message& message) {
-  state_ = {.baseModifiers = message.baseMods,
-            .latchedModifiers = message.latchedMods,
-            .lockedModifiers = message.lockedMods,
-            .baseLayout = static_cast<unsigned>(message.baseGroup),
-            .latchedLayout = static_cast<unsigned>(message.latchedGroup),
-            .lockedLayout = message.lockedGroup};
-  applyState();
-}
-
 void KeyboardMap::read() {
   const auto device = xkb_x11_get_core_keyboard_device_id(connection_.get());
-  auto* const map = xkb_x11_keymap_new_from_device(context_.get(), connection_.get(), device,
-                                                   XKB_KEYMAP_COMPILE_NO_FLAGS);
-  if (map == nullptr) return;
-  map_.reset(map);
-  symbols_.reset(xkb_state_new(map));
-  applyState();
+  Reference<xkb_keymap> map(xkb_x11_keymap_new_from_device(context_.get(), connection_.get(),
+                                                           device, XKB_KEYMAP_COMPILE_NO_FLAGS));
+  if (!map) return;
+  Reference<xkb_state> state(xkb_x11_state_new_from_device(map.get(), connection_.get(), device));
+  if (!state) return;
+  map_ = std::move(map);
+  state_ = std::move(state);
   findKeys();
   findEscapes();
   findModifiers();
-}
-
-void KeyboardMap::applyState() {
-  if (!symbols_) return;
-  xkb_state_update_mask(symbols_.get(), state_.baseModifiers, state_.latchedModifiers,
-                        state_.lockedModifiers, state_.baseLayout, state_.latchedLayout,
-                        state_.lockedLayout);
 }
 
 xcb_keycode_t KeyboardMap::keycode(std::uint16_t virtualKey) const {
@@ -163,11 +145,11 @@ xcb_keycode_t KeyboardMap::keycode(std::uint16_t virtualKey) const {
 bool KeyboardMap::isEscape(xcb_keycode_t keycode) const {
   if (!escapes_[keycode]) return false;
   return keycode == this->keycode(escapeKey) ||
-         xkb_state_key_get_one_sym(symbols_.get(), keycode) == XKB_KEY_Escape;
+         xkb_state_key_get_one_sym(state_.get(), keycode) == XKB_KEY_Escape;
 }
 
 unsigned KeyboardMap::modifiers() const {
-  return state_.baseModifiers | state_.latchedModifiers | state_.lockedModifiers;
+  return xkb_state_serialize_mods(state_.get(), XKB_STATE_MODS_EFFECTIVE);
 }
 
 void KeyboardMap::findKeys() {

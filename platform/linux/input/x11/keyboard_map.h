@@ -45,6 +45,9 @@ class KeyboardMap {
   /// Reads the map and its state, and has the server tell of their changes.
   explicit KeyboardMap(const Connection& connection);
 
+  /// Whether there is one. Nothing else may be asked without.
+  [[nodiscard]] bool isThere() const { return map_ != nullptr; }
+
   /// Takes up an event of XKB's. False when the map has to be read anew.
   [[nodiscard]] bool follow(const xcb_generic_event_t& event);
 
@@ -65,40 +68,23 @@ class KeyboardMap {
   [[nodiscard]] const ModifierMasks& masks() const { return masks_; }
 
  private:
-  /// The modifiers and the layout that are on, each by the reason why they are.
-  struct State {
-    unsigned baseModifiers = 0;
-    unsigned latchedModifiers = 0;
-    unsigned lockedModifiers = 0;
-    unsigned baseLayout = 0;
-    unsigned latchedLayout = 0;
-    unsigned lockedLayout = 0;
-  };
-
   void selectEvents() const;
-  void readState();
-  template <class Message>
-  void setState(const Message& message);
-  void applyState();
   void findKeys();
   void findEscapes();
   void findModifiers();
 
-  template <class Release, Release release>
   struct Unreference {
-    template <class Object>
-    void operator()(Object* object) const {
-      release(object);
-    }
+    void operator()(xkb_context* context) const { xkb_context_unref(context); }
+    void operator()(xkb_keymap* map) const { xkb_keymap_unref(map); }
+    void operator()(xkb_state* state) const { xkb_state_unref(state); }
   };
-  template <class Object, auto release>
-  using Reference = std::unique_ptr<Object, Unreference<decltype(release), release>>;
+  template <class Object>
+  using Reference = std::unique_ptr<Object, Unreference>;
 
   const Connection& connection_;
-  Reference<xkb_context, xkb_context_unref> context_;
-  Reference<xkb_keymap, xkb_keymap_unref> map_;
-  Reference<xkb_state, xkb_state_unref> symbols_;
-  State state_;
+  Reference<xkb_context> context_;
+  Reference<xkb_keymap> map_;
+  Reference<xkb_state> state_;
   std::array<xcb_keycode_t, 128> keycodes_{};  // by virtual key code
   KeySet escapes_;
   ModifierMasks masks_;

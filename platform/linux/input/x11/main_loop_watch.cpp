@@ -10,12 +10,12 @@ namespace vorrin::x11 {
 
 struct MainLoopWatch::Native : QSocketNotifier {
   using QSocketNotifier::QSocketNotifier;
+  QMetaObject::Connection beforeSleep;
 };
 
 void MainLoopWatch::DeleteLater::operator()(Native* native) const {
-  native->disconnect();
   native->setEnabled(false);
-  QObject::disconnect(QAbstractEventDispatcher::instance(), nullptr, native, nullptr);
+  QObject::disconnect(native->beforeSleep);
   native->deleteLater();
 }
 
@@ -25,8 +25,9 @@ MainLoopWatch::MainLoopWatch(xcb_connection_t* connection, std::function<void(Ne
   precondition(loop != nullptr, "the main loop exists");
   QObject::connect(native_.get(), &QSocketNotifier::activated, native_.get(),
                    [serve] { serve(&xcb_poll_for_event); });
-  QObject::connect(loop, &QAbstractEventDispatcher::aboutToBlock, native_.get(),
-                   [serve = std::move(serve)] { serve(&xcb_poll_for_queued_event); });
+  native_->beforeSleep =
+      QObject::connect(loop, &QAbstractEventDispatcher::aboutToBlock, native_.get(),
+                       [serve = std::move(serve)] { serve(&xcb_poll_for_queued_event); });
 }
 
 void MainLoopWatch::closeSocket() {

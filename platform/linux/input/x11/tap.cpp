@@ -1,5 +1,6 @@
 #include "platform/linux/input/x11/tap.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "platform/linux/foundation/xcb_reply.h"
@@ -19,7 +20,8 @@ std::unique_ptr<Tap> Tap::create(std::uint64_t mask, EventTap::Callback callback
                                  std::function<void()> invalidated) {
   auto connection = Connection::open();
   if (!connection) return nullptr;
-  return std::make_unique<Tap>(*std::move(connection), mask, callback, std::move(invalidated));
+  auto tap = std::make_unique<Tap>(*std::move(connection), mask, callback, std::move(invalidated));
+  return tap->map_.isThere() ? std::move(tap) : nullptr;
 }
 
 Tap::Tap(Connection connection, std::uint64_t mask, EventTap::Callback callback,
@@ -31,8 +33,9 @@ Tap::Tap(Connection connection, std::uint64_t mask, EventTap::Callback callback,
       map_(connection_),
       poster_(connection_),
       grabs_(connection_),
-      flow_(grabs_, map_, poster_, connection_.sharesClock(),
-            [this](const TapEvent& event) { return ask(event); }) {}
+      flow_(grabs_, map_, poster_, connection_.sharesClock(), [this](const TapEvent& event) {
+        return wants(event.type) ? callback_(event) : TapVerdict::pass;
+      }) {}
 
 Tap::~Tap() {
   watch_.reset();
@@ -48,7 +51,7 @@ Tap::~Tap() {
 }
 
 void Tap::addToMainRunLoop() {
-  if (!watch_) watch_.emplace(connection_.get(), [this](NextEvent next) { serve(next); });
+  if (!watch_) watch_.emplace(connection_.get(), std::bind_front(&Tap::serve, this));
 }
 
 bool Tap::claim(std::span<const std::uint16_t> virtualKeys) {
@@ -95,16 +98,10 @@ bool Tap::readAll(NextEvent next) {
 void Tap::read(const xcb_generic_event_t& event) {
   constexpr std::uint8_t withoutSender = 0x7F;
   const std::uint8_t type = event.response_type & withoutSender;
-  if (type == XCB_GE_GENERIC) {
-    readInput(as<xcb_ge_generic_event_t>(event));
-  } else if (type == connection_.xkbEvent()) {
-    mapChanged_ = !map_.follow(event) || mapChanged_;
-  }
-}
-
-void Tap::readInput(const xcb_ge_generic_event_t& event) {
-  if (event.extension != connection_.inputExtension()) return;
-  switch (event.event_type) {
+  if (type == connection_.xkbEvent()) mapChanged_ = !map_.follow(event) || mapChanged_;
+  const auto& input = as<xcb_ge_generic_event_t>(event);
+  if (type != XCB_GE_GENERIC || input.extension != connection_.inputExtension()) return;
+  switch (input.event_type) {
     case XCB_INPUT_RAW_KEY_PRESS:
     case XCB_INPUT_RAW_KEY_RELEASE:
       return flow_.readRaw(as<xcb_input_raw_key_press_event_t>(event));
@@ -130,8 +127,9 @@ void Tap::followChanges() {
 void Tap::followKeyboards() {
   const auto former = grabs_.keyboards();
   refused_ = !grabs_.rescan() || refused_;
-  for (const SlaveKeyboard& keyboard : former) {
-    if (!grabs_.isThere(keyboard.device)) flow_.leave(keyboard.device);
+  for (const Device device : former) {
+    const bool isGone = std::ranges::count(grabs_.keyboards(), device) == 0;
+    if (isGone) flow_.leave(device);
   }
   connection_.flush();
 }
@@ -144,9 +142,8 @@ void Tap::endIfUseless() {
   if (invalidated) invalidated();
 }
 
-TapVerdict Tap::ask(const TapEvent& event) const {
-  const bool isWanted = ((mask_ >> static_cast<unsigned>(event.type)) & 1U) != 0;
-  return isWanted && enabled_ ? callback_(event) : TapVerdict::pass;
+bool Tap::wants(EventType type) const {
+  return enabled_ && ((mask_ >> static_cast<unsigned>(type)) & 1U) != 0;
 }
 
 }  // namespace vorrin::x11

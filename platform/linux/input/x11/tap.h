@@ -48,11 +48,10 @@ class Tap {
   /// Whether there was anything.
   bool readAll(NextEvent next);
   void read(const xcb_generic_event_t& event);
-  void readInput(const xcb_ge_generic_event_t& event);
   void followChanges();
   void followKeyboards();
   void endIfUseless();
-  [[nodiscard]] TapVerdict ask(const TapEvent& event) const;
+  [[nodiscard]] bool wants(EventType type) const;
 
   Connection connection_;
   const std::uint64_t mask_;
