@@ -66,6 +66,10 @@ TEST_F(Layout, the_longest_status_fits_the_smallest_window) {
   expectNothingClipped();
 }
 
+const std::string longNotice =
+    "The stored settings could not be understood. They were kept as "
+    "“org.vorrin.Vorrin.json.damaged” in their folder.";
+
 TEST_F(Layout, the_longest_names_in_list_field_and_notice_fit_the_smallest_window) {
   fake::system().trusted = false;
   launch();
@@ -75,6 +79,8 @@ TEST_F(Layout, the_longest_names_in_list_field_and_notice_fit_the_smallest_windo
     ASSERT_EQ(app->presetNotice.text(), "Saved “" + name + "”.");
     click(button("Load"));
     ASSERT_EQ(app->presetNotice.text(), "Loaded “" + name + "”. Both macros are OFF.");
+    // As long as those about a storage that fails.
+    app->saveNotice.setText(longNotice);
     expectNothingClipped();
   }
 }
