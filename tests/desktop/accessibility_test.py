@@ -10,6 +10,12 @@ from desktop import BUS_NAME, Client, Desktop, wait_until
 TAB = 23  # the server's key code
 
 
+def kind(thing):
+    """What its user hears a thing called; older accessibility services say it longer."""
+    name = thing.get_role_name()
+    return "button" if name == "push button" else name
+
+
 class Accessibility(unittest.TestCase):
     """One desktop for all tests: the library of the screen readers knows only one in its life."""
 
@@ -35,7 +41,7 @@ class Accessibility(unittest.TestCase):
         Atspi.init()
         cls.told = []
         cls.listener = Atspi.EventListener.new(
-            lambda event: cls.told.append((event.source.get_role_name(), event.source.get_name())))
+            lambda event: cls.told.append((kind(event.source), event.source.get_name())))
         cls.listener.register("object:property-change:accessible-name")
         cls.application = wait_until(cls.find_application, "Vorrin among the applications")
 
@@ -67,7 +73,7 @@ class Accessibility(unittest.TestCase):
         """The thing of this role that has `name` as its name or description."""
         self.pump()
         for thing in self.everything():
-            if thing.get_role_name() == role and name in (thing.get_name(), thing.get_description()):
+            if kind(thing) == role and name in (thing.get_name(), thing.get_description()):
                 return thing
         return None
 
@@ -77,8 +83,8 @@ class Accessibility(unittest.TestCase):
     def focused(self, inside=None):
         self.pump()
         for thing in self.everything(inside):
-            if {"focused", "focusable"} <= self.states(thing) and thing.get_role_name() != "list item":
-                return thing.get_role_name(), thing.get_description() or thing.get_name()
+            if {"focused", "focusable"} <= self.states(thing) and kind(thing) != "list item":
+                return kind(thing), thing.get_description() or thing.get_name()
         return None
 
     def go_to(self, role, name, inside=None):
@@ -117,29 +123,29 @@ class Accessibility(unittest.TestCase):
         return TAB not in arrived or clicks > 0
 
     def test_every_control_says_what_it_is_and_what_it_is_for(self):
-        controls = [(thing.get_role_name(), thing.get_description() or thing.get_name())
+        controls = [(kind(thing), thing.get_description() or thing.get_name())
                     for thing in self.everything() if "focusable" in self.states(thing)
-                    and thing.get_role_name() not in ("list", "list item")]
+                    and kind(thing) not in ("list", "list item")]
         self.assertEqual(controls, [
-            ("push button", "Full screen"),
+            ("button", "Full screen"),
             ("check box", "Enable keyboard repeat"),
-            ("push button", "Start keyboard repeat"),
+            ("button", "Start keyboard repeat"),
             ("combo box", "Shortcut of keyboard repeat"),
             ("text", "Seconds between two actions of keyboard repeat"),
             ("check box", "Enable left mouse click"),
-            ("push button", "Start left mouse click"),
+            ("button", "Start left mouse click"),
             ("combo box", "Shortcut of left mouse click"),
             ("text", "Seconds between two actions of left mouse click"),
             ("combo box", "Keyboard output"),
-            ("push button", "Stop all · Esc"),
+            ("button", "Stop all · Esc"),
             ("text", "Preset name"),
-            ("push button", "Save preset"),
+            ("button", "Save preset"),
             ("combo box", "Saved presets"),
-            ("push button", "Load"),
-            ("push button", "Rename"),
-            ("push button", "Delete"),
-            ("push button", "Open Accessibility Settings"),
-            ("push button", "Retry connection"),
+            ("button", "Load"),
+            ("button", "Rename"),
+            ("button", "Delete"),
+            ("button", "Open Accessibility Settings"),
+            ("button", "Retry connection"),
         ])
 
     def test_texts_and_states_are_read_as_they_are_shown(self):
@@ -148,20 +154,20 @@ class Accessibility(unittest.TestCase):
             self.has("label", text)
         for state, role, name in (("active", "frame", "Vorrin"),
                                   ("checked", "check box", "Enable left mouse click"),
-                                  ("sensitive", "push button", "Start left mouse click")):
+                                  ("sensitive", "button", "Start left mouse click")):
             self.assertIn(state, self.states(self.has(role, name)))
         self.assertNotIn("sensitive", self.states(self.has("combo box", "Saved presets")))
 
     def test_a_macro_is_worked_by_the_keyboard_and_its_state_is_told(self):
         self.told.clear()
-        self.go_to("push button", "Start keyboard repeat")
+        self.go_to("button", "Start keyboard repeat")
         self.desktop.type("space")
         self.has("label", "PAUSED · app focused")
-        self.has("push button", "Stop keyboard repeat")
+        self.has("button", "Stop keyboard repeat")
         self.wait_until_told("label", "PAUSED · app focused")
         self.told.clear()
         self.desktop.type("Escape")
-        self.has("push button", "Start keyboard repeat")
+        self.has("button", "Start keyboard repeat")
         self.wait_until_told("label", "OFF")
 
     def test_the_status_line_is_told_when_the_shortcuts_are_lost_and_when_they_are_back(self):
@@ -182,7 +188,7 @@ class Accessibility(unittest.TestCase):
         os.killpg(self.process.pid, signal.SIGCONT)
         self.wait_until_told("label", lost)
         self.has("label", lost)
-        self.assertNotIn("sensitive", self.states(self.has("push button", "Start left mouse click")))
+        self.assertNotIn("sensitive", self.states(self.has("button", "Start left mouse click")))
         self.told.clear()
         self.desktop.end(another)
         self.wait_until_told("label", connected)
@@ -205,14 +211,14 @@ class Accessibility(unittest.TestCase):
     def test_a_preset_is_saved_and_deleted_by_the_keyboard(self):
         self.go_to("text", "Preset name")
         self.desktop.type("g", "a", "m", "e")
-        self.go_to("push button", "Save preset")
+        self.go_to("button", "Save preset")
         self.desktop.type("space")
         wait_until(lambda: self.has("combo box", "Saved presets").get_name() == "game", "the preset")
-        self.go_to("push button", "Delete")
+        self.go_to("button", "Delete")
         self.desktop.type("space")
         question = self.has("dialog", "Delete “game”?")
         wait_until(lambda: self.focused(question), "the question in focus")
-        self.go_to("push button", "Delete", question)
+        self.go_to("button", "Delete", question)
         self.desktop.type("space")
         wait_until(lambda: self.has("combo box", "Saved presets").get_name() == "No saved presets",
                    "an empty list")

@@ -71,14 +71,16 @@ TEST(QtTextField, a_label_keeps_its_line_breaks) {
 }
 
 TEST(QtTextField, a_label_wraps_at_words) {
-  const auto& label = wrapping(TextField::wrappingLabel("some words to wrap at"));
+  const TextField text = TextField::wrappingLabel("some words to wrap at");
+  const auto& label = wrapping(text);
   const int line = label.heightForWidth(1000);
   EXPECT_EQ(label.heightForWidth(label.sizeHint().width()), line);
   EXPECT_EQ(label.heightForWidth(label.sizeHint().width() * 2 / 3), 2 * line);
 }
 
 TEST(QtTextField, a_label_wraps_inside_a_word_that_is_longer_than_a_line) {
-  const auto& label = wrapping(TextField::wrappingLabel(std::string(100, 'w')));
+  const TextField text = TextField::wrappingLabel(std::string(100, 'w'));
+  const auto& label = wrapping(text);
   EXPECT_GE(label.heightForWidth(label.sizeHint().width() / 3), 3 * label.heightForWidth(100000));
   EXPECT_EQ(label.minimumSizeHint().width(), 0);
 }
@@ -93,7 +95,8 @@ TEST(QtTextField, a_label_shows_no_more_than_its_lines) {
 }
 
 TEST(QtTextField, a_label_of_ten_thousand_characters_can_be_shown) {
-  const auto& label = wrapping(TextField::wrappingLabel(std::string(10000, 'w')));
+  const TextField text = TextField::wrappingLabel(std::string(10000, 'w'));
+  const auto& label = wrapping(text);
   EXPECT_GT(label.heightForWidth(500), 500);
   EXPECT_FALSE(widgetOf(TextField::wrappingLabel(std::string(10000, 'w'))).grab().isNull());
 }
