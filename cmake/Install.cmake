@@ -61,6 +61,11 @@ install(FILES ${CMAKE_SOURCE_DIR}/docs/guide.md DESTINATION ${vorrin_doc})
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME vorrin)
+# It depends on the libraries of the release it was built on, and the version says so: 0.1.0~deb12. Where there is
+# a later release's package, that one is the newer.
+cmake_host_system_information(RESULT vorrin_release QUERY DISTRIB_INFO)
+string(REPLACE "debian" "deb" vorrin_distribution "${vorrin_release_ID}")
+set(CPACK_DEBIAN_PACKAGE_VERSION ${PROJECT_VERSION}~${vorrin_distribution}${vorrin_release_VERSION_ID})
 # Full paths are written into the program and its files, so a package is made of a build for /usr; and
 # some of those files have their place whatever the prefix.
 set(CPACK_INSTALL_PREFIX ${CMAKE_INSTALL_PREFIX})
@@ -82,6 +87,9 @@ set(CPACK_DEBIAN_PACKAGE_DEPENDS "fonts-dejavu-core | fonts-liberation | fonts-n
 # Without a session bus a second start or a locked screen is not noticed; polkit gives the permission
 # that sessions other than X11 ask for.
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "default-dbus-session-bus | dbus-session-bus, polkitd, pkexec")
+# Qt's windows in a Wayland session, and gdbus, by which the icon's "Stop Both Macros" is carried out where the
+# desktop does not call D-Bus itself.
+string(APPEND CPACK_DEBIAN_PACKAGE_RECOMMENDS ", qt6-wayland, libglib2.0-bin")
 # With it a macro keeps its pace on a machine that is busy with something else. Desktops with sound
 # have it.
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "rtkit")
@@ -94,5 +102,7 @@ stops both.
 .
 Intervals go from 0.001 to 3600 seconds. Settings save themselves, and named
 presets keep whole sets of them. Both macros are off at every start, and stop
-before sleep and when the screen is locked.")
+before sleep and when the screen is locked.
+.
+This package was built for ${vorrin_release_PRETTY_NAME}.")
 include(CPack)
