@@ -1,13 +1,8 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <array>
-#include <chrono>
-#include <cstdlib>
 #include <deque>
-#include <random>
 #include <string>
-#include <thread>
 #include <utility>
 #include <vector>
 
@@ -45,34 +40,6 @@ std::int64_t storedGeneration() {
 }
 
 class UserDefaultsCrash : public DefaultsSandbox {};
-
-TEST_F(UserDefaultsCrash, loses_no_committed_value_when_a_writer_is_killed) {
-  constexpr int kills = 40;
-  std::mt19937 random(7);
-  std::int64_t committed = -1;
-  for (int kill = 0; kill < kills; ++kill) {
-    std::array<int, 2> commits{};
-    ASSERT_EQ(::pipe(commits.data()), 0);
-    ChildProcess writer([&] {
-      for (std::int64_t number = committed + 1;; ++number) {
-        if (!storeGeneration(number)) return false;
-        if (::write(commits[1], &number, sizeof number) != sizeof number) return false;
-      }
-    });
-    ::close(commits[1]);
-    std::this_thread::sleep_for(std::chrono::microseconds(random() % 20'000));
-    writer.kill();
-    for (std::int64_t number = 0; ::read(commits[0], &number, sizeof number) == sizeof number;) {
-      committed = number;
-    }
-    ::close(commits[0]);
-    const auto found = storedGeneration();
-    ASSERT_TRUE(found == committed || found == committed + 1) << found << ", not " << committed;
-    committed = found;
-    ASSERT_EQ(writer.errors(), "");
-  }
-  EXPECT_GT(committed, 0);
-}
 
 TEST_F(UserDefaultsCrash, stores_all_values_or_none_when_killed_at_any_instant) {
   for (const std::int64_t before : {std::int64_t{-1}, std::int64_t{1}}) {

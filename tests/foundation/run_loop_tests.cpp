@@ -19,16 +19,12 @@ double secondsFrom(Clock::time_point start) {
 
 TEST(RunLoop, runs_for_as_long_as_asked) {
   const auto start = Clock::now();
-  RunLoop::main().runFor(0.05);
-  EXPECT_GE(secondsFrom(start), 0.05);
-  EXPECT_LT(secondsFrom(start), 1.0);
-}
-
-TEST(RunLoop, returns_when_asked_to_run_for_no_time) {
-  const auto start = Clock::now();
   RunLoop::main().runFor(0);
   RunLoop::main().runFor(-1);
   EXPECT_LT(secondsFrom(start), 1.0);
+  RunLoop::main().runFor(0.05);
+  EXPECT_GE(secondsFrom(start), 0.05);
+  EXPECT_LT(secondsFrom(start), 2.0);
 }
 
 TEST(RunLoop, serves_timers_of_both_modes) {
@@ -60,16 +56,6 @@ TEST(RunLoop, serves_timers_only_while_it_runs) {
   timer.invalidate();
 }
 
-TEST(RunLoop, keeps_a_scheduled_timer_alive_when_nobody_else_does) {
-  ChildProcess child([] {  // ends with the timer, which nobody can invalidate
-    int count = 0;
-    RunLoop::main().add(Timer(0.002, [&] { ++count; }), RunLoopMode::common);
-    RunLoop::main().runFor(0.1);
-    return count > 1;
-  });
-  EXPECT_TRUE(child.wait());
-}
-
 TEST(RunLoop, takes_a_timer_added_twice_for_one) {
   int count = 0;
   const auto start = Clock::now();
@@ -80,15 +66,6 @@ TEST(RunLoop, takes_a_timer_added_twice_for_one) {
   timer.invalidate();
   EXPECT_GT(count, 0);
   EXPECT_LE(count, static_cast<int>(secondsFrom(start) / 0.01));
-}
-
-TEST(RunLoop, does_not_take_an_invalidated_timer) {
-  int count = 0;
-  const Timer timer(0.001, [&] { ++count; });
-  timer.invalidate();
-  RunLoop::main().add(timer, RunLoopMode::common);
-  RunLoop::main().runFor(0.01);
-  EXPECT_EQ(count, 0);
 }
 
 TEST(RunLoop, runs_within_itself) {
@@ -105,30 +82,23 @@ TEST(RunLoop, runs_within_itself) {
   EXPECT_GE(inner, 0.05);
 }
 
-TEST(RunLoop, needs_no_application_no_display_and_no_session) {
-  ChildProcess child([] {
+TEST(RunLoop, keeps_a_timer_alive_and_needs_no_application_no_display_and_no_session) {
+  ChildProcess child([] {  // ends with the timer, which nobody can invalidate
     ::clearenv();
     int count = 0;
-    const Timer timer(0.001, [&] { ++count; });
-    RunLoop::main().add(timer, RunLoopMode::common);
+    RunLoop::main().add(Timer(0.001, [&] { ++count; }), RunLoopMode::common);
     RunLoop::main().runFor(0.1);
-    return count > 0;
+    return count > 1;
   });
   EXPECT_TRUE(child.wait());
   EXPECT_EQ(child.errors(), "");
 }
 
-TEST(RunLoop, lets_the_kernel_delay_no_wait_of_the_process) {
-  const Timer timer(1, [] {});
-  RunLoop::main().add(timer, RunLoopMode::common);
-  timer.invalidate();
-  EXPECT_EQ(::prctl(PR_GET_TIMERSLACK), 1);
-}
-
-TEST(RunLoop, hands_no_descriptor_of_its_own_to_started_programs) {
+TEST(RunLoop, lets_the_kernel_delay_no_wait_and_hands_on_no_descriptor) {
   const auto before = inheritableDescriptors();
   const Timer timer(1, [] {});
   RunLoop::main().add(timer, RunLoopMode::common);
+  EXPECT_EQ(::prctl(PR_GET_TIMERSLACK), 1);
   EXPECT_EQ(inheritableDescriptors(), before);
   timer.invalidate();
 }

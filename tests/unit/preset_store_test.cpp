@@ -40,36 +40,15 @@ std::string startText() {
   return std::string(test::startJson);
 }
 
-TEST_F(PresetStoreTest, is_empty_at_first) {
-  EXPECT_TRUE(store.all().value.empty());
-}
-
-TEST_F(PresetStoreTest, lists_what_was_saved) {
-  EXPECT_TRUE(store.save(startPreset(), "Work"));
-  EXPECT_TRUE(store.save(otherPreset(), "Night"));
-  EXPECT_EQ(store.all().value, (Presets{{"Work", startPreset()}, {"Night", otherPreset()}}));
-}
-
-TEST_F(PresetStoreTest, a_second_store_lists_what_the_first_saved) {
-  EXPECT_TRUE(store.save(otherPreset(), "Work"));
-  EXPECT_EQ(PresetStore(reopened()).all().value, (Presets{{"Work", otherPreset()}}));
-}
-
-TEST_F(PresetStoreTest, nothing_is_cached) {
+TEST_F(PresetStoreTest, lists_what_any_store_on_the_domain_has_saved) {
   const PresetStore second{reopened()};
-  EXPECT_TRUE(store.save(startPreset(), "Work"));
-  EXPECT_TRUE(second.save(otherPreset(), "Night"));
-  EXPECT_EQ(store.all().value.size(), 2U);
-}
-
-TEST_F(PresetStoreTest, keeps_its_presets_as_json_data) {
-  EXPECT_TRUE(store.save(startPreset(), "Work"));
-  EXPECT_EQ(storedPresets(), (Presets{{"Work", startPreset()}}));
-}
-
-TEST_F(PresetStoreTest, saves_under_the_trimmed_name) {
+  EXPECT_TRUE(store.all().value.empty());
   EXPECT_TRUE(store.save(startPreset(), "  Work  "));
-  EXPECT_EQ(store.all().value, (Presets{{"Work", startPreset()}}));
+  EXPECT_TRUE(second.save(otherPreset(), "work"));
+  const Presets expected{{"Work", startPreset()}, {"work", otherPreset()}};
+  EXPECT_EQ(store.all().value, expected);
+  EXPECT_EQ(second.all().value, expected);
+  EXPECT_EQ(storedPresets(), expected);
 }
 
 TEST_F(PresetStoreTest, saving_under_a_name_again_replaces_the_preset) {
@@ -78,30 +57,9 @@ TEST_F(PresetStoreTest, saving_under_a_name_again_replaces_the_preset) {
   EXPECT_EQ(store.all().value, (Presets{{"Work", otherPreset()}}));
 }
 
-TEST_F(PresetStoreTest, names_differ_by_case) {
-  EXPECT_TRUE(store.save(startPreset(), "work"));
-  EXPECT_TRUE(store.save(otherPreset(), "Work"));
-  EXPECT_EQ(store.all().value.size(), 2U);
-}
-
-TEST_F(PresetStoreTest, a_name_that_is_refused_writes_nothing) {
-  EXPECT_FALSE(store.save(startPreset(), ""));
-  EXPECT_FALSE(store.save(startPreset(), " \n"));
-  EXPECT_FALSE(store.save(startPreset(), std::string(81, 'a')));
-  EXPECT_EQ(storedJson(), "");
-}
-
-TEST_F(PresetStoreTest, names_of_80_emoji_are_saved_and_of_81_are_not) {
-  std::string emoji;
-  for (int count = 0; count < 80; ++count) emoji += "👩‍👩‍👧‍👦";
-  EXPECT_TRUE(store.save(startPreset(), emoji));
-  EXPECT_TRUE(store.all().value.contains(emoji));
-  EXPECT_FALSE(store.save(startPreset(), emoji + "😀"));
-}
-
 TEST_F(PresetStoreTest, names_of_every_script_are_kept) {
-  for (const char* name : {"Über", "日本語", "العربية", "עברית", "हिन्दी", "ไทย", "e\u0301", "\"\\/",
-                           "🇩🇪", "“Night”", "a\u200Db", "a\tb"}) {
+  for (const char* name :
+       {"日本語", "العربية", "हिन्दी", "e\u0301", "\"\\/", "🇩🇪", "\uFEFFx", "a\tb"}) {
     EXPECT_TRUE(store.save(startPreset(), name)) << name;
     EXPECT_TRUE(store.all().value.contains(name)) << name;
   }
@@ -120,38 +78,23 @@ TEST_F(PresetStoreTest, a_preset_that_is_not_valid_writes_nothing) {
 TEST_F(PresetStoreTest, a_renamed_preset_keeps_its_values) {
   EXPECT_TRUE(store.save(otherPreset(), "Work"));
   EXPECT_TRUE(store.rename("Work", " Home "));
+  EXPECT_TRUE(store.rename("Home", "Home "));
   EXPECT_EQ(store.all().value, (Presets{{"Home", otherPreset()}}));
 }
 
-TEST_F(PresetStoreTest, a_preset_may_be_renamed_to_its_own_name) {
-  EXPECT_TRUE(store.save(startPreset(), "Work"));
-  EXPECT_TRUE(store.rename("Work", "Work"));
-  EXPECT_TRUE(store.rename("Work", " Work "));
-  EXPECT_EQ(store.all().value, (Presets{{"Work", startPreset()}}));
-}
-
-TEST_F(PresetStoreTest, renaming_never_overwrites) {
+TEST_F(PresetStoreTest, what_is_refused_changes_nothing) {
   EXPECT_TRUE(store.save(startPreset(), "Work"));
   EXPECT_TRUE(store.save(otherPreset(), "Home"));
   const std::string before = storedJson();
-  EXPECT_FALSE(store.rename("Work", "Home"));
-  EXPECT_FALSE(store.rename("Work", " Home "));
-  EXPECT_EQ(storedJson(), before);
-}
-
-TEST_F(PresetStoreTest, a_new_name_that_is_refused_changes_nothing) {
-  EXPECT_TRUE(store.save(startPreset(), "Work"));
-  EXPECT_FALSE(store.rename("Work", ""));
-  EXPECT_FALSE(store.rename("Work", "   "));
+  for (const char* taken : {"Home", " Home ", "", "   "}) {
+    EXPECT_FALSE(store.rename("Work", taken)) << taken;
+  }
   EXPECT_FALSE(store.rename("Work", std::string(81, 'a')));
-  EXPECT_EQ(store.all().value, (Presets{{"Work", startPreset()}}));
-}
-
-TEST_F(PresetStoreTest, the_current_name_is_not_trimmed) {
-  EXPECT_TRUE(store.save(startPreset(), "Work"));
-  EXPECT_FALSE(store.rename(" Work", "Home"));
+  EXPECT_FALSE(store.save(startPreset(), std::string(81, 'a')));
+  EXPECT_FALSE(store.save(startPreset(), " \n"));
+  EXPECT_FALSE(store.rename(" Work", "Day"));
   EXPECT_FALSE(store.remove("Work "));
-  EXPECT_EQ(store.all().value, (Presets{{"Work", startPreset()}}));
+  EXPECT_EQ(storedJson(), before);
 }
 
 TEST_F(PresetStoreTest, a_stored_name_with_blanks_around_it_can_be_renamed_and_deleted) {
@@ -166,14 +109,6 @@ TEST_F(PresetStoreTest, what_is_not_stored_can_neither_be_renamed_nor_deleted) {
   EXPECT_FALSE(store.rename("Work", "Work"));
   EXPECT_FALSE(store.remove("Work"));
   EXPECT_EQ(storedJson(), "");
-}
-
-TEST_F(PresetStoreTest, deleting_removes_one_preset) {
-  EXPECT_TRUE(store.save(startPreset(), "Work"));
-  EXPECT_TRUE(store.save(otherPreset(), "Home"));
-  EXPECT_TRUE(store.remove("Work"));
-  EXPECT_EQ(store.all().value, (Presets{{"Home", otherPreset()}}));
-  EXPECT_FALSE(store.remove("Work"));
 }
 
 TEST_F(PresetStoreTest, deleting_the_last_preset_leaves_an_empty_object) {
@@ -194,40 +129,21 @@ TEST_F(PresetStoreTest, an_entry_that_is_not_data_lists_nothing_and_is_replaced_
   }
 }
 
-struct UnreadableJson {
-  const char* what;
-  std::string json;
-};
-
-class UnreadableEntry : public PresetStoreTest,
-                        public testing::WithParamInterface<UnreadableJson> {};
-
-TEST_P(UnreadableEntry, lists_nothing_and_stays_until_the_next_save) {
-  const std::string& json = GetParam().json;
-  putJson(json);
-  EXPECT_TRUE(store.all().value.empty());
-  EXPECT_FALSE(store.rename("a", "b"));
-  EXPECT_FALSE(store.remove("a"));
-  EXPECT_EQ(storedJson(), json);
-  EXPECT_TRUE(store.save(otherPreset(), "New"));
-  EXPECT_EQ(storedPresets(), (Presets{{"New", otherPreset()}}));
+TEST_F(PresetStoreTest, an_entry_that_cannot_be_decoded_lists_nothing_and_stays_until_a_save) {
+  for (const std::string& json :
+       {std::string(), std::string("not JSON"), std::string("[]"), std::string("{\"a\":"),
+        "{\"a\":" + startText() + ",\"b\":{}}", "{\"a\xFF\":" + startText() + "}",
+        "{\"a\":" + presetText("keys", "[50,65536]") + "}", std::string(1000, '\0'),
+        std::string(10'000, '[')}) {
+    putJson(json);
+    EXPECT_TRUE(store.all().value.empty());
+    EXPECT_FALSE(store.rename("a", "b"));
+    EXPECT_FALSE(store.remove("a"));
+    EXPECT_EQ(storedJson(), json);
+    EXPECT_TRUE(store.save(otherPreset(), "New"));
+    EXPECT_EQ(storedPresets(), (Presets{{"New", otherPreset()}}));
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    PresetStore, UnreadableEntry,
-    testing::Values(UnreadableJson{"nothing", ""}, UnreadableJson{"no_json", "not JSON"},
-                    UnreadableJson{"a_list", "[]"}, UnreadableJson{"null", "null"},
-                    UnreadableJson{"a_torn_object", "{\"a\":"},
-                    UnreadableJson{"an_empty_preset", "{\"a\":" + startText() + ",\"b\":{}}"},
-                    UnreadableJson{"a_number_for_a_preset", "{\"a\":" + startText() + ",\"b\":7}"},
-                    UnreadableJson{"a_name_not_in_utf_8", "{\"a\xFF\":" + startText() + "}"},
-                    UnreadableJson{"a_text_for_an_interval",
-                                   "{\"a\":" + presetText("intervals", "[\"1\",1]") + "}"},
-                    UnreadableJson{"a_key_code_too_large",
-                                   "{\"a\":" + presetText("keys", "[50,65536]") + "}"},
-                    UnreadableJson{"nul_bytes", std::string(1000, '\0')},
-                    UnreadableJson{"a_hundred_thousand_levels", std::string(100'000, '[')}),
-    [](const auto& entry) { return entry.param.what; });
 
 TEST_F(PresetStoreTest, an_entry_without_a_name_is_not_listed_and_goes_with_the_next_write) {
   putJson("{\"\":" + startText() + ",\"a\":" + startText() + "}");

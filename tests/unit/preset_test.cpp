@@ -70,11 +70,6 @@ TEST(Preset, digits_from_0_to_9_are_valid) {
   }
 }
 
-TEST(Preset, any_two_enabled_flags_are_valid) {
-  EXPECT_TRUE(withEnabled({false, false}).valid());
-  EXPECT_TRUE(withEnabled({true, false}).valid());
-}
-
 TEST(Preset, a_number_of_values_other_than_two_is_not_valid) {
   for (const std::vector<double>& list : {std::vector<double>{}, {1}, {1, 1, 1}}) {
     EXPECT_FALSE(withIntervals(list).valid());
@@ -85,14 +80,6 @@ TEST(Preset, a_number_of_values_other_than_two_is_not_valid) {
   }
   for (const std::vector<bool>& list : {std::vector<bool>{}, {true}, {true, true, true}}) {
     EXPECT_FALSE(withEnabled(list).valid());
-  }
-}
-
-TEST(Preset, records_are_equal_when_all_fields_are) {
-  EXPECT_EQ(startPreset(), startPreset());
-  for (const Preset& other : {withIntervals({0.001, 0.05}), withIntervals({0.05}),
-                              withKeys({48, 50}), withDigit(2), withEnabled({true, false})}) {
-    EXPECT_NE(startPreset(), other);
   }
 }
 
