@@ -26,8 +26,14 @@ Stored readStored();
 /// For the message of a failed comparison.
 std::ostream& operator<<(std::ostream& stream, const Stored& stored);
 
+struct OwnDesktop {
+  Desktop ownDesktop;
+};
+
 /// The program at work, about to be hurt.
-struct FaultTest : EndToEndTest {
+struct FaultTest : OwnDesktop, EndToEndTest {
+  FaultTest() : EndToEndTest(ownDesktop) {}
+
   std::mt19937 random{static_cast<std::mt19937::result_type>(amount("seed", 1))};
 
   /// Starts what `start` starts and both macros, and waits until they act.

@@ -70,9 +70,6 @@ void addMasters(std::string& text, Display* display) {
 
 std::string heldInput(const std::string& display) {
   const DisplayPointer connection = x11_tests::openDisplay(display);
-  int major = 2;
-  int minor = 2;
-  XIQueryVersion(connection.get(), &major, &minor);
   std::string text;
   addMasters(text, connection.get());
   int count = 0;

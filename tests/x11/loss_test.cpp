@@ -7,15 +7,20 @@
 namespace vorrin::x11_tests {
 namespace {
 
-TEST_F(TapTest, losing_the_server_invalidates_the_tap) {
-  swallow("50");
+struct OwnDesktop {
+  Desktop ownDesktop;
+};
+struct LossTest : OwnDesktop, TapTest {
+  LossTest() : TapTest(ownDesktop) { swallow("50"); }
+};
+
+TEST_F(LossTest, losing_the_server_invalidates_the_tap) {
   desktop.server().process().signal(SIGKILL);
   EXPECT_TRUE(tap.readUpTo("invalidated"));
   EXPECT_FALSE(tap.command("create 50"));
 }
 
-TEST_F(TapTest, a_program_that_lost_the_server_ends_as_usual) {
-  swallow("50");
+TEST_F(LossTest, a_program_that_lost_the_server_ends_as_usual) {
   user.press(keys::backtick);
   desktop.server().process().signal(SIGKILL);
   ASSERT_TRUE(tap.readUpTo("invalidated"));
@@ -23,8 +28,7 @@ TEST_F(TapTest, a_program_that_lost_the_server_ends_as_usual) {
   EXPECT_EQ(tap.process().waitForEnd(), Ending{});
 }
 
-TEST_F(TapTest, losing_the_server_while_posting_ends_nothing) {
-  swallow("50");
+TEST_F(LossTest, losing_the_server_while_posting_ends_nothing) {
   tap.start("post 18 7 1000");
   tap.start("post 18 7 100000");
   ASSERT_TRUE(tap.readUpTo("post yes"));
@@ -34,8 +38,7 @@ TEST_F(TapTest, losing_the_server_while_posting_ends_nothing) {
   EXPECT_EQ(tap.process().waitForEnd(), Ending{});
 }
 
-TEST_F(TapTest, a_tap_disabled_after_the_server_is_gone_ends_nothing) {
-  swallow("50");
+TEST_F(LossTest, a_tap_disabled_after_the_server_is_gone_ends_nothing) {
   tap.start("block 300");
   desktop.server().process().signal(SIGKILL);
   tap.start("disable");

@@ -3,8 +3,7 @@
 #include <X11/extensions/XInput2.h>
 
 #include <array>
-#include <span>
-#include <stdexcept>
+#include <set>
 
 #include "tests/x11/harness/display.h"
 
@@ -25,18 +24,7 @@ XIAnyHierarchyChangeInfo addition(std::string& name) {
 
 struct OtherClient::Native {
   DisplayPointer display;
-
-  [[nodiscard]] int deviceNamed(const std::string& name) const {
-    int count = 0;
-    XIDeviceInfo* const devices = XIQueryDevice(display.get(), XIAllDevices, &count);
-    int found = 0;
-    for (const XIDeviceInfo& device : std::span(devices, static_cast<std::size_t>(count))) {
-      if (device.name == name) found = device.deviceid;
-    }
-    XIFreeDeviceInfo(devices);
-    if (found == 0) throw std::runtime_error("no device " + name);
-    return found;
-  }
+  std::set<std::string> added;
 
   void change(XIAnyHierarchyChangeInfo info) const {
     XIChangeHierarchy(display.get(), &info, 1);
@@ -44,19 +32,18 @@ struct OtherClient::Native {
   }
 };
 
-OtherClient::OtherClient(const std::string& display) : native_(new Native{openDisplay(display)}) {
-  int major = 2;
-  int minor = 2;
-  XIQueryVersion(native_->display.get(), &major, &minor);
-}
+OtherClient::OtherClient(const std::string& display)
+    : native_(new Native{openDisplay(display), {}}) {}
 
-OtherClient::~OtherClient() = default;
+OtherClient::~OtherClient() {
+  while (!native_->added.empty()) removeMaster(*native_->added.begin());
+}
 
 bool OtherClient::holdKey(std::uint16_t virtualKey, const std::string& device) {
   Display* const display = native_->display.get();
   std::array<unsigned char, XIMaskLen(XI_LASTEVENT)> bits{};
   XISetMask(bits.data(), XI_KeyPress);
-  const int number = native_->deviceNamed(device);
+  const int number = deviceNamed(display, device);
   XIEventMask mask{number, static_cast<int>(bits.size()), bits.data()};
   XIGrabModifiers modifiers{0, 0};
   return XIGrabKeycode(display, number, static_cast<int>(keycodeOf(virtualKey)),
@@ -117,28 +104,30 @@ void OtherClient::resumeServer() {
 void OtherClient::addMaster(const std::string& name) {
   std::string ownName = name;
   native_->change(addition(ownName));
+  native_->added.insert(name);
 }
 
 void OtherClient::removeMaster(const std::string& name) {
   XIAnyHierarchyChangeInfo change{};
   change.remove.type = XIRemoveMaster;
-  change.remove.deviceid = native_->deviceNamed(name + " keyboard");
+  change.remove.deviceid = deviceNamed(native_->display.get(), name + " keyboard");
   change.remove.return_mode = XIFloating;
   native_->change(change);
+  native_->added.erase(name);
 }
 
 void OtherClient::detachKeyboard() {
   XIAnyHierarchyChangeInfo change{};
   change.detach.type = XIDetachSlave;
-  change.detach.deviceid = native_->deviceNamed(serverKeyboard);
+  change.detach.deviceid = deviceNamed(native_->display.get(), serverKeyboard);
   native_->change(change);
 }
 
 void OtherClient::attachKeyboard() {
   XIAnyHierarchyChangeInfo change{};
   change.attach.type = XIAttachSlave;
-  change.attach.deviceid = native_->deviceNamed(serverKeyboard);
-  change.attach.new_master = native_->deviceNamed("Virtual core keyboard");
+  change.attach.deviceid = deviceNamed(native_->display.get(), serverKeyboard);
+  change.attach.new_master = deviceNamed(native_->display.get(), "Virtual core keyboard");
   native_->change(change);
 }
 

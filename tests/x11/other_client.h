@@ -8,7 +8,8 @@
 
 namespace vorrin::x11_tests {
 
-/// Another program that grabs keys and changes devices. What it holds is free when it goes.
+/// Another program that grabs keys and changes devices. When it goes, what it holds is free and
+/// what it added is gone.
 class OtherClient {
  public:
   explicit OtherClient(const std::string& display);

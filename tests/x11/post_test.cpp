@@ -7,13 +7,7 @@ namespace {
 
 constexpr std::uint16_t digitOne = 18;
 
-struct PostTest : TapTest {
-  /// Makes the digit one the Escape key, whose events a tap sees.
-  void makeDigitEscape() {
-    Process process({"xmodmap", "-e", "keysym 1 = Escape"}, {{"DISPLAY", desktop.display()}});
-    ASSERT_EQ(process.waitForEnd(), Ending{});
-  }
-};
+struct PostTest : MapTest {};
 
 TEST_F(PostTest, a_posted_key_reaches_the_client_and_is_not_shown) {
   swallow("50");
@@ -49,7 +43,8 @@ INSTANTIATE_TEST_SUITE_P(Sources, PostedEscape, testing::Values(Source::xtest, S
 
 TEST_P(PostedEscape, is_never_taken_for_the_users) {
   swallow("50");
-  makeDigitEscape();
+  // Only events of such keys are looked at.
+  run({"xmodmap", "-e", "keysym 1 = Escape"});
   // What is posted before the tap has read the new map is no Escape to it.
   static_cast<void>(tap.readSeen(user));
   constexpr int rounds = 20;

@@ -1,5 +1,7 @@
 #include "platform/linux/session/late_keyboard_map.h"
 
+#include <xkbcommon/xkbcommon-x11.h>
+
 #include <QGuiApplication>
 #include <QWindow>
 #include <cstring>
@@ -18,6 +20,7 @@ LateKeyboardMap::LateKeyboardMap(std::function<bool()> isInFront)
   const auto* const extension = xcb_get_extension_data(connection_, &xcb_xkb_id);
   if (extension == nullptr || extension->present == 0) return;
   extensionEvent_ = extension->first_event;
+  coreKeyboard_ = xkb_x11_get_core_keyboard_device_id(connection_);
   qGuiApp->installNativeEventFilter(this);
 }
 
@@ -45,7 +48,8 @@ bool LateKeyboardMap::isAnnouncement(const xcb_generic_event_t& event) const {
   constexpr int sent = 0x80;
   // The extension has one event, whose second byte says what it tells of.
   return (event.response_type & ~sent) == extensionEvent_ &&
-         (event.pad0 == XCB_XKB_NEW_KEYBOARD_NOTIFY || event.pad0 == XCB_XKB_MAP_NOTIFY);
+         (event.pad0 == XCB_XKB_NEW_KEYBOARD_NOTIFY || event.pad0 == XCB_XKB_MAP_NOTIFY) &&
+         reinterpret_cast<const xcb_xkb_map_notify_event_t&>(event).deviceID == coreKeyboard_;
 }
 
 }  // namespace vorrin

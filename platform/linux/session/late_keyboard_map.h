@@ -37,6 +37,7 @@ class LateKeyboardMap : public QObject, private QAbstractNativeEventFilter {
   std::optional<Announcement> kept_;
   xcb_connection_t* connection_ = nullptr;  ///< the toolkit's
   int extensionEvent_ = 0;                  ///< of the server's keyboard extension
+  int coreKeyboard_ = 0;                    ///< the only one whose map the toolkit reads
 };
 
 }  // namespace vorrin

@@ -33,12 +33,14 @@ class AtHome {
 
 /// Vorrin as a user has it: its own process on a desktop, and somebody else's program in front.
 struct EndToEndTest : testing::Test {
+  explicit EndToEndTest(Desktop& place = Desktop::shared()) : desktop(place) {}
+
   static constexpr int keyboardMacro = 0;
   static constexpr int mouseMacro = 1;
 
   Home home;
   AtHome atHome{home};
-  Desktop desktop;
+  Desktop& desktop;
   User user{desktop.display()};
   KeyProbe probe{desktop.display()};
   Windows windows{desktop.display()};

@@ -14,9 +14,6 @@ struct InputWatch::Native {
 
 InputWatch::InputWatch(const std::string& display) : native_(new Native{openDisplay(display)}) {
   Display* const connection = native_->display.get();
-  int major = 2;
-  int minor = 2;
-  XIQueryVersion(connection, &major, &minor);
   std::array<unsigned char, XIMaskLen(XI_LASTEVENT)> bits{};
   XISetMask(bits.data(), XI_RawKeyPress);
   XISetMask(bits.data(), XI_RawButtonPress);

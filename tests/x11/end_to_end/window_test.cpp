@@ -63,23 +63,35 @@ TEST_F(WindowTest, escape_stops_the_macros_while_the_window_is_in_front) {
   expectSilence();
 }
 
-TEST_F(WindowTest, the_start_button_starts_its_macro) {
+TEST_F(WindowTest, macros_start_and_stop_by_its_buttons) {
   start();
   showVorrin();
-  panel.push(Control::startMouse);
+  panel.choose(Control::output, 6);
+  ASSERT_TRUE(waitUntilStored([](const Preset& now) { return now.digit == 7; }));
+  settings.digit = 7;
+  panel.push(Control::startKeyboard);
   showClient();
-  expectActions(mouseMacro);
-}
-
-TEST_F(WindowTest, stop_all_stops_both_macros) {
-  start();
-  user.tap(keys::backtick);
-  user.tap(keys::tab);
-  expectActions(mouseMacro);
+  expectActions(keyboardMacro);
   showVorrin();
   panel.push(Control::stopAll);
   showClient();
   expectSilence();
+}
+
+TEST_F(WindowTest, an_invalid_interval_keeps_the_macros_from_starting_until_it_is_mended) {
+  start();
+  showVorrin();
+  panel.enter(Control::mouseInterval, "abc");
+  showClient();
+  user.tap(keys::tab);
+  expectSilence();
+  EXPECT_EQ(stored().intervals, settings.intervals);
+  showVorrin();
+  panel.enter(Control::mouseInterval, "0.02");
+  ASSERT_TRUE(waitUntilStored([](const Preset& now) { return now.intervals[1] == 0.02; }));
+  showClient();
+  user.tap(keys::tab);
+  expectActions(mouseMacro);
 }
 
 TEST_F(WindowTest, an_interval_edited_while_running_stops_the_macros_and_takes_effect) {
@@ -98,38 +110,6 @@ TEST_F(WindowTest, an_interval_edited_while_running_stops_the_macros_and_takes_e
       });
   std::erase_if(events, [](const ClientEvent& event) { return event.kind != "ButtonPress"; });
   EXPECT_GT(static_cast<double>(events.back().arrival - events.front().arrival) * 1e-9, 0.3);
-}
-
-TEST_F(WindowTest, an_invalid_interval_is_not_stored_and_keeps_the_macros_from_starting) {
-  start();
-  showVorrin();
-  panel.enter(Control::mouseInterval, "abc");
-  showClient();
-  user.tap(keys::tab);
-  expectSilence();
-  EXPECT_EQ(stored().intervals, settings.intervals);
-}
-
-TEST_F(WindowTest, a_mended_interval_lets_the_macros_start_again) {
-  start();
-  showVorrin();
-  panel.enter(Control::mouseInterval, "abc");
-  panel.enter(Control::mouseInterval, "0.02");
-  ASSERT_TRUE(waitUntilStored([](const Preset& now) { return now.intervals[1] == 0.02; }));
-  showClient();
-  user.tap(keys::tab);
-  expectActions(mouseMacro);
-}
-
-TEST_F(WindowTest, equal_shortcuts_are_not_stored_and_keep_the_macros_from_starting) {
-  start();
-  showVorrin();
-  panel.choose(Control::keyboardShortcut, 1);
-  showClient();
-  user.tap(keys::tab);
-  user.tap(keys::backtick);
-  expectSilence();
-  EXPECT_EQ(stored().keys, settings.keys);
 }
 
 TEST_F(WindowTest, a_shortcut_chosen_in_the_window_works_at_once) {
@@ -153,17 +133,6 @@ TEST_F(WindowTest, a_macro_switched_off_in_the_window_gives_its_key_back) {
   user.tap(keys::tab);
   EXPECT_EQ(keysOf(client->readAll(user)), tapOf(keys::tab));
   expectSilence();
-}
-
-TEST_F(WindowTest, the_digit_chosen_in_the_window_is_typed) {
-  start();
-  showVorrin();
-  panel.choose(Control::output, 6);
-  ASSERT_TRUE(waitUntilStored([](const Preset& now) { return now.digit == 7; }));
-  settings.digit = 7;
-  showClient();
-  user.tap(keys::backtick);
-  expectActions(keyboardMacro);
 }
 
 }  // namespace

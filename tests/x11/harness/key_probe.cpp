@@ -3,29 +3,12 @@
 #include <X11/extensions/XInput2.h>
 
 #include <array>
-#include <span>
-#include <string_view>
 
 #include "tests/x11/harness/display.h"
 #include "tests/x11/harness/user.h"
 #include "tests/x11/harness/wait.h"
 
 namespace vorrin::x11_tests {
-
-namespace {
-
-int keyboardOf(Display* display) {
-  int count = 0;
-  XIDeviceInfo* const devices = XIQueryDevice(display, XIAllDevices, &count);
-  int keyboard = 0;
-  for (const XIDeviceInfo& device : std::span(devices, static_cast<std::size_t>(count))) {
-    if (device.name == std::string_view(serverKeyboard)) keyboard = device.deviceid;
-  }
-  XIFreeDeviceInfo(devices);
-  return keyboard;
-}
-
-}  // namespace
 
 struct KeyProbe::Native {
   DisplayPointer display;
@@ -34,10 +17,7 @@ struct KeyProbe::Native {
 
 KeyProbe::KeyProbe(const std::string& display) {
   DisplayPointer connection = openDisplay(display);
-  int major = 2;
-  int minor = 2;
-  XIQueryVersion(connection.get(), &major, &minor);
-  const int keyboard = keyboardOf(connection.get());
+  const int keyboard = deviceNamed(connection.get(), serverKeyboard);
   native_.reset(new Native{std::move(connection), keyboard});
 }
 

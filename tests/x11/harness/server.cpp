@@ -52,6 +52,11 @@ Desktop::Desktop() {
   startWindowManager();
 }
 
+Desktop& Desktop::shared() {
+  static Desktop desktop;
+  return desktop;
+}
+
 void Desktop::startWindowManager() {
   windowManager_ = std::make_unique<Process>(
       std::vector<std::string>{"openbox", "--sm-disable"},

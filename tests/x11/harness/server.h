@@ -30,6 +30,9 @@ class Desktop {
   [[nodiscard]] const std::string& display() const { return server_.display(); }
   [[nodiscard]] Server& server() { return server_; }
 
+  /// One for all tests of this process that leave it as it was.
+  static Desktop& shared();
+
   /// Ends the window manager as a crash would.
   void killWindowManager();
 

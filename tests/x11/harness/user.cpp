@@ -1,11 +1,14 @@
 #include "tests/x11/harness/user.h"
 
+#include <X11/XKBlib.h>
 #include <X11/extensions/XInput.h>
 #include <X11/extensions/XTest.h>
 
 #include <array>
 #include <cstring>
+#include <set>
 #include <stdexcept>
+#include <utility>
 
 #include "platform/linux/input/key_codes.h"
 #include "tests/x11/harness/display.h"
@@ -53,8 +56,14 @@ std::uint16_t keyOf(char character) {
 struct User::Native {
   DisplayPointer display;
   XDevice* keyboard;
+  std::set<std::pair<unsigned, Source>> keysDown = {};
 
-  void key(unsigned keycode, bool down, Source source) const {
+  void key(unsigned keycode, bool down, Source source) {
+    down ? void(keysDown.emplace(keycode, source)) : void(keysDown.erase({keycode, source}));
+    send(keycode, down, source);
+  }
+
+  void send(unsigned keycode, bool down, Source source) const {
     if (source == Source::keyboard) {
       XTestFakeDeviceKeyEvent(display.get(), keyboard, keycode, down ? True : False, nullptr, 0, 0);
     } else {
@@ -96,6 +105,10 @@ User::User(const std::string& display) {
 }
 
 User::~User() {
+  for (const auto& [keycode, source] : native_->keysDown) native_->send(keycode, false, source);
+  XkbLockModifiers(native_->display.get(), XkbUseCoreKbd, 0xFF, 0);
+  XkbLockGroup(native_->display.get(), XkbUseCoreKbd, 0);
+  flush();
   XCloseDevice(native_->display.get(), native_->keyboard);
 }
 

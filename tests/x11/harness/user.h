@@ -29,7 +29,8 @@ inline constexpr unsigned numLock = 69;
 /// The name of the keyboard that the server brings along.
 inline constexpr const char* serverKeyboard = "Xvfb keyboard";
 
-/// Somebody who types and points. Every call has taken effect in the server when it returns.
+/// Somebody who types and points. Every call has taken effect in the server when it returns. At the
+/// end nothing is left down, and neither a lock nor another layout on.
 class User {
  public:
   explicit User(const std::string& display);

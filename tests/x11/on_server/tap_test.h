@@ -4,6 +4,7 @@
 
 #include <csignal>
 #include <string>
+#include <vector>
 
 #include "keys.h"
 #include "tap_process.h"
@@ -16,12 +17,14 @@ namespace vorrin::x11_tests {
 
 /// A desktop with somebody else's program in front and a program that holds a tap.
 struct TapTest : testing::Test {
-  Desktop desktop;
+  explicit TapTest(Desktop& place = Desktop::shared()) : desktop(place) {}
+
+  Desktop& desktop;
   User user{desktop.display()};
   Client client{desktop.display()};
   TapProcess tap{desktop.display()};
 
-  /// Has the program hold these keys back and swallow them all.
+  /// Has the program claim these keys and swallow them all.
   void swallow(const std::string& keyCodes) {
     ASSERT_TRUE(tap.command("create " + keyCodes));
     ASSERT_TRUE(tap.command("swallow " + keyCodes));
@@ -38,6 +41,16 @@ struct TapTest : testing::Test {
   std::vector<ClientEvent> received() {
     tap.readSeen(user);
     return client.readAll(user);
+  }
+};
+
+/// With commands that change the keyboard's map, which is as before at the end.
+struct MapTest : TapTest {
+  ~MapTest() override { run({"setxkbmap", "-layout", "us", "-variant", "", "-option", ""}); }
+
+  void run(const std::vector<std::string>& command) {
+    Process process(command, {{"DISPLAY", desktop.display()}});
+    ASSERT_EQ(process.waitForEnd(), Ending{});
   }
 };
 
