@@ -11,8 +11,8 @@ bool isProcessTrusted() {
 
 bool isProcessTrustedWithPrompt() {
   watchGrants();
-  // Nothing is left to ask for.
-  if (isTrustedUnheard()) return true;
+  // Nothing is left to ask for where a tap has shown a grant that the system does not know of.
+  if (const Trust known = knownTrust(); known.trusted && !known.told) return true;
   const void* key = kAXTrustedCheckOptionPrompt;
   const void* value = kCFBooleanTrue;
   const CoreFoundationHandle<CFDictionaryRef> options(

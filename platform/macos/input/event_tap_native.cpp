@@ -104,8 +104,12 @@ void EventTap::Native::lookAfter() {
   } else if (!delivering_ && wanted_ && trusted) {
     setEnabled(true);
   }
-  // A tap that is not there when it is wanted and allowed is as good as gone.
-  if (delivering_ && !CGEventTapIsEnabled(port_.get())) tellInvalidated();
+  const Trust known = knownTrust();
+  // As good as gone is a tap that is off when it is wanted and allowed, and one whose grant was
+  // deleted: nothing but another tap will show that the grant is back.
+  if ((delivering_ && !CGEventTapIsEnabled(port_.get())) || (known.told && !known.trusted)) {
+    tellInvalidated();
+  }
 }
 
 void EventTap::Native::wasDisabled(EventType notice) {

@@ -8,14 +8,9 @@ namespace {
 
 constexpr CFTimeInterval secondsBetweenLooks = 1;
 
-struct Knowledge {
-  bool told = false;
-  bool trusted = false;
-  int looksToCome = 0;
-  CFAbsoluteTime nextLook = 0;
-};
-
-Knowledge known;
+Trust known;
+int looksToCome = 0;
+CFAbsoluteTime nextLook = 0;
 
 CGEventRef passOn(CGEventTapProxy /*proxy*/, CGEventType /*type*/, CGEventRef event,
                   void* /*userInfo*/) {
@@ -26,14 +21,14 @@ CGEventRef passOn(CGEventTapProxy /*proxy*/, CGEventType /*type*/, CGEventRef ev
 void grantsEdited(CFNotificationCenterRef /*center*/, void* /*observer*/,
                   CFNotificationName /*name*/, const void* /*object*/,
                   CFDictionaryRef /*userInfo*/) {
-  known.looksToCome = 2;
+  looksToCome = 2;
 }
 
 void lookIfDue() {
   const CFAbsoluteTime now = CFAbsoluteTimeGetCurrent();
-  if (known.looksToCome == 0 || now < known.nextLook) return;
-  --known.looksToCome;
-  known.nextLook = now + secondsBetweenLooks;
+  if (looksToCome == 0 || now < nextLook) return;
+  --looksToCome;
+  nextLook = now + secondsBetweenLooks;
   confirmTrust();
 }
 
@@ -58,13 +53,16 @@ void watchGrants() {
 }
 
 bool noteTrust(bool told) {
-  if (told != known.told) known = {.told = told, .trusted = told};
+  if (told != known.told) {
+    known = {.told = told, .trusted = told};
+    looksToCome = 0;
+  }
   lookIfDue();
   return known.trusted;
 }
 
-bool isTrustedUnheard() {
-  return known.trusted && !known.told;
+Trust knownTrust() {
+  return known;
 }
 
 }  // namespace vorrin

@@ -20,7 +20,10 @@ void watchGrants();
 /// Notes an answer of `AXIsProcessTrusted`; whether the process is trusted.
 bool noteTrust(bool told);
 
-/// Whether a tap showed a grant that `AXIsProcessTrusted` does not know of.
-bool isTrustedUnheard();
+struct Trust {
+  bool told = false;     ///< what `AXIsProcessTrusted` said last
+  bool trusted = false;  ///< by that, or by what a tap showed since
+};
+Trust knownTrust();
 
 }  // namespace vorrin
