@@ -16,8 +16,6 @@ struct Color {
   static constexpr Color black() { return gray(0); }
   /// The system's orange for warnings, in its form for dark windows.
   static constexpr Color systemOrange() { return {1.0, 0.624, 0.039, 1}; }
-  /// The system's colour for subordinate text, in its form for dark windows.
-  static constexpr Color secondaryLabel() { return {1, 1, 1, 0.55}; }
 
   bool operator==(const Color&) const = default;
 };

@@ -34,6 +34,8 @@ TEST_F(MacosWorkspace, sleep_is_told) {
 }
 
 TEST_F(MacosWorkspace, a_session_switched_away_and_back_is_told_and_known) {
+  // The two notices move the session from active to away and back, so it has to be active first. A
+  // Mac worked from afar or at its lock screen is not, and no program can make it so.
   if (!sessionIsActive()) GTEST_SKIP() << "not run: nobody is at this session, or it is locked";
   send(NSWorkspaceSessionDidResignActiveNotification);
   EXPECT_FALSE(sessionIsActive());
@@ -65,6 +67,8 @@ TEST(MacosDistributedNotice, arrives_from_the_session_while_it_is_observed) {
 
 TEST(MacosRunningInstance, is_found_by_its_bundle_identifier) {
   NSRunningApplication* finder = otherInstance(@"com.apple.finder");
+  // The one program that a session has without a test's starting it, unless it was ended by hand or
+  // nobody is logged in on the screen.
   if (finder == nil) GTEST_SKIP() << "not run: no Finder runs in this session";
   EXPECT_TRUE([finder.bundleIdentifier isEqualToString:@"com.apple.finder"]);
 }
