@@ -47,8 +47,11 @@ std::string Button::title() const {
 }
 
 void Button::setTitle(const std::string& title) const {
-  nsButton(*this).title = nsString(title);
-  colorTitle(nsButton(*this));
+  NSButton* button = nsButton(*this);
+  NSString* shown = nsString(title);
+  if ([button.title isEqualToString:shown]) return;
+  button.title = shown;
+  colorTitle(button);
 }
 
 void Button::setAttributedTitle(const std::string& title, const Font& font,
@@ -93,11 +96,6 @@ void Button::setRegularControlSize() const {
 std::string_view Button::action() const {
   const Action* action = connectedAction(nsButton(*this));
   return action == nullptr ? std::string_view() : action->selector;
-}
-
-const void* Button::target() const {
-  const Action* action = connectedAction(nsButton(*this));
-  return action == nullptr ? nullptr : action->target;
 }
 
 }  // namespace vorrin

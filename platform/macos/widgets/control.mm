@@ -36,7 +36,10 @@ bool Control::hasFont() const {
 }
 
 void Control::setAccessibilityLabel(const std::string& label) const {
-  nsView(*this).accessibilityLabel = nsString(label);
+  NSView* view = nsView(*this);
+  NSString* name = nsString(label);
+  // Setting the same name again is told to screen readers too.
+  if (![view.accessibilityLabel isEqualToString:name]) view.accessibilityLabel = name;
 }
 
 }  // namespace vorrin

@@ -40,10 +40,6 @@ void PopUpButton::addItems(std::span<const std::string> titles) const {
   if (button.indexOfSelectedItem < 0 && button.numberOfItems > 0) [button selectItemAtIndex:0];
 }
 
-int PopUpButton::numberOfItems() const {
-  return static_cast<int>(nsPopUpButton(*this).numberOfItems);
-}
-
 int PopUpButton::indexOfSelectedItem() const {
   return static_cast<int>(nsPopUpButton(*this).indexOfSelectedItem);
 }
@@ -53,8 +49,9 @@ std::string PopUpButton::titleOfSelectedItem() const {
 }
 
 void PopUpButton::selectItem(int index) const {
-  precondition(index >= 0 && index < numberOfItems(), "the pop-up has an item of this index");
-  [nsPopUpButton(*this) selectItemAtIndex:index];
+  NSPopUpButton* button = nsPopUpButton(*this);
+  precondition(index >= 0 && index < button.numberOfItems, "the pop-up has an item of this index");
+  [button selectItemAtIndex:index];
 }
 
 void PopUpButton::selectItem(const std::string& title) const {

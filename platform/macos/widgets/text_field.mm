@@ -71,7 +71,9 @@ std::string TextField::text() const {
 }
 
 void TextField::setText(const std::string& text) const {
-  nsTextField(*this).stringValue = nsString(text);
+  NSTextField* field = nsTextField(*this);
+  NSString* shown = nsString(text);
+  if (![field.stringValue isEqualToString:shown]) field.stringValue = shown;
 }
 
 bool TextField::isEditable() const {
@@ -80,7 +82,9 @@ bool TextField::isEditable() const {
 
 void TextField::setTextColor(const Color& color) const {
   NSTextField* field = nsTextField(*this);
-  field.textColor = nsColor(color);
+  NSColor* shown = nsColor(color);
+  if ([field.textColor isEqual:shown]) return;
+  field.textColor = shown;
   // While it is edited, a view that all fields of the window share shows its text.
   field.currentEditor.textColor = field.textColor;
 }

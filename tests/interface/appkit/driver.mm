@@ -184,6 +184,14 @@ void choose(const PopUpButton& popUp, int item) {
   [native sendAction:native.action to:native.target];
 }
 
+std::vector<std::string> titles(const PopUpButton& popUp) {
+  std::vector<std::string> titles;
+  for (NSString* title in nsViewAs<NSPopUpButton>(popUp).itemTitles) {
+    titles.push_back(standardString(title));
+  }
+  return titles;
+}
+
 std::string spokenName(const View& view) {
   NSView* native = nsView(view);
   if (native.accessibilityLabel.length > 0) return standardString(native.accessibilityLabel);
