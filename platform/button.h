@@ -39,9 +39,8 @@ class Button : public Control {
   /// Of push buttons: the system's regular height.
   void setRegularControlSize() const;
 
-  /// The name of the operation performed, and its object.
+  /// The name of the operation performed.
   [[nodiscard]] std::string_view action() const;
-  [[nodiscard]] const void* target() const;
 
  protected:
   using Control::Control;

@@ -11,11 +11,10 @@ namespace vorrin {
 
 class Button;
 
-/// What a control does when the user works it: an operation of an object, known by its name. The
-/// object must outlive the control's use; `perform` gets the control worked (for menu items and
-/// alerts an empty one).
+/// What a control does when the user works it: an operation known by its name. What `perform`
+/// refers to must outlive the control's use; it gets the control worked (for menu items an empty
+/// one).
 struct Action {
-  const void* target = nullptr;
   std::string_view selector;  ///< name of the operation; refers to a string literal
   std::function<void(const Button& sender)> perform;
 };

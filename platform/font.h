@@ -10,8 +10,6 @@ struct Font {
   double size = 12;
   FontWeight weight = FontWeight::regular;
   FontFamily family = FontFamily::monospacedSystem;
-
-  bool operator==(const Font&) const = default;
 };
 
 }  // namespace vorrin

@@ -18,13 +18,12 @@ class PopUpButton : public Button {
   void removeAllItems() const;
   /// Adds items at the end; the first item ever added becomes selected. Equal titles are allowed.
   void addItems(std::span<const std::string> titles) const;
-  [[nodiscard]] int numberOfItems() const;
 
   /// Index of the selected item, -1 when there are no items.
   [[nodiscard]] int indexOfSelectedItem() const;
   /// Title of the selected item, empty when there are no items.
   [[nodiscard]] std::string titleOfSelectedItem() const;
-  /// Selects by index (0 to `numberOfItems` - 1).
+  /// Selects by index of an item there is.
   void selectItem(int index) const;
   /// Selects the first item with exactly this title; changes nothing when there is none.
   void selectItem(const std::string& title) const;

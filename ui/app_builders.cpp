@@ -9,7 +9,7 @@ constexpr double columnWidth = 532;
 }  // namespace
 
 Action App::action(std::string_view selector, Operation operation) {
-  return {this, selector, [this, operation](const Button&) { (this->*operation)(); }};
+  return {selector, [this, operation](const Button&) { (this->*operation)(); }};
 }
 
 TextField App::label(const std::string& text, bool bold) {

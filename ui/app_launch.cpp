@@ -26,7 +26,7 @@ void App::applicationDidFinishLaunching() {
 }
 
 void App::buildMenu() {
-  const Action quit{this, "terminate", [](const Button&) { Application::terminate(); }};
+  const Action quit{"terminate", [](const Button&) { Application::terminate(); }};
   Application::setMainMenu(
       {{.title = "Vorrin", .items = {{"Quit Vorrin", quit, {.key = 'q', .control = false}}}},
        {.title = "View",

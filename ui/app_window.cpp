@@ -82,13 +82,13 @@ StackView App::macroTitleRow(int macro) {
   states.push_back(state);
   // The bold label beside the box carries the name; a screen reader still hears it from the box.
   const Button check = Button::checkbox(
-      "", {this, "enableChanged", [this](const Button& sender) { enableChanged(sender); }});
+      "", {"enableChanged", [this](const Button& sender) { enableChanged(sender); }});
   check.setAccessibilityLabel("Enable " + spokenMacroName(macro));
   check.setTag(macro);
   check.setOn(engine.enabled[macro]);
   checks.push_back(check);
-  const Button startButton = Button::push(
-      "Start", {this, "runClicked", [this](const Button& sender) { runClicked(sender); }});
+  const Button startButton =
+      Button::push("Start", {"runClicked", [this](const Button& sender) { runClicked(sender); }});
   startButton.setTag(macro);
   buttons.push_back(startButton);
   const TextField title = label(macroName(macro), true);
@@ -113,7 +113,7 @@ StackView App::macroSettingsRow(int macro) {
 StackView App::outputRow() {
   output = popUp(digitTitles(), engine.digit, "Keyboard output");
   stopAllButton_ =
-      Button::push("Stop all · Esc", {this, "stopAll", [](const Button&) { App::stopAll(); }});
+      Button::push("Stop all · Esc", {"stopAll", [](const Button&) { App::stopAll(); }});
   StackView made =
       row(std::array<View, 4>{label("Keyboard output"), output, View::spacer(), stopAllButton_});
   made.setWidth(columnWidth);
@@ -140,7 +140,7 @@ StackView App::presetsCard() {
 
 StackView App::permissionRow() {
   const Button open = Button::push("Open Accessibility Settings",
-                                   {this, "settings", [](const Button&) { App::settings(); }});
+                                   {"settings", [](const Button&) { App::settings(); }});
   const Button retry = button("Retry connection", "connect", &App::connect);
   return row(std::array<View, 2>{open, retry});
 }

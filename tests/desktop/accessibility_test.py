@@ -165,6 +165,7 @@ class Accessibility(unittest.TestCase):
         self.has("label", "PAUSED · app focused")
         self.has("button", "Stop keyboard repeat")
         self.wait_until_told("label", "PAUSED · app focused")
+        self.assertNotIn(("push button", "Start left mouse click"), self.told)  # it did not change
         self.told.clear()
         self.desktop.type("Escape")
         self.has("button", "Start keyboard repeat")

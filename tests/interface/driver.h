@@ -53,6 +53,8 @@ void enter(const Window& window, const std::string& text);
 void type(const TextField& field, const std::string& text);
 /// Picks an item of a pop-up.
 void choose(const PopUpButton& popUp, int item);
+/// The items of a pop-up.
+[[nodiscard]] std::vector<std::string> titles(const PopUpButton& popUp);
 /// What a screen reader says of the control.
 [[nodiscard]] std::string spokenName(const View& view);
 /// Where layout puts the view, in the coordinates of `root`: what is seen of it, without the room

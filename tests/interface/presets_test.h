@@ -30,16 +30,7 @@ class PresetsTest : public InterfaceTest {
     click(button("Save preset"));
   }
 
-  [[nodiscard]] std::vector<std::string> list() const {
-    std::vector<std::string> titles;
-    const int selected = app->presetList.indexOfSelectedItem();
-    for (int i = 0; i < app->presetList.numberOfItems(); ++i) {
-      app->presetList.selectItem(i);
-      titles.push_back(app->presetList.titleOfSelectedItem());
-    }
-    app->presetList.selectItem(selected);
-    return titles;
-  }
+  [[nodiscard]] std::vector<std::string> list() const { return driver::titles(app->presetList); }
 
   /// The question's field for the new name, once it has the keyboard.
   [[nodiscard]] TextField nameInSheet() const {

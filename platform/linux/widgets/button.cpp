@@ -90,8 +90,4 @@ std::string_view Button::action() const {
   return widgetOf<NativeButton>(*this).action.selector;
 }
 
-const void* Button::target() const {
-  return widgetOf<NativeButton>(*this).action.target;
-}
-
 }  // namespace vorrin

@@ -27,14 +27,12 @@ bool Control::hasFont() const {
 void Control::setAccessibilityLabel(const std::string& label) const {
   QWidget& widget = widgetOf(*this);
   const QString name = nativeText(label);
-  // A name set again, were it the same one, may be announced again.
+  // Setting the same name again is told to screen readers too.
   if (widget.accessibleName() == name) return;
   widget.setAccessibleName(name);
   // A pop-up's name is, to the screen readers of this system, the item it shows. What it is for is
   // said after that.
-  if (dynamic_cast<PopUpWidget*>(&widget) != nullptr) {
-    widget.setAccessibleDescription(name);
-  }
+  if (dynamic_cast<PopUpWidget*>(&widget) != nullptr) widget.setAccessibleDescription(name);
 }
 
 }  // namespace vorrin

@@ -38,8 +38,8 @@ FieldWidget::FieldWidget(const QString& text) {
   connect(this, &QLineEdit::textEdited, this, [this] { tellDelegate(); });
 }
 
-void FieldWidget::showText(const QString& text) {
-  setText(text);
+void FieldWidget::showText(const QString& newText) {
+  if (newText != text()) setText(newText);
   if (!hasFocus()) setCursorPosition(0);
 }
 

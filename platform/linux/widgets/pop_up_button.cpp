@@ -21,10 +21,6 @@ void PopUpButton::addItems(std::span<const std::string> titles) const {
   popUp.updateGeometry();
 }
 
-int PopUpButton::numberOfItems() const {
-  return widgetOf<PopUpWidget>(*this).count();
-}
-
 int PopUpButton::indexOfSelectedItem() const {
   return widgetOf<PopUpWidget>(*this).currentIndex();
 }
@@ -34,8 +30,9 @@ std::string PopUpButton::titleOfSelectedItem() const {
 }
 
 void PopUpButton::selectItem(int index) const {
-  precondition(index >= 0 && index < numberOfItems(), "the item to select is one of the pop-up's");
-  widgetOf<PopUpWidget>(*this).setCurrentIndex(index);
+  auto& popUp = widgetOf<PopUpWidget>(*this);
+  precondition(index >= 0 && index < popUp.count(), "the item to select is one of the pop-up's");
+  popUp.setCurrentIndex(index);
 }
 
 void PopUpButton::selectItem(const std::string& title) const {

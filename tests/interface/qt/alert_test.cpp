@@ -92,8 +92,7 @@ TEST_F(QtAlertSheet, an_accessory_that_nobody_keeps_goes_away_with_the_answer) {
 
 TEST_F(QtAlertSheet, the_window_below_gets_no_clicks) {
   int clicks = 0;
-  const Button button =
-      Button::push("below", {&clicks, "act", [&clicks](const Button&) { ++clicks; }});
+  const Button button = Button::push("below", {"act", [&clicks](const Button&) { ++clicks; }});
   window.contentView().addTopCentered(button, 10, 100);
   window.contentView().layoutSubtreeIfNeeded();
   QWidget& parent = widgetOf(window);

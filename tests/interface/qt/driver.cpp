@@ -129,6 +129,13 @@ void choose(const PopUpButton& popUp, int item) {
   precondition(waitFor([&list] { return !list.isVisible(); }), "the pop-up closes");
 }
 
+std::vector<std::string> titles(const PopUpButton& popUp) {
+  const auto& widget = widgetOf<QComboBox>(popUp);
+  std::vector<std::string> titles;
+  for (int i = 0; i < widget.count(); ++i) titles.push_back(widget.itemText(i).toStdString());
+  return titles;
+}
+
 std::string spokenName(const View& view) {
   const QString name = widgetOf(view).accessibleName();
   return (name.isEmpty() ? widgetOf<NativeView>(view).shownText() : name).toStdString();

@@ -49,7 +49,7 @@ TEST_F(TypedTitle, is_searched_with_its_blanks) {
 TEST_F(TypedTitle, performs_the_action_for_each_item_come_to) {
   std::vector<std::string> chosen;
   PopUpButton made;
-  made = PopUpButton::make({&made, "choose", [&made, &chosen](const Button&) {
+  made = PopUpButton::make({"choose", [&made, &chosen](const Button&) {
                               chosen.push_back(made.titleOfSelectedItem());
                             }});
   made.addItems(std::vector<std::string>{"a", "my farm", "my game"});
