@@ -56,8 +56,7 @@ void App::savePreset() {
   }
   const Alert alert{.messageText = "Replace " + quoted(*name) + " ?",
                     .informativeText = "This replaces the existing saved preset.",
-                    .buttons = {"Replace", "Cancel"},
-                    .accessory = std::nullopt};
+                    .buttons = {"Replace", "Cancel"}};
   beginSheet(alert, window, [this, preset = *preset, name = *name](int button) {
     if (button == 0) commitPreset(preset, name);
   });
@@ -150,7 +149,7 @@ void App::deletePreset() {
       .informativeText =
           "This removes the saved preset. Your current macro settings stay unchanged.",
       .buttons = {"Cancel", "Delete"},
-      .accessory = std::nullopt};
+      .destructiveButton = 1};
   beginSheet(alert, window, [this, name = *name](int button) {
     if (button == 1) finishDelete(name);
   });

@@ -1,53 +1,14 @@
-#include "platform/alert.h"
-
-#include <gmock/gmock.h>
-
-#include "driver.h"
+#include "alert_test.h"
 
 namespace vorrin {
 namespace {
 
 using driver::Key;
 using testing::ElementsAre;
-using testing::IsEmpty;
-
-class AlertSheet : public testing::Test {
- protected:
-  AlertSheet() : window(Window::make({580, 400}, window_style::titled)) {
-    window.orderFront();
-    driver::activate(window);
-  }
-  ~AlertSheet() override {
-    driver::takeAway(window);
-    driver::deleteWhatIsLeft();
-  }
-
-  void ask(const Alert& alert) {
-    beginSheet(alert, window, [this](int answer) { answers.push_back(answer); });
-  }
-
-  /// Presses a key and waits for the answer that it gives.
-  void answerWith(Key key) {
-    const std::size_t before = answers.size();
-    driver::pressInSheet(window, key);
-    EXPECT_TRUE(driver::waitFor([this, before] { return answers.size() > before; }));
-  }
-
-  static Alert question() {
-    return {.messageText = "Sure?",
-            .informativeText = "It cannot be undone.",
-            .buttons = {"Yes", "Cancel"},
-            .accessory = std::nullopt};
-  }
-
-  Window window;
-  std::vector<int> answers;
-};
-
 TEST_F(AlertSheet, it_returns_at_once_and_answers_later) {
   ask(question());
   EXPECT_TRUE(driver::hasSheet(window));
-  EXPECT_THAT(answers, IsEmpty());
+  EXPECT_TRUE(answers.empty());
 }
 
 TEST_F(AlertSheet, it_shows_its_texts_and_its_buttons) {

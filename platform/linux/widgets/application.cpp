@@ -15,6 +15,7 @@
 #include "platform/linux/session/single_instance.h"
 #include "platform/linux/time/real_time.h"
 #include "platform/linux/widgets/accessible_window.h"
+#include "platform/linux/widgets/activation_clicks.h"
 #include "platform/linux/widgets/dark_style.h"
 #include "platform/linux/widgets/display_loss.h"
 #include "platform/linux/widgets/launch_environment.h"
@@ -70,6 +71,7 @@ struct Application::Native {
   const bool isInterfaceTest;
   std::optional<LaunchEnvironment> launch;  ///< while `application` is being made
   QApplication application;
+  ActivationClicks activationClicks;
   QStyle* const style = new DarkStyle;  ///< `application` takes it over
   TerminationSignals terminationSignals;
   DisplayLoss displayLoss;
@@ -85,6 +87,7 @@ Application::Native::Native(int count, char** arguments)
     : isInterfaceTest(holdsInterfaceTest(count, arguments)),
       launch(std::in_place, !isInterfaceTest),
       application(argumentCount, arguments),
+      activationClicks(application),
       terminationSignals([this] { terminate(); }),
       displayLoss([this] { tellTermination(); }),
       instance({.reopen = [this] { reopen(); }, .stopAll = [this] { stopAll(); }}) {

@@ -23,6 +23,16 @@ QString drawnText(QString text) {
   return text;
 }
 
+/// The text with every word that is wider than `most` shortened in its middle.
+QString withShortWords(const QString& text, const QFontMetrics& metrics, int most) {
+  QStringList words = text.split(QLatin1Char(' '));
+  for (QString& word : words) {
+    if (word.contains(QChar::LineSeparator) || metrics.horizontalAdvance(word) <= most) continue;
+    word = metrics.elidedText(word, Qt::ElideMiddle, most);
+  }
+  return words.join(QLatin1Char(' '));
+}
+
 }  // namespace
 
 LabelWidget::LabelWidget(const QString& text) {
@@ -66,7 +76,7 @@ int LabelWidget::heightForWidth(int width) const {
 }
 
 void LabelWidget::paintEvent(QPaintEvent*) {
-  QTextLayout layout(drawnText(text()), font());
+  QTextLayout layout(fittedText(width()), font());
   const int lines = breakLines(layout, width());
   const int shown = shownLines(lines);
   const QFontMetrics metrics = fontMetrics();
@@ -84,6 +94,24 @@ void LabelWidget::paintEvent(QPaintEvent*) {
       line.draw(&painter, QPointF(0, baseline - line.ascent() - line.y()));
     }
   }
+}
+
+QString LabelWidget::fittedText(int width) const {
+  const QString whole = drawnText(text());
+  const auto fits = [this, width](const QString& text) {
+    QTextLayout layout(text, font());
+    const int lines = breakLines(layout, width);
+    return shownLines(lines) == lines;
+  };
+  if (fits(whole)) return whole;
+  const auto shortened = [&](int most) { return withShortWords(whole, fontMetrics(), most); };
+  int least = fontMetrics().horizontalAdvance(QStringLiteral("\u201cM\u2026M\u201d."));
+  if (!fits(shortened(least))) return whole;
+  for (int most = width; least < most;) {
+    const int middle = (least + most + 1) / 2;
+    fits(shortened(middle)) ? least = middle : most = middle - 1;
+  }
+  return shortened(least);
 }
 
 int LabelWidget::lineHeight() const {
@@ -107,7 +135,8 @@ int LabelWidget::breakLines(QTextLayout& layout, double width) const {
   layout.setTextOption(option);
   layout.beginLayout();
   int lines = 0;
-  for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+  for (QTextLine line = layout.createLine(); line.isValid() && lines <= shownLines(lines);
+       line = layout.createLine()) {
     line.setLineWidth(width);
     ++lines;
   }

@@ -22,6 +22,10 @@ class LabelWidget : public QLabel, public NativeView {
 
   Color textColor;
 
+  /// The text as it is drawn in lines of this width. Where not all of them may be shown, words that
+  /// are too long give up their middles, so that the end is seen.
+  [[nodiscard]] QString fittedText(int width) const;
+
   [[nodiscard]] std::string_view kindName() const override { return "Label"; }
   [[nodiscard]] QString shownText() const override { return text(); }
   [[nodiscard]] QSize sizeHint() const override;
@@ -33,7 +37,7 @@ class LabelWidget : public QLabel, public NativeView {
   void paintEvent(QPaintEvent* event) override;
 
  private:
-  /// Breaks `layout` into lines and returns how many there are, hidden ones too.
+  /// Breaks `layout` into lines and returns how many there are: at most one more than are shown.
   int breakLines(QTextLayout& layout, double width) const;
   [[nodiscard]] int lineHeight() const;
   [[nodiscard]] int baselineInLine() const;

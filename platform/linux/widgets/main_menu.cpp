@@ -1,8 +1,8 @@
 #include "platform/linux/widgets/main_menu.h"
 
-#include <QGuiApplication>
 #include <QMenu>
 #include <QMenuBar>
+#include <algorithm>
 
 #include "platform/button.h"
 #include "platform/linux/foundation/native_text.h"
@@ -15,6 +15,17 @@ namespace {
 std::vector<Menu>& mainMenu() {
   static std::vector<Menu> menus;
   return menus;
+}
+
+/// The title with its first letter that is not among `taken` for the user to choose it by.
+QString withMnemonic(QString title, QString& taken) {
+  const auto isFree = [&taken](QChar letter) {
+    return letter.isLetter() && !taken.contains(letter, Qt::CaseInsensitive);
+  };
+  const auto* const letter = std::find_if(title.cbegin(), title.cend(), isFree);
+  if (letter == title.cend()) return title;
+  taken.append(*letter);
+  return title.insert(letter - title.cbegin(), QLatin1Char('&'));
 }
 
 }  // namespace
@@ -35,18 +46,24 @@ void rememberMainMenu(const std::vector<Menu>& menus) {
   for (WindowWidget* window : windows()) window->showMainMenu();
 }
 
+void addItems(QMenu& native, const Menu& menu) {
+  QString taken;
+  for (const MenuItem& item : menu.items) {
+    QAction* action = native.addAction(withMnemonic(nativeText(item.title), taken));
+    action->setShortcuts(keySequences(item));
+    QObject::connect(action, &QAction::triggered, &native, [perform = item.action.perform] {
+      if (perform) perform(Button());
+    });
+  }
+}
+
 void addMainMenu(QMenuBar& bar) {
-  for (const Menu& menu : mainMenu()) {
-    const QString title =
-        menu.title.empty() ? QGuiApplication::applicationDisplayName() : nativeText(menu.title);
-    QMenu* native = bar.addMenu(title);
-    for (const MenuItem& item : menu.items) {
-      QAction* action = native->addAction(nativeText(item.title));
-      action->setShortcuts(keySequences(item));
-      QObject::connect(action, &QAction::triggered, native, [perform = item.action.perform] {
-        if (perform) perform(Button());
-      });
-    }
+  QString taken;
+  // The application's own comes last to a letter: everywhere else Alt+V is the view.
+  for (auto menu = mainMenu().rbegin(); menu != mainMenu().rend(); ++menu) {
+    auto* native = new QMenu(withMnemonic(nativeText(menu->title), taken), &bar);
+    bar.insertMenu(bar.actions().value(0), native);
+    addItems(*native, *menu);
   }
 }
 

@@ -1,8 +1,10 @@
 #include "platform/linux/widgets/sheet.h"
 
 #include <QBoxLayout>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <algorithm>
+#include <utility>
 
 #include "platform/linux/foundation/native_text.h"
 #include "platform/linux/widgets/button_widgets.h"
@@ -14,10 +16,13 @@ namespace vorrin {
 
 namespace {
 
-constexpr int smallestContentWidth = 380;
+constexpr int usualContentWidth = 380;
 constexpr int margin = 20;
 constexpr int spacing = 12;
+constexpr int roomAround = 12;
 constexpr int mostMessageLines = 8;
+constexpr Color dimming{0, 0, 0, 0.6};
+constexpr Color destructiveTitle = Color::sRgb(1, 0.49, 0.45);
 
 LabelWidget& wrappingLabel(const std::string& text, const Font& font, const Color& color) {
   auto* label = new LabelWidget(nativeText(text));
@@ -27,33 +32,42 @@ LabelWidget& wrappingLabel(const std::string& text, const Font& font, const Colo
   return *label;
 }
 
+bool takesTab(const QWidget& widget) {
+  return (widget.focusPolicy() & Qt::TabFocus) != 0 && widget.isVisible() && widget.isEnabled();
+}
+
 }  // namespace
 
-Sheet::Sheet(const Alert& alert, std::optional<int> escapeAnswer, QWidget& window,
+Sheet::Sheet(const Alert& alert, std::optional<int> escapeAnswer, WindowWidget& window,
              std::function<void(int)> completion)
-    : QDialog(&window, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
-                           Qt::WindowCloseButtonHint),
+    : ScrollView(&window),
       escapeAnswer_(escapeAnswer),
       completion_(std::move(completion)),
-      accessory_(alert.accessory) {
-  setWindowModality(Qt::WindowModal);
-  setWindowTitle(window.windowTitle());
-  setPalette(darkPalette());
+      accessory_(alert.accessory),
+      panel_(new PlaneWidget("Sheet")),
+      formerFocus_(window.focusWidget()) {
   setAccessibleName(nativeText(alert.messageText));
   setAccessibleDescription(nativeText(alert.informativeText));
-  auto* layout = new QVBoxLayout(this);
+  auto* ground = new QWidget;
+  setPaletteColor(*ground, QPalette::Window, dimming);
+  auto* around = new QHBoxLayout(ground);
+  around->setContentsMargins(roomAround, 2 * roomAround, roomAround, roomAround);
+  around->addStretch();
+  around->addWidget(panel_, 1, Qt::AlignTop);
+  around->addStretch();
+  panel_->setPalette(darkPalette());
+  panel_->setLayer({nativeColor(Color::gray(0.09)), 12, 1, nativeColor(Color::gray(0.24))});
+  auto* layout = new QVBoxLayout(panel_);
   layout->setContentsMargins(margin, margin, margin, margin);
   layout->setSpacing(spacing);
-  layout->setSizeConstraint(QLayout::SetFixedSize);
   addTexts(alert);
-  if (accessory_) {
-    auto& field = widgetOf<QLineEdit>(*accessory_);
-    layout->addWidget(&field);
-    if (field.accessibleName().isEmpty()) field.setAccessibleName(nativeText(alert.messageText));
-    field.setFocus();
-    field.selectAll();
-  }
-  addButtons(alert.buttons);
+  addAccessory(alert);
+  addButtons(alert);
+  // As wide as a field is, which then is as wide as the texts; less where the window is narrower.
+  const int needed = layout->minimumSize().width();
+  panel_->setMaximumWidth(accessory_ ? needed : std::max(needed, usualContentWidth + 2 * margin));
+  panel_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+  setWidget(ground);
 }
 
 void Sheet::addTexts(const Alert& alert) {
@@ -62,29 +76,57 @@ void Sheet::addTexts(const Alert& alert) {
   LabelWidget& message = wrappingLabel(alert.messageText, bold, Color::gray(0.92));
   // Names stand in the message, and they may be endless.
   message.setMaximumNumberOfLines(mostMessageLines);
-  texts_ = {&message, &wrappingLabel(alert.informativeText, plain, Color::gray(0.65))};
-  for (LabelWidget* text : texts_) layout()->addWidget(text);
+  panel_->layout()->addWidget(&message);
+  panel_->layout()->addWidget(&wrappingLabel(alert.informativeText, plain, Color::gray(0.65)));
 }
 
-void Sheet::addButtons(const std::vector<std::string>& titles) {
+void Sheet::addAccessory(const Alert& alert) {
+  if (!accessory_) return;
+  auto& field = widgetOf<QLineEdit>(*accessory_);
+  panel_->layout()->addWidget(&field);
+  if (field.accessibleName().isEmpty()) field.setAccessibleName(nativeText(alert.messageText));
+  field.selectAll();
+  setFocusProxy(&field);
+}
+
+void Sheet::addButtons(const Alert& alert) {
   auto* row = new QHBoxLayout;
   row->setSpacing(spacing);
   row->addStretch();
-  for (std::size_t i = 0; i < titles.size(); ++i) {
-    auto* button = new PushButtonWidget(ButtonKind::push, nativeText(titles[i]), Action());
+  for (std::size_t i = 0; i < alert.buttons.size(); ++i) {
+    const int index = static_cast<int>(i);
+    auto* button = new PushButtonWidget(ButtonKind::push, nativeText(alert.buttons[i]), Action());
     button->setFont(nativeFont({12, FontWeight::medium, FontFamily::monospacedSystem}));
-    button->setAutoDefault(false);
+    if (alert.destructiveButton == index) {
+      setPaletteColor(*button, QPalette::ButtonText, destructiveTitle);
+    }
     row->addWidget(button);
-    if (i == 0) button->setDefault(true);
-    connect(button, &QPushButton::clicked, this, [this, i] { answer(static_cast<int>(i)); });
+    if (i == 0) default_ = button;
+    connect(button, &QPushButton::clicked, this, [this, index] { answer(index); });
   }
-  static_cast<QVBoxLayout*>(layout())->addLayout(row);
-  const int width = std::max(smallestContentWidth, row->sizeHint().width());
-  for (LabelWidget* text : texts_) text->setFixedWidth(width);
+  if (default_ != nullptr) default_->setDefault(true);
+  if (!accessory_) setFocusProxy(default_);
+  static_cast<QVBoxLayout*>(panel_->layout())->addLayout(row);
 }
 
-void Sheet::reject() {
-  if (escapeAnswer_) answer(*escapeAnswer_);
+bool Sheet::focusNextPrevChild(bool next) {
+  QWidget* stop = focusWidget() != nullptr ? focusWidget() : this;
+  do {
+    stop = next ? stop->nextInFocusChain() : stop->previousInFocusChain();
+  } while (stop != focusWidget() && !(isAncestorOf(stop) && takesTab(*stop)));
+  stop->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+  ensureWidgetVisible(stop);
+  return true;
+}
+
+void Sheet::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Escape) {
+    if (escapeAnswer_) answer(*escapeAnswer_);
+  } else if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter) {
+    ScrollView::keyPressEvent(event);
+  } else if (default_ != nullptr && !event->isAutoRepeat()) {
+    default_->click();
+  }
 }
 
 void Sheet::answer(int index) {
@@ -92,6 +134,7 @@ void Sheet::answer(int index) {
   const auto completion = std::exchange(completion_, nullptr);
   // The accessory belongs to whoever made it; it must not go down with the sheet.
   if (accessory_) widgetOf(*accessory_).setParent(nullptr);
+  if (formerFocus_) formerFocus_->setFocus();
   hide();
   deleteLater();
   completion(index);
@@ -106,7 +149,7 @@ void presentSheet(const Alert& alert, std::optional<int> escapeAnswer, WindowWid
     completion(index);
   };
   window.sheet = new Sheet(alert, escapeAnswer, window, std::move(answered));
-  window.sheet->open();
+  window.showOverContent(*window.sheet);
 }
 
 }  // namespace vorrin

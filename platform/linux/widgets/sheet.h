@@ -1,37 +1,47 @@
 #pragma once
 
-#include <QDialog>
+#include <QPointer>
 #include <functional>
 #include <optional>
-#include <vector>
 
 #include "platform/alert.h"
+#include "platform/linux/widgets/scroll_view.h"
+
+class QPushButton;
 
 namespace vorrin {
 
-class LabelWidget;
+class PlaneWidget;
 class WindowWidget;
 
-/// A question in front of a window, which takes no input until it is answered.
-class Sheet : public QDialog {
+/// A question inside a window, over its dimmed content, which takes no input until it is answered.
+/// The main menu stays at hand. It goes away with its window, and answers nothing then.
+class Sheet : public ScrollView {
  public:
-  /// `escapeAnswer`: index of the button that Escape and the sheet's own close button stand for.
-  /// Without one they do nothing.
-  Sheet(const Alert& alert, std::optional<int> escapeAnswer, QWidget& window,
+  /// `escapeAnswer`: index of the button that Escape stands for. Without one it does nothing.
+  Sheet(const Alert& alert, std::optional<int> escapeAnswer, WindowWidget& window,
         std::function<void(int)> completion);
 
-  void reject() override;
+ protected:
+  /// The Tab key goes round inside.
+  bool focusNextPrevChild(bool next) override;
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   void addTexts(const Alert& alert);
-  void addButtons(const std::vector<std::string>& titles);
-  /// Takes the sheet away, then tells `index`. Only the first answer counts.
+  void addAccessory(const Alert& alert);
+  void addButtons(const Alert& alert);
+  /// Takes the sheet away and gives the keyboard back, then tells `index`. Only the first answer
+  /// counts.
   void answer(int index);
 
   const std::optional<int> escapeAnswer_;
   std::function<void(int)> completion_;
   std::optional<TextField> accessory_;
-  std::vector<LabelWidget*> texts_;
+  PlaneWidget* const panel_;
+  QPushButton* default_ = nullptr;
+  /// What had the keyboard before.
+  QPointer<QWidget> formerFocus_;
 };
 
 /// Shows a sheet on `window` and returns at once. A window has at most one; when it has, nothing

@@ -1,8 +1,10 @@
 #include "platform/view.h"
 
 #include <QBuffer>
+#include <QCoreApplication>
 #include <QLayout>
 #include <QPixmap>
+#include <QResizeEvent>
 #include <functional>
 
 #include "platform/linux/widgets/native_view.h"
@@ -14,19 +16,32 @@ namespace vorrin {
 
 namespace {
 
-void forEachLayout(QWidget& widget, const std::function<void(QLayout&)>& action) {
-  if (QLayout* layout = widget.layout()) action(*layout);
+/// The outer before the inner.
+void forEachWidget(QWidget& widget, const std::function<void(QWidget&)>& action) {
+  action(widget);
   for (QObject* child : widget.children()) {
     auto* inner = qobject_cast<QWidget*>(child);
-    if (inner != nullptr && !inner->isWindow()) forEachLayout(*inner, action);
+    if (inner != nullptr && !inner->isWindow()) forEachWidget(*inner, action);
   }
 }
 
-/// Layouts of a window that was never shown do not hear of their sizes. All forget what they know
-/// before the first one asks those inside it.
+void tellPendingSize(QWidget& widget) {
+  if (!widget.testAttribute(Qt::WA_PendingResizeEvent)) return;
+  widget.setAttribute(Qt::WA_PendingResizeEvent, false);
+  QResizeEvent event(widget.size(), {});
+  QCoreApplication::sendEvent(&widget, &event);
+}
+
+/// What lies in a window that was never shown does not hear of its size. All layouts forget what
+/// they know before the first one asks those inside it.
 void layOut(QWidget& window) {
-  forEachLayout(window, [](QLayout& layout) { layout.invalidate(); });
-  forEachLayout(window, [](QLayout& layout) { layout.activate(); });
+  forEachWidget(window, [](QWidget& widget) {
+    if (QLayout* layout = widget.layout()) layout->invalidate();
+  });
+  forEachWidget(window, [](QWidget& widget) {
+    tellPendingSize(widget);
+    if (QLayout* layout = widget.layout()) layout->activate();
+  });
 }
 
 }  // namespace

@@ -1,8 +1,5 @@
 #include "platform/window.h"
 
-#include <QGuiApplication>
-#include <QScreen>
-#include <algorithm>
 #include <cmath>
 
 #include "platform/linux/foundation/native_text.h"
@@ -29,12 +26,7 @@ void Window::setTitle(const std::string& title) const {
 }
 
 void Window::center() const {
-  WindowWidget& window = widgetOf(*this);
-  const QRect screen = window.screen()->availableGeometry();
-  const int left = screen.x() + (screen.width() - window.width()) / 2;
-  const int top = screen.y() + (screen.height() - window.height()) / 2;
-  // A window taller than its screen shows its upper part.
-  window.move(std::max(left, screen.x()), std::max(top, screen.y()));
+  widgetOf(*this).center();
 }
 
 std::uint32_t Window::styleMask() const {

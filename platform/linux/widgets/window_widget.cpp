@@ -1,15 +1,19 @@
 #include "platform/linux/widgets/window_widget.h"
 
-#include <QDialog>
 #include <QEvent>
+#include <QGridLayout>
 #include <QGuiApplication>
-#include <QVBoxLayout>
+#include <QMenu>
+#include <QScreen>
+#include <QShortcut>
 #include <algorithm>
 #include <string_view>
 
 #include "platform/linux/foundation/xcb_reply.h"
 #include "platform/linux/widgets/main_menu.h"
 #include "platform/linux/widgets/palette.h"
+#include "platform/linux/widgets/scroll_view.h"
+#include "platform/linux/widgets/sheet.h"
 
 namespace vorrin {
 
@@ -37,16 +41,20 @@ WindowWidget::WindowWidget(QSize contentSize, std::uint32_t style)
     : QWidget(nullptr, flags(style)),
       styleMask(style),
       contentView(new PlaneWidget("Content view")),
+      scrollView_(new ScrollView(this)),
       menuBar_(new QMenuBar(this)) {
   // A menu bar of the desktop's own would have to be asked for over the session bus.
   menuBar_->setNativeMenuBar(false);
   menuBar_->setPalette(darkPalette());
-  auto* layout = new QVBoxLayout(this);
+  connect(new QShortcut(Qt::Key_F10, this), &QShortcut::activated, this,
+          [this] { openFirstMenu(); });
+  auto* layout = new QGridLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
   layout->setSizeConstraint(QLayout::SetNoConstraint);
   layout->setMenuBar(menuBar_);
-  layout->addWidget(contentView);
+  scrollView_->setWidget(contentView);
+  layout->addWidget(scrollView_, 0, 0);
   // Else the first button would have the keyboard from the start, and Space would press it.
   contentView->setFocus();
   livingWindows().push_back(this);
@@ -71,7 +79,22 @@ void WindowWidget::setContentSize(QSize size) {
 
 void WindowWidget::setContentMinSize(QSize size) {
   contentMinSize_ = size;
+  // A bar at the side must not make one at the bottom necessary.
+  contentView->setMinimumSize((size - QSize(scrollView_->barExtent(), 0)).expandedTo({0, 0}));
   setMinimumSize(withMenuBar(size.expandedTo({0, 0})));
+}
+
+void WindowWidget::center() {
+  const QRect room = screen()->availableGeometry();
+  const int left = room.x() + (room.width() - frameGeometry().width()) / 2;
+  const int top = room.y() + (room.height() - frameGeometry().height()) / 2;
+  move(std::max(left, room.x()), std::max(top, room.y()));
+}
+
+void WindowWidget::showOverContent(QWidget& view) {
+  static_cast<QGridLayout*>(layout())->addWidget(&view, 0, 0);
+  view.show();
+  view.setFocus();
 }
 
 void WindowWidget::askForDarkFrame() {
@@ -92,7 +115,24 @@ bool WindowWidget::event(QEvent* event) {
   if (event->type() == QEvent::ApplicationFontChange || event->type() == QEvent::StyleChange) {
     setContentMinSize(contentMinSize_);
   }
+  if (event->type() == QEvent::Show) fitToScreen();
+  if (event->type() == QEvent::WindowActivate && !std::exchange(isFramed_, true)) fitToScreen();
   return QWidget::event(event);
+}
+
+void WindowWidget::openFirstMenu() {
+  QAction* const first = menuBar_->actions().value(0);
+  menuBar_->setActiveAction(first);
+  if (first != nullptr) first->menu()->setActiveAction(first->menu()->actions().value(0));
+}
+
+void WindowWidget::fitToScreen() {
+  if (isMaximized() || isFullScreen()) return;
+  const QSize room = screen()->availableSize() - (frameGeometry().size() - size());
+  setMinimumSize(minimumSize().boundedTo(room));
+  if (size() == size().boundedTo(room)) return;
+  resize(size().boundedTo(room));
+  center();
 }
 
 QSize WindowWidget::withMenuBar(QSize contentSize) const {

@@ -7,11 +7,13 @@
 #include "platform/linux/widgets/plane_widget.h"
 #include "platform/window.h"
 
-class QDialog;
-
 namespace vorrin {
 
-/// A window: the main menu's bar above the content view.
+class ScrollView;
+class Sheet;
+
+/// A window: the main menu's bar above the content view, which can be scrolled where the window is
+/// smaller than it.
 class WindowWidget : public QWidget {
  public:
   WindowWidget(QSize contentSize, std::uint32_t style);
@@ -21,6 +23,11 @@ class WindowWidget : public QWidget {
   void showMainMenu();
   void setContentSize(QSize size);
   void setContentMinSize(QSize size);
+  /// Puts the window into the middle of the room that the screen has for it; one that is larger
+  /// shows its upper left part.
+  void center();
+  /// Covers the content view with `view`, which gets the keyboard.
+  void showOverContent(QWidget& view);
   /// Asks the window manager for a dark frame; those that know of dark frames go by this.
   void askForDarkFrame();
 
@@ -29,16 +36,22 @@ class WindowWidget : public QWidget {
   Color backgroundColor;
   PlaneWidget* const contentView;
   /// The sheet that waits for its answer, if any.
-  QPointer<QDialog> sheet;
+  QPointer<Sheet> sheet;
 
  protected:
   bool event(QEvent* event) override;
 
  private:
+  void openFirstMenu();
+  /// A window manager takes the smallest size at its word, and the screen may have less room.
+  void fitToScreen();
   [[nodiscard]] QSize withMenuBar(QSize contentSize) const;
 
+  ScrollView* const scrollView_;
   QMenuBar* const menuBar_;
   QSize contentMinSize_;
+  /// Whether the window was fitted with the frame that the window manager gave it.
+  bool isFramed_ = false;
 };
 
 /// All windows there are.

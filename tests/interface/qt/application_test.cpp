@@ -11,9 +11,11 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <fstream>
 #include <functional>
 #include <vector>
 
+#include "platform/alert.h"
 #include "platform/linux/widgets/window_widget.h"
 #include "platform/window.h"
 #include "private_home.h"
@@ -86,7 +88,6 @@ class ApplicationProcess : public testing::Test {
   }
   ~ApplicationProcess() override { unsetenv("TMPDIR"); }
 
- private:
   PrivateHome home_;
 };
 
@@ -120,6 +121,56 @@ TEST_F(ApplicationProcess, closing_the_last_window_ends_it) {
         });
       },
       testing::ExitedWithCode(0), "^launched\nlast window closed\nwill terminate\n$");
+}
+
+TEST_F(ApplicationProcess,
+       every_way_to_end_it_ends_it_while_a_question_is_open_and_answers_nothing) {
+  const std::vector<std::function<void(WindowWidget&)>> ways = {
+      [](WindowWidget& window) { window.windowHandle()->close(); },
+      [](WindowWidget& window) {
+        QTest::keyClick(window.windowHandle(), Qt::Key_Q, Qt::ControlModifier);
+      },
+      [](WindowWidget& window) {
+        QTest::keyClick(window.windowHandle(), Qt::Key_F10);
+        QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Return);
+      }};
+  for (const auto& end : ways) {
+    EXPECT_EXIT(
+        {
+          Window window;
+          runApplication([&] {
+            Application::setMainMenu({{"Vorrin",
+                                       {{"Quit",
+                                         {"", [](const Button&) { Application::terminate(); }},
+                                         {.key = 'q'}}}}});
+            window = Window::make({300, 200}, window_style::titled | window_style::closable);
+            window.orderFront();
+            beginSheet({"Sure?", "", {"Yes", "Cancel"}}, window, [](int) { std::_Exit(7); });
+            QTimer::singleShot(0, [&] { end(widgetOf(window)); });
+            // Playing a key takes the wake-up away that ending gives the main loop.
+            QTimer::singleShot(100, [] {});
+          });
+        },
+        testing::ExitedWithCode(0), "will terminate\n$");
+  }
+}
+
+TEST_F(ApplicationProcess, a_window_is_never_higher_than_the_screen_and_as_high_as_it_may_be) {
+  const auto screen = home_.path / "screen.json";
+  std::ofstream(screen) << R"({"screens": [{"name": "small", "x": 0, "y": 0, "width": 640,
+      "height": 480, "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1}]})";
+  setenv("QT_QPA_PLATFORM", ("offscreen:configfile=" + screen.string()).c_str(), 1);
+  EXPECT_EXIT(runApplication([] {
+                const Window window = Window::make({580, 700}, window_style::titled);
+                window.setContentMinSize({580, 700});
+                window.center();
+                window.orderFront();
+                const QRect shown = widgetOf(window).frameGeometry();
+                const bool fits = QRect(0, 0, 640, 480).contains(shown) && shown.height() > 400;
+                say(fits ? "fits" : "does not fit");
+                Application::terminate();
+              }),
+              testing::ExitedWithCode(0), "\nfits\nwill terminate\n$");
 }
 
 TEST_F(ApplicationProcess, views_may_outlive_it) {

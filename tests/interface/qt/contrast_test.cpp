@@ -108,7 +108,10 @@ TEST_F(Contrast, every_text_stands_out_enough_and_is_listed) {
   savePreset("game", *app->currentPreset());
   app->reloadPresets("game");
   click(button("Rename"));
-  ASSERT_NE(sheet(), nullptr);
+  ASSERT_TRUE(hasSheet());
+  look(*sheet());
+  answer("Cancel");
+  click(button("Delete"));
   look(*sheet());
   std::ostringstream listed;
   listed << std::ifstream(VORRIN_CONTRAST_DOCUMENT).rdbuf();

@@ -9,6 +9,7 @@
 #include <QTest>
 #include <QWindow>
 #include <algorithm>
+#include <chrono>
 #include <cstdlib>
 #include <fstream>
 
@@ -91,13 +92,23 @@ void click(const View& view) {
 }
 
 void click(QWidget& widget) {
-  QWidget& window = *widget.window();
-  if (window.windowHandle() == nullptr) {
+  QWindow* const window = widget.window()->windowHandle();
+  if (window == nullptr) {
     QTest::mouseClick(&widget, Qt::LeftButton);
-    return;
+  } else {
+    click(*window, widget.mapTo(widget.window(), widget.rect().center()));
   }
-  const QPoint middle = widget.mapTo(&window, widget.rect().center());
-  QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {}, middle);
+}
+
+void click(QWindow& window, QPoint place) {
+  QTest::lastMouseTimestamp = monotonicMilliseconds() + 1000;
+  QTest::mouseClick(&window, Qt::LeftButton, {}, place);
+}
+
+int monotonicMilliseconds() {
+  using namespace std::chrono;
+  return static_cast<int>(
+      duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count());
 }
 
 void enter(const Window& /*window*/, const std::string& text) {
@@ -125,7 +136,7 @@ void choose(const PopUpButton& popUp, int item) {
   const QModelIndex index = list.model()->index(item, 0);
   const QPoint place = list.viewport()->mapTo(list.window(), list.visualRect(index).center());
   QTest::mouseMove(list.window()->windowHandle(), place);
-  QTest::mouseClick(list.window()->windowHandle(), Qt::LeftButton, {}, place);
+  click(*list.window()->windowHandle(), place);
   precondition(waitFor([&list] { return !list.isVisible(); }), "the pop-up closes");
 }
 
@@ -154,14 +165,12 @@ std::string selectedText(const TextField& field) {
 }
 
 Sheet* sheetOf(const Window& window) {
-  return static_cast<Sheet*>(widgetOf(window).sheet.data());
+  return widgetOf(window).sheet;
 }
 
 Sheet& shownSheet(const Window& window) {
   Sheet* sheet = sheetOf(window);
   precondition(sheet != nullptr, "a sheet is shown");
-  precondition(QTest::qWaitForWindowActive(sheet, patienceMilliseconds),
-               "the sheet has the keyboard");
   return *sheet;
 }
 
@@ -179,7 +188,7 @@ bool hasSheet(const Window& window) {
 }
 
 void pressInSheet(const Window& window, Key key) {
-  QTest::keyClick(shownSheet(window).windowHandle(),
+  QTest::keyClick(shownSheet(window).window()->windowHandle(),
                   key == Key::enter ? Qt::Key_Return : Qt::Key_Escape);
 }
 

@@ -2,6 +2,7 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QTest>
 
 #include "bridge/program_engine.h"
@@ -140,6 +141,23 @@ TEST_F(QtKeyboard, both_key_combinations_toggle_the_full_screen) {
   EXPECT_TRUE(waitFor([&window] { return window.isFullScreen(); }));
   press(Qt::Key_F, Qt::ControlModifier | Qt::MetaModifier);
   EXPECT_TRUE(waitFor([&window] { return !window.isFullScreen(); }));
+}
+
+TEST_F(QtKeyboard, f10_opens_the_first_menu_with_its_first_item_chosen) {
+  press(Qt::Key_F10);
+  auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+  ASSERT_NE(menu, nullptr);
+  EXPECT_EQ(menu->activeAction()->text(), "&Quit Vorrin");
+  QTest::keyClick(menu, Qt::Key_Escape);
+  EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+}
+
+TEST_F(QtKeyboard, alt_and_its_letter_open_a_menu_and_the_item_s_letter_chooses) {
+  press(Qt::Key_V, Qt::AltModifier);
+  auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+  ASSERT_NE(menu, nullptr);
+  QTest::keyClick(menu, Qt::Key_T);
+  EXPECT_TRUE(waitFor([this] { return window().isFullScreen(); }));
 }
 
 TEST_F(QtKeyboard, enter_in_a_field_presses_nothing) {

@@ -21,7 +21,7 @@ TEST_F(QtLaunch, the_menus_hold_quit_and_full_screen_with_their_keys) {
       }
     }
   }
-  EXPECT_THAT(items, ElementsAre("Vorrin > Quit Vorrin", "Ctrl+Q", "View > Toggle Full Screen",
+  EXPECT_THAT(items, ElementsAre("V&orrin > &Quit Vorrin", "Ctrl+Q", "&View > &Toggle Full Screen",
                                  "F11", "Meta+Ctrl+F"));
 }
 

@@ -1,4 +1,9 @@
+#include <QApplication>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QTest>
+#include <QWheelEvent>
+#include <algorithm>
 
 #include "platform/fake/system/fake_system.h"
 #include "platform/linux/widgets/label_widget.h"
@@ -67,6 +72,78 @@ TEST_F(QtLayout, the_window_cannot_be_made_smaller_than_at_the_start) {
   content().layoutSubtreeIfNeeded();
   EXPECT_EQ(content().bounds().width, compact.width);
   EXPECT_EQ(content().bounds().height, compact.height);
+}
+
+/// A window that its manager gives less room than it asks for, as in a tile or on a small screen.
+class QtSmallWindow : public QtInterfaceTest {
+ protected:
+  void resizeWindow(int width, int height) const {
+    window().windowHandle()->resize(width, height);
+    const QScrollBar& bar = *window().findChild<QScrollArea*>()->verticalScrollBar();
+    ASSERT_TRUE(waitFor([&] { return window().height() == height && bar.isVisible(); }));
+  }
+
+  /// Whether all of it can be seen, and so clicked.
+  [[nodiscard]] bool isInSight(const View& view) const {
+    const QWidget& widget = widgetOf(view);
+    return widget.visibleRegion() == QRegion(widget.rect());
+  }
+
+  void scrollBy(int lines) const {
+    const QPointF place = window().rect().center();
+    for (int i = 0; i < std::abs(lines); ++i) {
+      QWheelEvent wheel(place, place, {}, {0, lines > 0 ? -120 : 120}, Qt::NoButton, Qt::NoModifier,
+                        Qt::NoScrollPhase, false);
+      QSpontaneKeyEvent::setSpontaneous(&wheel);
+      qApp->notify(window().windowHandle(), &wheel);
+    }
+  }
+};
+
+TEST_F(QtSmallWindow, every_control_comes_into_sight_by_tab) {
+  for (const QSize size : {QSize(640, 480), QSize(580, 300), QSize(340, 200)}) {
+    resizeWindow(size.width(), size.height());
+    for (const View& control : allControls()) {
+      const QWidget& widget = widgetOf(control);
+      if (widget.focusPolicy() == Qt::NoFocus || !widget.isEnabled()) continue;
+      press(Qt::Key_Tab);
+      ASSERT_TRUE(widget.hasFocus()) << control.description();
+      EXPECT_TRUE(isInSight(control)) << control.description() << " at " << size.width();
+    }
+  }
+}
+
+TEST_F(QtSmallWindow, the_wheel_scrolls_to_the_end_and_back_also_over_pop_ups) {
+  resizeWindow(640, 480);
+  ASSERT_FALSE(isInSight(button("Retry connection")));
+  scrollBy(30);
+  EXPECT_TRUE(isInSight(button("Retry connection")));
+  click(button("Retry connection"));
+  scrollBy(-30);
+  EXPECT_TRUE(isInSight(button("Full screen")));
+  EXPECT_EQ(app->output.indexOfSelectedItem(), 1);
+}
+
+TEST_F(QtSmallWindow, the_page_keys_scroll) {
+  resizeWindow(640, 480);
+  press(Qt::Key_PageDown);
+  EXPECT_TRUE(isInSight(button("Retry connection")));
+  press(Qt::Key_PageUp);
+  EXPECT_TRUE(isInSight(button("Full screen")));
+}
+
+TEST_F(QtSmallWindow, a_bar_at_the_side_makes_none_at_the_bottom_necessary) {
+  resizeWindow(580, 480);
+  const auto bars = window().findChildren<QScrollBar*>();
+  EXPECT_EQ(std::ranges::count_if(bars, [](const QScrollBar* bar) { return bar->isVisible(); }), 1);
+}
+
+TEST_F(QtSmallWindow, where_everything_fits_nothing_scrolls) {
+  const Rect before = button("Full screen").boundsIn(app->window.contentView());
+  scrollBy(30);
+  EXPECT_TRUE(isInSight(button("Full screen")));
+  EXPECT_EQ(button("Full screen").boundsIn(app->window.contentView()).y, before.y);
+  for (const auto* bar : window().findChildren<QScrollBar*>()) EXPECT_FALSE(bar->isVisible());
 }
 
 TEST_F(QtLayout, full_screen_and_back_gives_the_window_its_size_again) {

@@ -14,7 +14,7 @@ using testing::IsEmpty;
 class QtPresets : public PresetsTest {
  protected:
   [[nodiscard]] Sheet& sheet() const { return driver::shownSheet(app->window); }
-  void press(Qt::Key key) const { QTest::keyClick(sheet().windowHandle(), key); }
+  void press(Qt::Key key) const { QTest::keyClick(widgetOf(app->window).windowHandle(), key); }
 };
 
 TEST_F(QtPresets, delete_can_be_reached_by_keyboard) {
@@ -36,12 +36,6 @@ TEST_F(QtPresets, while_a_question_is_open_the_window_takes_no_input) {
   answer("Cancel");
   click(app->buttons[0]);
   EXPECT_TRUE(engine.running[0]);
-}
-
-TEST_F(QtPresets, a_long_name_wraps_in_the_question) {
-  savePreset(std::string(80, 'W'), other());
-  click(button("Delete"));
-  EXPECT_LE(sheet().width(), 580);
 }
 
 TEST_F(QtPresets, when_nothing_can_be_stored_saving_says_so) {

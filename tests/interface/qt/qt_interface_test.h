@@ -13,10 +13,9 @@ class QtInterfaceTest : public InterfaceTest {
   [[nodiscard]] QWidget& window() const { return widgetOf(app->window); }
   [[nodiscard]] Sheet* sheet() const { return driver::sheetOf(app->window); }
 
-  /// Presses and releases a key in the sheet, or in the window when there is none.
+  /// Presses and releases a key.
   void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const {
-    const QWidget* target = sheet() != nullptr ? sheet() : &window();
-    QTest::keyClick(target->windowHandle(), key, modifiers);
+    QTest::keyClick(window().windowHandle(), key, modifiers);
   }
 };
 

@@ -94,6 +94,28 @@ TEST(QtTextField, a_label_shows_no_more_than_its_lines) {
   EXPECT_EQ(text.text(), "1\n2\n3\n4");
 }
 
+TEST(QtTextField, a_label_shortens_long_words_in_their_middles_rather_than_lose_its_end) {
+  const auto loaded = [](const std::string& name) {
+    TextField text = TextField::wrappingLabel("Loaded “" + name + "”. Both macros are OFF.");
+    text.setMaximumNumberOfLines(2);
+    return text;
+  };
+  const std::string half(39, 'W');
+  for (const std::string& name : {std::string(80, 'W'), half + " " + half}) {
+    const TextField text = loaded(name);
+    EXPECT_EQ(text.text(), "Loaded “" + name + "”. Both macros are OFF.");
+    auto& label = wrapping(text);
+    label.resize(532, label.heightForWidth(532));
+    const QString shown = label.fittedText(532);
+    EXPECT_TRUE(shown.startsWith("Loaded “W")) << shown.toStdString();
+    EXPECT_TRUE(shown.endsWith("W”. Both macros are OFF.")) << shown.toStdString();
+    EXPECT_TRUE(shown.contains("W…W")) << shown.toStdString();
+    // As much of the name as the two lines can hold.
+    EXPECT_GT(label.fontMetrics().horizontalAdvance(shown), 600);
+  }
+  EXPECT_EQ(wrapping(loaded("Night")).fittedText(532), "Loaded “Night”. Both macros are OFF.");
+}
+
 TEST(QtTextField, a_label_of_ten_thousand_characters_can_be_shown) {
   const TextField text = TextField::wrappingLabel(std::string(10000, 'w'));
   const auto& label = wrapping(text);

@@ -86,6 +86,10 @@ void EndToEndTest::waitUntilListening() {
   }
 }
 
+bool EndToEndTest::hasSheet() {
+  return windows.pixelOf(vorrinWindow(), 290, 55) != 0;
+}
+
 Preset EndToEndTest::stored() {
   return loadCurrentSettings(UserDefaults::standard()).value;
 }

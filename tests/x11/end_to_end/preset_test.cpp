@@ -27,10 +27,7 @@ struct PresetTest : EndToEndTest {
 
   /// Waits for a sheet over the window, or for its end.
   bool waitForSheet(bool shown) {
-    return waitUntil([&] {
-      const bool isShown = windows.active() != vorrinWindow() && windows.active() != 0;
-      return isShown == shown;
-    });
+    return waitUntil([&] { return hasSheet() == shown; });
   }
 };
 
@@ -93,7 +90,6 @@ TEST_F(PresetTest, shortcuts_start_nothing_while_a_sheet_is_open) {
   expectSilence();
 }
 
-// Each leaves the keyboard with nobody for a moment, and the pointer is over the window's buttons.
 TEST_F(PresetTest, macros_stay_paused_while_a_sheet_opens_and_closes) {
   startWith(true);
   showClient();

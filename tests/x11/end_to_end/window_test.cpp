@@ -34,10 +34,9 @@ TEST_F(WindowTest, the_place_for_the_permission_is_a_sheet_that_return_closes) {
   start();
   showVorrin();
   panel.push(Control::openSettings);
-  ASSERT_TRUE(
-      waitUntil([&] { return windows.active() != 0 && windows.active() != vorrinWindow(); }));
+  ASSERT_TRUE(waitUntil([&] { return hasSheet(); }));
   user.tap(keys::enter);
-  ASSERT_TRUE(waitUntil([&] { return windows.active() == vorrinWindow(); }));
+  ASSERT_TRUE(waitUntil([&] { return !hasSheet(); }));
   showClient();
   user.tap(keys::tab);
   expectActions(mouseMacro);

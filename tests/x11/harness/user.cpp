@@ -166,6 +166,11 @@ void User::pointAt(unsigned long window) {
   flush();
 }
 
+void User::pointAt(unsigned long window, int x, int y) {
+  native_->pointInto(window, x, y);
+  flush();
+}
+
 void User::pointAtCorner(unsigned long window) {
   constexpr int distance = 5;
   native_->pointInto(window, distance, native_->attributesOf(window).height - distance);

@@ -55,10 +55,11 @@ class User {
   void queue(std::uint16_t virtualKey, bool down, Source source);
   void flush();
 
-  /// Moves the pointer to a place on the screen, into the middle of a window, or to the left end of
-  /// its bottom, where windows have nothing to click on.
+  /// Moves the pointer to a place on the screen, into the middle of a window, to a place in it, or
+  /// to the left end of its bottom, where windows have nothing to click on.
   void movePointer(int x, int y);
   void pointAt(unsigned long window);
+  void pointAt(unsigned long window, int x, int y);
   void pointAtCorner(unsigned long window);
 
   /// Buttons as X numbers them; 1 is the left one.

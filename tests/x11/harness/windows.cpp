@@ -1,6 +1,7 @@
 #include "tests/x11/harness/windows.h"
 
 #include <X11/Xatom.h>
+#include <X11/Xutil.h>
 
 #include <algorithm>
 
@@ -80,13 +81,30 @@ unsigned long Windows::active() {
 }
 
 bool Windows::activate(unsigned long window) {
-  native_->ask(window, "_NET_ACTIVE_WINDOW");
+  ask(window);
   return waitUntil([&] {
     Window focus = 0;
     int revert = 0;
     XGetInputFocus(native_->display.get(), &focus, &revert);
     return active() == window && focus != 0;
   });
+}
+
+void Windows::ask(unsigned long window) {
+  native_->ask(window, "_NET_ACTIVE_WINDOW");
+}
+
+unsigned Windows::widthOf(unsigned long window) {
+  XWindowAttributes attributes{};
+  XGetWindowAttributes(native_->display.get(), window, &attributes);
+  return static_cast<unsigned>(attributes.width);
+}
+
+unsigned long Windows::pixelOf(unsigned long window, int x, int y) {
+  XImage* const picture = XGetImage(native_->display.get(), window, x, y, 1, 1, AllPlanes, ZPixmap);
+  const unsigned long pixel = XGetPixel(picture, 0, 0);
+  XDestroyImage(picture);
+  return pixel & 0xFFFFFF;
 }
 
 void Windows::close(unsigned long window) {

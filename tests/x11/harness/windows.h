@@ -29,6 +29,14 @@ class Windows {
   /// Asks the window manager to put the window in front and give it the focus, and waits for that.
   /// False when it does not happen.
   bool activate(unsigned long window);
+  /// The same without the waiting.
+  void ask(unsigned long window);
+
+  /// Its width in pixels, without the frame.
+  unsigned widthOf(unsigned long window);
+
+  /// The colour at this place of the window, as 0xRRGGBB.
+  unsigned long pixelOf(unsigned long window, int x, int y);
 
   /// Asks the program that shows the window to close it.
   void close(unsigned long window);

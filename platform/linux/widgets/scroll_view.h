@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QScrollArea>
+
+namespace vorrin {
+
+/// Shows the view inside whole where there is room. Where there is not it can be scrolled: by bars,
+/// wheel and keys, and by moving the keyboard to a control that is out of sight.
+class ScrollView : public QScrollArea {
+ public:
+  explicit ScrollView(QWidget* parent);
+
+  /// How much room a bar takes, and so much less than it asks for the view inside may get.
+  [[nodiscard]] int barExtent() const;
+};
+
+}  // namespace vorrin
