@@ -20,6 +20,10 @@ NSAlert* nsAlert(const Alert& alert) {
   for (const std::string& title : alert.buttons) [native addButtonWithTitle:nsString(title)];
   // AppKit gives every button called "Cancel" the Escape key, also where it is the default.
   native.buttons.firstObject.keyEquivalent = @"\r";
+  if (alert.destructiveButton) {
+    const auto index = static_cast<NSUInteger>(*alert.destructiveButton);
+    native.buttons[index].hasDestructiveAction = YES;
+  }
   if (alert.accessory) {
     // An alert makes room for the frame of its accessory.
     native.accessoryView = nsView(*alert.accessory);
