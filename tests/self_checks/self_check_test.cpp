@@ -164,6 +164,7 @@ TEST_F(SelfChecks, interface_check_passes_without_a_display_and_writes_its_pictu
   ASSERT_EQ(outcome.output.substr(0, start.size()), start);
   EXPECT_THAT(outcome.output.substr(start.size()),
               MatchesRegex("[0-9]+ controls within window bounds; both macros OFF\\.\n"));
+  EXPECT_EQ(outcome.errors, "");
   std::ifstream picture(directory_ / "ui-preview.png", std::ios::binary);
   std::string signature(8, '\0');
   picture.read(signature.data(), 8);
@@ -174,6 +175,7 @@ TEST_F(SelfChecks, interface_check_passes_with_a_display_variable_that_leads_now
   const Outcome outcome =
       run(bare(VORRIN_PROGRAM " --ui-test", "DISPLAY=:9999 HOME=" + directory_.string()));
   EXPECT_TRUE(outcome.exitedWith(0)) << outcome.errors;
+  EXPECT_EQ(outcome.errors, "");
 }
 
 TEST_F(SelfChecks, interface_check_passes_at_each_scale_and_in_each_language) {

@@ -76,6 +76,8 @@ bool isProcessTrusted() {
 }
 
 bool isProcessTrustedWithPrompt() {
+  // Here a connection is wanted.
+  sayInputWay();
   auto* const helper = helperBackend();
   return helper == nullptr || helper->isTrustedWithPrompt();
 }

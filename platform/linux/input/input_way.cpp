@@ -11,6 +11,14 @@ std::string_view variable(const char* name) {
   return value == nullptr ? std::string_view() : std::string_view(value);
 }
 
+const InputChoice& presentChoice() {
+  static const InputChoice choice = chooseInput({.wish = variable("VORRIN_INPUT"),
+                                                 .sessionType = variable("XDG_SESSION_TYPE"),
+                                                 .wayland = variable("WAYLAND_DISPLAY"),
+                                                 .display = variable("DISPLAY")});
+  return choice;
+}
+
 }  // namespace
 
 InputChoice chooseInput(const InputEnvironment& environment) {
@@ -24,17 +32,15 @@ InputChoice chooseInput(const InputEnvironment& environment) {
 }
 
 InputWay inputWay() {
-  static const InputWay way = [] {
-    const InputChoice choice = chooseInput({.wish = variable("VORRIN_INPUT"),
-                                            .sessionType = variable("XDG_SESSION_TYPE"),
-                                            .wayland = variable("WAYLAND_DISPLAY"),
-                                            .display = variable("DISPLAY")});
-    std::fprintf(stderr, "vorrin: keyboard and clicks through %s, because %.*s\n",
-                 choice.way == InputWay::x11 ? "the X server" : "the input helper",
-                 static_cast<int>(choice.reason.size()), choice.reason.data());
-    return choice.way;
-  }();
-  return way;
+  return presentChoice().way;
+}
+
+void sayInputWay() {
+  static const int said =
+      std::fprintf(stderr, "vorrin: keyboard and clicks through %s, because %.*s\n",
+                   inputWay() == InputWay::x11 ? "the X server" : "the input helper",
+                   static_cast<int>(presentChoice().reason.size()), presentChoice().reason.data());
+  static_cast<void>(said);
 }
 
 }  // namespace vorrin

@@ -30,7 +30,10 @@ struct InputChoice {
 /// keys but its own windows', so it does not count.
 InputChoice chooseInput(const InputEnvironment& environment);
 
-/// The way of this process, chosen at the first call, which says so on standard error.
+/// The way of this process, chosen at the first call.
 InputWay inputWay();
+
+/// Says on standard error, once, which way it is and why.
+void sayInputWay();
 
 }  // namespace vorrin

@@ -64,9 +64,7 @@ LaunchEnvironment::LaunchEnvironment(bool needsDisplay) {
   // one below it ends the process for that unless told otherwise.
   preset("DBUS_FATAL_WARNINGS", "0");
   leaveOutUnresponsiveBuses();
-  if (!needsDisplay) {
-    preset("QT_QPA_PLATFORM", isAnyDisplayNamed() ? "xcb;wayland;offscreen" : "offscreen");
-  }
+  if (!needsDisplay) preset("QT_QPA_PLATFORM", "offscreen");
   nextHandler = qInstallMessageHandler(watchStart);
 }
 
