@@ -17,7 +17,6 @@
 #include "platform/linux/widgets/accessible_window.h"
 #include "platform/linux/widgets/activation_clicks.h"
 #include "platform/linux/widgets/dark_style.h"
-#include "platform/linux/widgets/display_loss.h"
 #include "platform/linux/widgets/launch_environment.h"
 #include "platform/linux/widgets/main_menu.h"
 #include "platform/linux/widgets/palette.h"
@@ -74,7 +73,6 @@ struct Application::Native {
   ActivationClicks activationClicks;
   QStyle* const style = new DarkStyle;  ///< `application` takes it over
   TerminationSignals terminationSignals;
-  DisplayLoss displayLoss;
   SingleInstance instance;
   ApplicationDelegate delegate;
   bool isLaunched = false;
@@ -89,7 +87,6 @@ Application::Native::Native(int count, char** arguments)
       application(argumentCount, arguments),
       activationClicks(application),
       terminationSignals([this] { terminate(); }),
-      displayLoss([this] { tellTermination(); }),
       instance({.reopen = [this] { reopen(); }, .stopAll = [this] { stopAll(); }}) {
   launch.reset();
   shared = this;

@@ -140,6 +140,13 @@ void Sheet::answer(int index) {
   completion(index);
 }
 
+void beginSheet(const Alert& alert, const Window& window, std::function<void(int)> completion) {
+  const auto cancel = std::find(alert.buttons.begin(), alert.buttons.end(), "Cancel");
+  const auto index = static_cast<int>(cancel - alert.buttons.begin());
+  presentSheet(alert, cancel != alert.buttons.end() ? std::optional(index) : std::nullopt,
+               widgetOf(window), std::move(completion));
+}
+
 void presentSheet(const Alert& alert, std::optional<int> escapeAnswer, WindowWidget& window,
                   std::function<void(int)> completion) {
   if (window.sheet) return;
