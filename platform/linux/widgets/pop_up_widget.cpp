@@ -1,7 +1,6 @@
 #include "platform/linux/widgets/pop_up_widget.h"
 
 #include <QAbstractItemView>
-#include <QApplication>
 #include <QKeyEvent>
 #include <QListView>
 #include <QPainter>
@@ -20,13 +19,6 @@ constexpr int smallestWidth = 64;
 constexpr int widestMenu = 500;
 constexpr int itemHeight = 22;
 constexpr int itemInset = 9;
-
-/// Whether a key types something that titles are made of.
-bool isLetter(const QKeyEvent& event) {
-  const Qt::KeyboardModifiers commands = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
-  return !event.text().isEmpty() && event.text().at(0).isPrint() &&
-         (event.modifiers() & commands) == Qt::NoModifier;
-}
 
 /// One item of the opened menu.
 class PopUpItem : public QStyledItemDelegate {
@@ -85,27 +77,9 @@ void PopUpWidget::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
     event->accept();
     if (!event->isAutoRepeat()) showPopup();
-  } else if (isLetter(*event) && (event->key() != Qt::Key_Space || isTitleBegun())) {
-    event->accept();
-    searchOn(event->text());
   } else {
     QComboBox::keyPressEvent(event);
   }
-}
-
-bool PopUpWidget::isTitleBegun() const {
-  return lastLetter_.isValid() && lastLetter_.elapsed() < QApplication::keyboardInputInterval();
-}
-
-void PopUpWidget::searchOn(const QString& letters) {
-  lastLetter_.start();
-  // The list puts the letters of a title together.
-  view()->setCurrentIndex(model()->index(currentIndex(), modelColumn(), rootModelIndex()));
-  view()->keyboardSearch(letters);
-  const int found = view()->currentIndex().row();
-  if (found < 0 || found == currentIndex()) return;
-  setCurrentIndex(found);
-  Q_EMIT activated(found);
 }
 
 void PopUpWidget::wheelEvent(QWheelEvent* event) {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QComboBox>
-#include <QElapsedTimer>
 
 #include "platform/linux/widgets/button_widgets.h"
 
@@ -24,13 +23,6 @@ class PopUpWidget : public QComboBox, public NativeButton {
 
  private:
   [[nodiscard]] int widestTitle() const;
-
-  /// Whether the user is typing a title right now. Blanks belong to it then; else Space opens the
-  /// menu.
-  [[nodiscard]] bool isTitleBegun() const;
-  void searchOn(const QString& letters);
-
-  QElapsedTimer lastLetter_;
 };
 
 }  // namespace vorrin
