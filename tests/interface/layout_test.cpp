@@ -1,4 +1,5 @@
-#include "interface_test.h"
+#include "layout_test.h"
+
 #include "platform/fake/system/fake_system.h"
 
 // The same tests run at one and at two pixels a point.
@@ -6,7 +7,6 @@
 namespace vorrin {
 namespace {
 
-constexpr Size compact{580, 700};
 constexpr Size expanded{1440, 900};
 
 std::string repeated(const std::string& text, int times) {
@@ -22,29 +22,6 @@ bool overlap(const Rect& left, const Rect& right) {
   return left.x < right.maxX() && right.x < left.maxX() && left.y < right.maxY() &&
          right.y < left.maxY();
 }
-
-class Layout : public InterfaceTest {
- protected:
-  void layOut(Size size) {
-    driver::resize(app->window, size);
-    content().layoutSubtreeIfNeeded();
-  }
-
-  [[nodiscard]] View content() const { return app->window.contentView(); }
-  [[nodiscard]] Rect place(const View& view) const { return driver::place(view, content()); }
-
-  void expectNothingClipped() {
-    content().layoutSubtreeIfNeeded();
-    const Rect room = content().bounds();
-    for (const View& control : allControls()) {
-      const Rect rect = place(control);
-      EXPECT_GE(rect.x, 0) << control.description();
-      EXPECT_GE(rect.y, 0) << control.description();
-      EXPECT_LE(rect.maxX(), room.width) << control.description();
-      EXPECT_LE(rect.maxY(), room.height) << control.description();
-    }
-  }
-};
 
 TEST_F(Layout, every_control_lies_inside_the_smallest_window) {
   layOut(compact);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -7,18 +8,24 @@
 
 namespace vorrin {
 
-/// Matches an entry of the store under this name.
-inline auto named(const std::string& name) {
-  return testing::Key(name);
-}
-
 /// The panel of named presets.
 class PresetsTest : public InterfaceTest {
  protected:
   using Key = driver::Key;
 
+  /// Matches an entry of the store.
+  static auto entry(const std::string& name, const Preset& preset) {
+    return testing::Pair(name, preset);
+  }
+
   /// What the window's settings are now.
   [[nodiscard]] Preset preset() const { return *app->currentPreset(); }
+  /// What is in the store.
+  [[nodiscard]] std::map<std::string, Preset> presets() const {
+    return app->presetStore().all().value;
+  }
+
+  [[nodiscard]] std::vector<std::string> list() const { return driver::titles(app->presetList); }
 
   /// A preset that differs from the start values in everything.
   static Preset other() {
@@ -29,8 +36,6 @@ class PresetsTest : public InterfaceTest {
     type(app->presetName, name);
     click(button("Save preset"));
   }
-
-  [[nodiscard]] std::vector<std::string> list() const { return driver::titles(app->presetList); }
 
   /// The question's field for the new name, once it has the keyboard.
   [[nodiscard]] TextField nameInSheet() const {

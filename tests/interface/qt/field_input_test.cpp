@@ -2,6 +2,7 @@
 #include <QClipboard>
 #include <QDropEvent>
 #include <QMimeData>
+#include <QWheelEvent>
 
 #include "qt_interface_test.h"
 
@@ -61,6 +62,30 @@ TEST_F(QtFieldInput, text_dropped_into_a_field_is_an_edit) {
   QApplication::sendEvent(&field, &drop);
   EXPECT_EQ(app->fields[0].text(), "2.5");
   EXPECT_EQ(stored("interval0"), DefaultsObject(2.5));
+}
+
+TEST_F(QtFieldInput, a_number_pasted_with_a_line_break_is_a_number) {
+  paste(app->fields[0], "0.75\r\n");
+  EXPECT_EQ(app->fields[0].text(), "0.75");
+  EXPECT_EQ(stored("interval0"), DefaultsObject(0.75));
+}
+
+TEST_F(QtFieldInput, taking_an_edit_back_is_an_edit) {
+  type(app->fields[0], "0.25");
+  press(Qt::Key_X);
+  ASSERT_FALSE(app->settingsValid);
+  press(Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_TRUE(app->settingsValid);
+}
+
+TEST_F(QtFieldInput, scrolling_over_a_pop_up_changes_nothing) {
+  QWidget& popUp = widgetOf(app->output);
+  const QPoint place = popUp.rect().center();
+  QWheelEvent wheel(place, popUp.mapToGlobal(place), {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
+                    Qt::NoScrollPhase, false);
+  QApplication::sendEvent(&popUp, &wheel);
+  EXPECT_EQ(app->output.indexOfSelectedItem(), 1);
+  EXPECT_EQ(app->saveNotice.text(), "Settings save automatically.");
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <QWheelEvent>
 #include <algorithm>
 
+#include "layout_test.h"
 #include "platform/fake/system/fake_system.h"
 #include "platform/linux/widgets/label_widget.h"
 #include "qt_interface_test.h"
@@ -14,28 +15,9 @@
 namespace vorrin {
 namespace {
 
-constexpr Size compact{580, 700};
-
-class QtLayout : public QtInterfaceTest {
+class QtLayout : public Layout {
  protected:
-  void layOut(Size size) {
-    app->window.setContentSize(size);
-    content().layoutSubtreeIfNeeded();
-  }
-
-  [[nodiscard]] View content() const { return app->window.contentView(); }
-
-  void expectNothingClipped() {
-    content().layoutSubtreeIfNeeded();
-    const Rect room = content().bounds();
-    for (const View& control : allControls()) {
-      const Rect rect = control.boundsIn(content());
-      EXPECT_GE(rect.x, 0) << control.description();
-      EXPECT_GE(rect.y, 0) << control.description();
-      EXPECT_LE(rect.maxX(), room.width) << control.description();
-      EXPECT_LE(rect.maxY(), room.height) << control.description();
-    }
-  }
+  [[nodiscard]] QWidget& window() const { return widgetOf(app->window); }
 };
 
 TEST_F(QtLayout, every_label_has_the_room_that_its_text_needs) {
@@ -147,24 +129,22 @@ TEST_F(QtSmallWindow, where_everything_fits_nothing_scrolls) {
 }
 
 TEST_F(QtLayout, full_screen_and_back_gives_the_window_its_size_again) {
-  QWidget& window = widgetOf(app->window);
-  const QRect before = window.geometry();
+  const QRect before = window().geometry();
   click(button("Full screen"));
-  ASSERT_TRUE(waitFor([&window] { return window.isFullScreen(); }));
+  ASSERT_TRUE(waitFor([this] { return window().isFullScreen(); }));
   expectNothingClipped();
   click(button("Full screen"));
-  ASSERT_TRUE(waitFor([&window] { return !window.isFullScreen(); }));
-  EXPECT_TRUE(waitFor([&] { return window.geometry().size() == before.size(); }));
+  ASSERT_TRUE(waitFor([this] { return !window().isFullScreen(); }));
+  EXPECT_TRUE(waitFor([&] { return window().geometry().size() == before.size(); }));
 }
 
 TEST_F(QtLayout, leaving_the_full_screen_gives_a_maximised_window_its_state_again) {
-  QWidget& window = widgetOf(app->window);
-  window.showMaximized();
-  ASSERT_TRUE(waitFor([&window] { return window.isMaximized(); }));
-  press(Qt::Key_F11);
-  ASSERT_TRUE(waitFor([&window] { return window.isFullScreen(); }));
-  press(Qt::Key_F11);
-  EXPECT_TRUE(waitFor([&window] { return !window.isFullScreen() && window.isMaximized(); }));
+  window().showMaximized();
+  ASSERT_TRUE(waitFor([this] { return window().isMaximized(); }));
+  QTest::keyClick(window().windowHandle(), Qt::Key_F11);
+  ASSERT_TRUE(waitFor([this] { return window().isFullScreen(); }));
+  QTest::keyClick(window().windowHandle(), Qt::Key_F11);
+  EXPECT_TRUE(waitFor([this] { return !window().isFullScreen() && window().isMaximized(); }));
 }
 
 TEST_F(QtLayout, a_picture_has_as_many_pixels_as_the_screen_shows) {
