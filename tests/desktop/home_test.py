@@ -7,7 +7,10 @@ import unittest
 from desktop import PROGRAM, Client, Desktop, wait_until
 
 
-WITH_READ_ONLY_DIRECTORY = os.environ["VORRIN_WITH_READ_ONLY_DIRECTORY"]
+# Starts a program for which a directory can only be read, also by the administrator.
+WITH_READ_ONLY_DIRECTORY = (
+    ["unshare", "--mount", *([] if os.getuid() == 0 else ["--map-root-user"]), "sh", "-c",
+     'mount --bind "$0" "$0" && mount -o remount,bind,ro "$0" && exec "$@"'])
 SETTINGS = ".config/vorrin/org.vorrin.Vorrin.json"
 
 
@@ -33,7 +36,7 @@ class HomeThatCannotBeWritten(unittest.TestCase):
     def work_in(self, desktop, home):
         """A start of Vorrin, both macros, a change of settings, both macros again. What Vorrin tells
         meanwhile on the terminal."""
-        vorrin = desktop.start([WITH_READ_ONLY_DIRECTORY, home, PROGRAM], stderr=subprocess.PIPE,
+        vorrin = desktop.start([*WITH_READ_ONLY_DIRECTORY, home, PROGRAM], stderr=subprocess.PIPE,
                                text=True, variables={"HOME": str(home)})
         window = wait_until(desktop.vorrin_windows, "the window")[0]
         client = Client(desktop)

@@ -1,14 +1,17 @@
 #include "fault_test.h"
 
+#include <X11/Xlib.h>
+
 #include <algorithm>
+#include <array>
 #include <ostream>
 
-#include "held_input.h"
 #include "input_watch.h"
 #include "platform/user_defaults.h"
 #include "settings/preset_json.h"
 #include "settings/settings_persistence.h"
 #include "tests/foundation/defaults_sandbox.h"
+#include "tests/x11/harness/display.h"
 
 namespace vorrin::faults {
 
@@ -50,9 +53,25 @@ double FaultTest::pressesPerSecond(std::chrono::milliseconds duration) {
   return presses * 1e9 / static_cast<double>(monotonicNanoseconds() - begin);
 }
 
+std::string FaultTest::heldInput() const {
+  const auto display = openDisplay(desktop.display());
+  std::string text;
+  std::array<char, 32> keys{};
+  XQueryKeymap(display.get(), keys.data());
+  for (unsigned key = 0; key < 256; ++key) {
+    const unsigned byte = static_cast<unsigned char>(keys[key / 8]);
+    if (((byte >> (key % 8)) & 1U) != 0) text += "key " + std::to_string(key) + " ";
+  }
+  Window window = 0;
+  std::array<int, 4> place{};
+  unsigned buttons = 0;
+  XQueryPointer(display.get(), DefaultRootWindow(display.get()), &window, &window, &place[0],
+                &place[1], &place[2], &place[3], &buttons);
+  return (buttons & Button1Mask) == 0 ? text : text + "the left button";
+}
+
 void FaultTest::expectUsableInput() {
-  EXPECT_TRUE(waitUntil([&] { return heldInput(desktop.display()).empty(); }))
-      << heldInput(desktop.display());
+  EXPECT_TRUE(waitUntil([&] { return heldInput().empty(); })) << heldInput();
   user.pointAt(client->window());
   ASSERT_TRUE(windows.activate(client->window()));
   client->readAll(user);

@@ -34,7 +34,7 @@ struct OwnDesktop {
 struct FaultTest : OwnDesktop, EndToEndTest {
   FaultTest() : EndToEndTest(ownDesktop) {}
 
-  std::mt19937 random{static_cast<std::mt19937::result_type>(amount("seed", 1))};
+  std::mt19937 random{static_cast<std::mt19937::result_type>(amount("SEED", 1))};
 
   /// Starts what `start` starts and both macros, and waits until they act.
   void startMacros();
@@ -45,6 +45,10 @@ struct FaultTest : OwnDesktop, EndToEndTest {
 
   /// How many keys and buttons a second are pressed, by whomever, in a while from now.
   double pressesPerSecond(std::chrono::milliseconds duration);
+
+  /// The keys and buttons that are down, whoever pressed them, in words: "key 38". Empty when
+  /// nothing is.
+  [[nodiscard]] std::string heldInput() const;
 
   /// The user can work: nothing is held down, and a letter typed arrives at the client.
   void expectUsableInput();

@@ -40,7 +40,7 @@ struct KillTest : FaultTest {
 TEST_F(KillTest, ended_at_any_moment_of_its_macros_it_leaves_no_key_down_and_all_that_was_stored) {
   settings.intervals = {0.001, 0.001};
   start();
-  const std::int64_t rounds = (amount("rounds", 60) + 1) / 2;
+  const std::int64_t rounds = (amount("ROUNDS", 60) + 1) / 2;
   const Stored before = readStored();
   for (std::int64_t round = 0; round < rounds && !HasFailure(); ++round) {
     SCOPED_TRACE("round " + std::to_string(round));
@@ -61,7 +61,7 @@ TEST_F(KillTest, ended_at_any_moment_of_its_macros_it_leaves_no_key_down_and_all
 
 TEST_F(KillTest, ended_at_any_moment_of_saving_it_has_stored_every_edit_wholly_or_not_at_all) {
   start();
-  const std::int64_t rounds = amount("rounds", 60) / 2;
+  const std::int64_t rounds = amount("ROUNDS", 60) / 2;
   Stored before = readStored();
   for (std::int64_t round = 0; round < rounds && !HasFailure(); ++round) {
     SCOPED_TRACE("round " + std::to_string(round));

@@ -46,7 +46,7 @@ TEST(LongRun, a_day_of_both_macros_misses_no_action_and_grows_by_nothing) {
 }
 
 TEST(LongRun, posting_for_very_long_takes_no_more_memory) {
-  const std::int64_t ticks = amount("ticks", 50'000);
+  const std::int64_t ticks = amount("TICKS", 50'000);
   constexpr std::int64_t inOneGo = 500;
   // The sanitizer keeps what was freed for a while.
   ::setenv("ASAN_OPTIONS", "quarantine_size_mb=1:thread_local_quarantine_size_kb=64", 1);

@@ -46,7 +46,7 @@ struct StopTest : FaultTest {
     return std::ifstream("/proc/" + std::to_string(program->process().id()) + "/" + name);
   }
 
-  const std::chrono::seconds duration{amount("stop", 3)};
+  const std::chrono::seconds duration{amount("STOP", 3)};
 };
 
 TEST_F(StopTest, the_keyboard_works_while_the_program_is_stopped) {

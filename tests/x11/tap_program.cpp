@@ -108,7 +108,7 @@ void clickEveryMillisecond() {
 void answerBehindEvents(const std::string& command) {
   // The answer of the server takes along what it told before, which is served before the main loop
   // sleeps, and before this, which is connected later.
-  constexpr std::array<std::uint16_t, 1> unusedKey{0x71};
+  constexpr std::array<std::uint16_t, 1> unusedKey{0x1D};
   if (state().tap) static_cast<void>(state().tap->canClaim(unusedKey));
   auto* const loop = QAbstractEventDispatcher::instance();
   QObject::connect(

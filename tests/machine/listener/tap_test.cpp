@@ -6,7 +6,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include "platform/linux/input/key_codes.h"
+#include "tests/x11/harness/key_positions.h"
 #include "tests/x11/harness/wait.h"
 
 namespace vorrin::x11_tests {
@@ -91,11 +91,11 @@ std::vector<ClientEvent> HelperWorld::take() {
 
 void HelperUser::press(std::uint16_t virtualKey, Source source) {
   if (source != Source::keyboard) throw std::logic_error("there is nothing but the keyboard");
-  world_.set(evdevCode(virtualKey).value(), true);
+  world_.set(evdevOf(virtualKey), true);
 }
 
 void HelperUser::release(std::uint16_t virtualKey, Source) {
-  world_.set(evdevCode(virtualKey).value(), false);
+  world_.set(evdevOf(virtualKey), false);
 }
 
 void HelperUser::tap(std::uint16_t virtualKey, Source source) {

@@ -14,8 +14,6 @@ namespace {
 
 // Starts, ends, crashes, and others in the way.
 struct LifecycleTest : EndToEndTest {
-  using EndToEndTest::EndToEndTest;
-
   void runBothMacros() {
     start();
     user.tap(keys::backtick);
@@ -84,22 +82,6 @@ TEST_F(LifecycleTest, a_termination_signal_ends_the_program_and_its_macros) {
   program->process().signal(SIGTERM);
   EXPECT_EQ(program->process().waitForEnd(), Ending{});
   expectSilence();
-}
-
-struct OwnDesktop {
-  Desktop ownDesktop;
-};
-struct ServerEndTest : OwnDesktop, LifecycleTest {
-  ServerEndTest() : LifecycleTest(ownDesktop) {}
-};
-
-TEST_F(ServerEndTest, ends_the_program) {
-  runBothMacros();
-  desktop.server().process().signal(SIGKILL);
-  const std::optional<Ending> ending = program->process().waitForEnd();
-  ASSERT_TRUE(ending);
-  EXPECT_FALSE(ending->bySignal);
-  EXPECT_EQ(ending->number, 1);
 }
 
 TEST_F(LifecycleTest, a_shortcut_held_by_another_program_is_taken_when_it_is_free) {

@@ -32,34 +32,6 @@ TEST_P(EachShortcut, starts_and_stops_either_macro_and_reaches_nobody_else) {
   }
 }
 
-TEST_P(EachShortcut, passes_with_a_modifier_and_starts_nothing) {
-  settings.keys = {GetParam(), GetParam() == keys::f9 ? keys::f8 : keys::f9};
-  start();
-  for (const unsigned modifier :
-       {modifier_keys::shift, modifier_keys::control, modifier_keys::alt, modifier_keys::super}) {
-    // The window manager takes Alt+Tab before any window does.
-    if (modifier == modifier_keys::alt && GetParam() == keys::tab) continue;
-    user.pressEvdev(modifier);
-    user.tap(GetParam());
-    user.releaseEvdev(modifier);
-    EXPECT_THAT(keysOf(client->readAll(user)), testing::HasSubstr(tapOf(GetParam())))
-        << "with " << modifier;
-  }
-  expectSilence();
-}
-
-TEST_F(EndToEndTest, shortcuts_work_under_caps_lock_and_num_lock) {
-  start();
-  for (const unsigned lock : {modifier_keys::capsLock, modifier_keys::numLock}) {
-    user.tapEvdev(lock);
-    user.tap(keys::tab);
-    expectActions(mouseMacro);
-    user.tap(keys::tab);
-    expectSilence();
-  }
-  EXPECT_THAT(keysOf(client->readAll(user)), testing::Not(testing::HasSubstr(tapOf(keys::tab))));
-}
-
 TEST_F(EndToEndTest, a_shortcut_held_down_toggles_once) {
   start();
   user.press(keys::tab);

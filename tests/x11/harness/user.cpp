@@ -10,8 +10,8 @@
 #include <stdexcept>
 #include <utility>
 
-#include "platform/linux/input/key_codes.h"
 #include "tests/x11/harness/display.h"
+#include "tests/x11/harness/key_positions.h"
 
 namespace vorrin::x11_tests {
 
@@ -33,10 +33,6 @@ XDevice* openKeyboard(Display* display) {
   return keyboard;
 }
 
-// Positions of the letters on a keyboard of the United States, a to z.
-constexpr std::array<std::uint16_t, 26> letters{
-    0x00, 0x0B, 0x08, 0x02, 0x0E, 0x03, 0x05, 0x04, 0x22, 0x26, 0x28, 0x25, 0x2E,
-    0x2D, 0x1F, 0x23, 0x0C, 0x0F, 0x01, 0x11, 0x20, 0x09, 0x0D, 0x07, 0x10, 0x06};
 constexpr std::array<std::uint16_t, 10> digitKeys{29, 18, 19, 20, 21, 23, 22, 26, 28, 25};
 constexpr std::uint16_t spaceKey = 0x31;
 constexpr std::uint16_t periodKey = 0x2F;
@@ -47,7 +43,7 @@ std::uint16_t keyOf(char character) {
   if (character >= '0' && character <= '9')
     return digitKeys[static_cast<std::size_t>(character - '0')];
   if (character >= 'a' && character <= 'z')
-    return letters[static_cast<std::size_t>(character - 'a')];
+    return otherKeys.at(static_cast<std::size_t>(character - 'a')).first;
   throw std::runtime_error("no key for this character");
 }
 
@@ -88,7 +84,7 @@ struct User::Native {
 };
 
 unsigned keycodeOf(std::uint16_t virtualKey) {
-  return evdevCode(virtualKey).value() + keycodeOffset;
+  return evdevOf(virtualKey) + keycodeOffset;
 }
 
 std::optional<char> characterOf(unsigned keycode) {
