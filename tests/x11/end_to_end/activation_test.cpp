@@ -20,7 +20,10 @@ struct ActivationTest : EndToEndTest {
     client->readUntil([](const ClientEvent& event) { return event.kind == "FocusIn"; });
   }
 
+  /// Waits for the client to lose the keyboard: while Vorrin only begins to leave the front, it is
+  /// there still.
   [[nodiscard]] bool waitUntilVorrinIsInFront() {
+    client->readUntil([](const ClientEvent& event) { return event.kind == "FocusOut"; });
     return waitUntil([this] { return windows.active() == vorrinWindow(); });
   }
 

@@ -44,7 +44,8 @@ Tap::~Tap() {
   static_cast<void>(flow_.claim({}));
   flow_.endGrabs();
   connection_.sync();
-  readAll(&xcb_poll_for_event);
+  do mapChanged_ = false;
+  while (readAll(&xcb_poll_for_event));
   flow_.leaveAll();
   // What the server has not read when the connection ends, it gives up.
   connection_.sync();
@@ -87,8 +88,10 @@ void Tap::serve(NextEvent next) {
 
 bool Tap::readAll(NextEvent next) {
   bool any = false;
-  for (auto event = ownReply(next(connection_.get())); event;
-       event = ownReply(next(connection_.get()))) {
+  // What follows a change of the map was typed with the new one.
+  while (!mapChanged_) {
+    const auto event = ownReply(next(connection_.get()));
+    if (!event) break;
     read(*event);
     any = true;
   }
