@@ -32,6 +32,8 @@ class Control : public View {
 
   /// The name that a screen reader says.
   void setAccessibilityLabel(const std::string& label) const;
+  /// What shows while the pointer rests on it.
+  void setToolTip(const std::string& text) const;
 
  protected:
   using View::View;

@@ -14,6 +14,9 @@ constexpr Size contentSize{580, 700};
 constexpr double columnWidth = 532;
 constexpr double cardRowWidth = 500;
 constexpr double headingSize = 21;
+// Whatever they say or show, their neighbours stay where they are.
+constexpr double startButtonWidth = 64;
+constexpr double presetWidth = 220;
 
 std::vector<std::string> digitTitles() {
   std::vector<std::string> titles;
@@ -89,6 +92,7 @@ StackView App::macroTitleRow(int macro) {
   checks.push_back(check);
   const Button startButton =
       Button::push("Start", {"runClicked", [this](const Button& sender) { runClicked(sender); }});
+  startButton.setWidth(startButtonWidth);
   startButton.setTag(macro);
   buttons.push_back(startButton);
   const TextField title = label(macroName(macro), true);
@@ -100,10 +104,12 @@ StackView App::macroTitleRow(int macro) {
 StackView App::macroSettingsRow(int macro) {
   const PopUpButton shortcut = popUp(choiceTitles(), choiceIndex(engine.keys[macro]),
                                      "Shortcut of " + spokenMacroName(macro));
+  shortcut.setToolTip("A key's place, on every layout: Backtick ` is the key left of 1");
   shortcuts.push_back(shortcut);
   const TextField field = TextField::field(decimalText(engine.intervals[macro]));
   field.setWidth(75);
   field.setAccessibilityLabel("Seconds between two actions of " + spokenMacroName(macro));
+  field.setToolTip("0.05, with a full stop");
   field.setDelegate({this, [this](const TextField& edited) { controlTextDidChange(edited); }});
   fields.push_back(field);
   return row(
@@ -112,6 +118,7 @@ StackView App::macroSettingsRow(int macro) {
 
 StackView App::outputRow() {
   output = popUp(digitTitles(), engine.digit, "Keyboard output");
+  output.setToolTip("A key's place, on every layout: on AZERTY 1 types &");
   stopAllButton_ =
       Button::push("Stop all · Esc", {"stopAll", [](const Button&) { App::stopAll(); }});
   StackView made =
@@ -125,11 +132,12 @@ StackView App::presetsCard() {
   presetsHeading_.setFont({11, FontWeight::semibold});
   presetName = TextField::field("");
   presetName.setPlaceholder("Preset name");
-  presetName.setWidth(220);
+  presetName.setWidth(presetWidth);
   presetName.setAccessibilityLabel("Preset name");
   const StackView nameRow =
       row(std::array<View, 2>{presetName, button("Save preset", "savePreset", &App::savePreset)});
   presetList = PopUpButton::make({});
+  presetList.setWidth(presetWidth);
   presetList.setAccessibilityLabel("Saved presets");
   const Button load = button("Load", "loadPreset", &App::loadPreset);
   const Button rename = button("Rename", "renamePreset", &App::renamePreset);

@@ -32,9 +32,10 @@ def wait_until(holds, what, bound=PATIENCE):
 class Desktop:
     """Everything ends with the `with` block, in the opposite order of its start."""
 
-    def __init__(self, session_bus=True, variables=None):
+    def __init__(self, session_bus=True, variables=None, screen="1280x1024"):
         self._wants_session_bus = session_bus
         self._variables = variables or {}
+        self._screen = screen
         self._processes = []
 
     def __enter__(self):
@@ -77,7 +78,7 @@ class Desktop:
     def _start_display(self):
         reading, writing = os.pipe()
         self.start(["Xvfb", "-displayfd", str(writing), "-noreset", "-nolisten", "tcp",
-                    "-screen", "0", "1280x1024x24"], pass_fds=[writing])
+                    "-screen", "0", self._screen + "x24"], pass_fds=[writing])
         os.close(writing)
         with os.fdopen(reading) as number:
             self.environment["DISPLAY"] = ":" + number.readline().strip()

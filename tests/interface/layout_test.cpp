@@ -71,6 +71,22 @@ TEST_F(Layout, a_long_preset_title_does_not_push_the_buttons_beside_it_out_of_th
   EXPECT_EQ(app->presetList.titleOfSelectedItem(), widestLatinName);
 }
 
+TEST_F(Layout, buttons_stay_where_they_are_when_macros_start_and_presets_come) {
+  const auto places = [this] {
+    content().layoutSubtreeIfNeeded();
+    std::vector<double> edges;
+    for (const View& view : {View(app->buttons[1]), View(button("Load")), View(button("Delete"))}) {
+      edges.insert(edges.end(), {place(view).x, place(view).maxX()});
+    }
+    return edges;
+  };
+  const auto before = places();
+  click(app->buttons[1]);
+  ASSERT_EQ(app->buttons[1].title(), "Stop");
+  savePreset(widestLatinName, *app->currentPreset());
+  EXPECT_EQ(places(), before);
+}
+
 TEST_F(Layout, no_two_controls_overlap) {
   content().layoutSubtreeIfNeeded();
   const std::vector<View> controls = allControls();

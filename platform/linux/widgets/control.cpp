@@ -35,4 +35,8 @@ void Control::setAccessibilityLabel(const std::string& label) const {
   if (dynamic_cast<PopUpWidget*>(&widget) != nullptr) widget.setAccessibleDescription(name);
 }
 
+void Control::setToolTip(const std::string& text) const {
+  widgetOf(*this).setToolTip(nativeText(text));
+}
+
 }  // namespace vorrin

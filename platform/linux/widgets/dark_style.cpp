@@ -5,16 +5,15 @@
 #include <QStyleOption>
 #include <array>
 
-#include "platform/linux/widgets/palette.h"
+#include "platform/linux/widgets/menu_drawing.h"
 
 namespace vorrin {
 
 namespace {
 
 constexpr int controlHeight = 24;
-constexpr int fieldHeight = 22;
 constexpr int titleInset = 12;
-constexpr int popUpInset = 10;
+constexpr int textInset = 10;
 constexpr int popUpArrowRoom = 24;
 constexpr int checkSize = 16;
 constexpr int checkRoom = 20;
@@ -24,24 +23,11 @@ constexpr double bezelRadius = 6;
 constexpr double checkRadius = 4;
 constexpr double ringWidth = 2;
 
-const QColor& accent() {
-  static const QColor color = nativeColor(Color::sRgb(0.25, 0.9, 0.48));
-  return color;
-}
-
-QColor white(double alpha) {
-  return nativeColor({1, 1, 1, alpha});
-}
-
 QColor mixed(const QColor& base, const QColor& other, double share) {
   const auto part = static_cast<float>(share);
   return QColor::fromRgbF(base.redF() * (1 - part) + other.redF() * part,
                           base.greenF() * (1 - part) + other.greenF() * part,
                           base.blueF() * (1 - part) + other.blueF() * part, base.alphaF());
-}
-
-bool has(const QStyleOption& option, QStyle::StateFlag flag) {
-  return (option.state & flag) != 0;
 }
 
 /// Whether the user works by the keyboard and is at this control.
@@ -55,27 +41,6 @@ QColor bezelFill(const QStyleOption& option, const QColor& bezel) {
   if (has(option, QStyle::State_Sunken)) return mixed(bezel, Qt::white, 0.16);
   if (has(option, QStyle::State_MouseOver)) return mixed(bezel, Qt::white, 0.07);
   return bezel;
-}
-
-/// A plane with round corners whose edge line, or ring, lies inside `rect`.
-void drawBezel(QPainter& painter, const QRect& rect, double radius, const QColor& fill,
-               const QPen& edge) {
-  painter.save();
-  painter.setRenderHint(QPainter::Antialiasing);
-  const double inset = edge.widthF() / 2;
-  painter.setPen(edge);
-  painter.setBrush(fill);
-  painter.drawRoundedRect(QRectF(rect).adjusted(inset, inset, -inset, -inset), radius - inset,
-                          radius - inset);
-  painter.restore();
-}
-
-/// The line around menus and lists.
-void drawOutline(QPainter& painter, const QRect& rect) {
-  painter.fillRect(rect.x(), rect.y(), rect.width(), 1, white(0.18));
-  painter.fillRect(rect.x(), rect.bottom(), rect.width(), 1, white(0.18));
-  painter.fillRect(rect.x(), rect.y() + 1, 1, rect.height() - 2, white(0.18));
-  painter.fillRect(rect.right(), rect.y() + 1, 1, rect.height() - 2, white(0.18));
 }
 
 QPen bezelEdge(const QStyleOption& option, bool isRinged) {
@@ -94,15 +59,6 @@ void drawPushButton(const QStyleOptionButton& button, QPainter& painter) {
   painter.drawText(button.rect, Qt::AlignCenter | Qt::TextShowMnemonic, button.text);
 }
 
-void drawCheckMark(QPainter& painter, const QRectF& box, const QColor& color) {
-  const std::array<QPointF, 3> corners = {
-      box.topLeft() + QPointF(0.23 * box.width(), 0.52 * box.height()),
-      box.topLeft() + QPointF(0.43 * box.width(), 0.72 * box.height()),
-      box.topLeft() + QPointF(0.78 * box.width(), 0.29 * box.height())};
-  painter.setPen(QPen(color, 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-  painter.drawPolyline(corners.data(), static_cast<int>(corners.size()));
-}
-
 void drawCheckBox(const QStyleOptionButton& check, QPainter& painter) {
   const int top = check.rect.y() + (check.rect.height() - checkSize) / 2;
   const QRect box(check.rect.x(), top, checkSize, checkSize);
@@ -112,10 +68,7 @@ void drawCheckBox(const QStyleOptionButton& check, QPainter& painter) {
   drawBezel(painter, box, checkRadius,
             bezelFill(check, isOn ? mixed(bezel, accent(), 0.28) : bezel),
             bezelEdge(check, showsFocus(check)));
-  painter.save();
-  painter.setRenderHint(QPainter::Antialiasing);
   if (isOn) drawCheckMark(painter, box, has(check, QStyle::State_Enabled) ? accent() : tint);
-  painter.restore();
   painter.setPen(tint);
   painter.drawText(check.rect.adjusted(checkRoom + checkTitleGap, 0, 0, 0),
                    Qt::AlignLeft | Qt::AlignVCenter | Qt::TextShowMnemonic, check.text);
@@ -149,18 +102,10 @@ void drawPopUp(const QStyleOptionComboBox& popUp, QPainter& painter) {
 }
 
 void drawPopUpTitle(const QStyleOptionComboBox& popUp, QPainter& painter) {
-  const QRect room = popUp.rect.adjusted(popUpInset, 0, -popUpArrowRoom, 0);
+  const QRect room = popUp.rect.adjusted(textInset, 0, -popUpArrowRoom, 0);
   painter.setPen(popUp.palette.color(QPalette::ButtonText));
   painter.drawText(room, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
-                   popUp.fontMetrics.elidedText(popUp.currentText, Qt::ElideRight, room.width()));
-}
-
-void drawMenuBarItem(const QStyleOptionMenuItem& item, QPainter& painter) {
-  const bool isActive = has(item, QStyle::State_Selected);
-  painter.fillRect(item.rect, item.palette.color(QPalette::Window));
-  if (isActive) drawBezel(painter, item.rect.adjusted(1, 2, -1, -2), 4, white(0.12), Qt::NoPen);
-  painter.setPen(item.palette.color(QPalette::WindowText));
-  painter.drawText(item.rect, Qt::AlignCenter | Qt::TextShowMnemonic, item.text);
+                   popUp.fontMetrics.elidedText(popUp.currentText, Qt::ElideMiddle, room.width()));
 }
 
 }  // namespace
@@ -180,6 +125,8 @@ void DarkStyle::drawControl(ControlElement element, const QStyleOption* option, 
     drawPopUpTitle(*popUp, *painter);
   } else if (element == CE_MenuBarItem && item != nullptr) {
     drawMenuBarItem(*item, *painter);
+  } else if (element == CE_MenuItem && item != nullptr) {
+    drawMenuItem(*item, *painter);
   } else if (element == CE_MenuBarEmptyArea) {
     painter->fillRect(option->rect, option->palette.color(QPalette::Window));
   } else {
@@ -192,11 +139,9 @@ void DarkStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opti
   if (element == PE_PanelLineEdit) {
     drawBezel(*painter, option->rect, bezelRadius, option->palette.color(QPalette::Base),
               bezelEdge(*option, has(*option, State_HasFocus)));
-  } else if (element == PE_PanelMenu) {
-    painter->fillRect(option->rect, option->palette.color(QPalette::Window));
-  } else if (element == PE_FrameMenu || element == PE_Frame) {
-    drawOutline(*painter, option->rect);
-  } else if (element != PE_FrameFocusRect) {
+  } else if (element == PE_PanelMenu || element == PE_Frame) {
+    drawMenuPanel(*option, *painter);
+  } else if (element != PE_FrameMenu && element != PE_FrameFocusRect) {
     QProxyStyle::drawPrimitive(element, option, painter, widget);
   }
 }
@@ -204,11 +149,21 @@ void DarkStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opti
 void DarkStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
                                    QPainter* painter, const QWidget* widget) const {
   const auto* popUp = qstyleoption_cast<const QStyleOptionComboBox*>(option);
+  const auto* bar = qstyleoption_cast<const QStyleOptionSlider*>(option);
   if (control == CC_ComboBox && popUp != nullptr) {
     drawPopUp(*popUp, *painter);
+  } else if (control == CC_ScrollBar && bar != nullptr) {
+    drawScrollBar(*bar, *painter);
   } else {
     QProxyStyle::drawComplexControl(control, option, painter, widget);
   }
+}
+
+QRect DarkStyle::subControlRect(ComplexControl control, const QStyleOptionComplex* option,
+                                SubControl part, const QWidget* widget) const {
+  const auto* bar = qstyleoption_cast<const QStyleOptionSlider*>(option);
+  if (control == CC_ScrollBar && bar != nullptr) return scrollBarPart(*bar, part);
+  return QProxyStyle::subControlRect(control, option, part, widget);
 }
 
 QRect DarkStyle::subElementRect(SubElement element, const QStyleOption* option,
@@ -217,7 +172,8 @@ QRect DarkStyle::subElementRect(SubElement element, const QStyleOption* option,
     case SE_CheckBoxClickRect:
       return option->rect;
     case SE_LineEditContents:
-      return option->rect.adjusted(6, 1, -6, -1);
+      // The library keeps two more on each side.
+      return option->rect.adjusted(textInset - 2, 1, 2 - textInset, -1);
     default:
       return QProxyStyle::subElementRect(element, option, widget);
   }
@@ -233,8 +189,10 @@ QSize DarkStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
       const bool isBare = button == nullptr || button->text.isEmpty();
       return {isBare ? checkRoom : checkRoom + checkTitleGap + contents.width(), checkHeight};
     }
+    case CT_MenuItem:
+      return menuItemSize(contents);
     case CT_LineEdit:
-      return {contents.width() + 2 * popUpInset, fieldHeight};
+      return {contents.width() + 2 * textInset, controlHeight};
     default:
       return QProxyStyle::sizeFromContents(type, option, contents, widget);
   }
@@ -244,7 +202,9 @@ int DarkStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
                            const QWidget* widget) const {
   switch (metric) {
     case PM_MenuPanelWidth:
-      return 1;
+      return menuPadding;
+    case PM_ScrollBarExtent:
+      return scrollBarExtent;
     case PM_DefaultFrameWidth:
       return widget != nullptr && widget->inherits("QLineEdit")
                  ? 1
@@ -257,6 +217,11 @@ int DarkStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
 int DarkStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                          QStyleHintReturn* returned) const {
   switch (hint) {
+    case SH_Menu_Mask:
+      if (auto* mask = qstyleoption_cast<QStyleHintReturnMask*>(returned)) {
+        mask->region = menuMask(option->rect.size());
+      }
+      return 1;
     case SH_ComboBox_Popup:
     case SH_BlinkCursorWhenTextSelected:
       return 0;

@@ -62,6 +62,7 @@ void addMainMenu(QMenuBar& bar) {
   // The application's own comes last to a letter: everywhere else Alt+V is the view.
   for (auto menu = mainMenu().rbegin(); menu != mainMenu().rend(); ++menu) {
     auto* native = new QMenu(withMnemonic(nativeText(menu->title), taken), &bar);
+    native->setAttribute(Qt::WA_TranslucentBackground);
     bar.insertMenu(bar.actions().value(0), native);
     addItems(*native, *menu);
   }

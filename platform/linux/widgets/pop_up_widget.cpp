@@ -3,10 +3,12 @@
 #include <QAbstractItemView>
 #include <QKeyEvent>
 #include <QListView>
-#include <QPainter>
 #include <QStyledItemDelegate>
 #include <QWheelEvent>
 #include <algorithm>
+
+#include "platform/linux/widgets/menu_drawing.h"
+#include "platform/linux/widgets/palette.h"
 
 namespace vorrin {
 
@@ -16,30 +18,48 @@ constexpr int shownItems = 16;
 constexpr int roomBesideTitle = 38;
 constexpr int controlHeight = 24;
 constexpr int smallestWidth = 64;
-constexpr int widestMenu = 500;
+constexpr int widestTitleCounted = 500;
 constexpr int itemHeight = 22;
-constexpr int itemInset = 9;
+constexpr int markSize = 11;
+constexpr int markRoom = markSize + 3;
 
-/// One item of the opened menu.
+/// One item of the opened menu. That of the pop-up's title has a mark, as the pointer may be at
+/// another one.
 class PopUpItem : public QStyledItemDelegate {
  public:
-  using QStyledItemDelegate::QStyledItemDelegate;
+  explicit PopUpItem(QComboBox& popUp) : QStyledItemDelegate(&popUp), popUp_(popUp) {}
 
   void paint(QPainter* painter, const QStyleOptionViewItem& option,
              const QModelIndex& index) const override {
-    const bool isSelected = (option.state & QStyle::State_Selected) != 0;
-    if (isSelected) painter->fillRect(option.rect, option.palette.highlight());
-    const QRect room = option.rect.adjusted(itemInset, 0, -itemInset, 0);
+    const int most = option.rect.width() - 2 * itemInset - markRoom;
     const QString title = index.data().toString();
     painter->setFont(option.font);
-    painter->setPen(option.palette.color(isSelected ? QPalette::HighlightedText : QPalette::Text));
-    painter->drawText(room, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
-                      option.fontMetrics.elidedText(title, Qt::ElideRight, room.width()));
+    QRect mark = drawItem(option, option.fontMetrics.elidedText(title, Qt::ElideMiddle, most),
+                          Qt::TextSingleLine, *painter);
+    if (index.row() != popUp_.currentIndex()) return;
+    mark.setLeft(mark.right() + 1 - markSize);
+    mark.setTop(mark.center().y() - markSize / 2);
+    mark.setHeight(markSize);
+    drawCheckMark(*painter, mark, accent());
   }
 
   [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem&, const QModelIndex&) const override {
     // As wide as the menu in any case.
     return {0, itemHeight};
+  }
+
+ private:
+  QComboBox& popUp_;
+};
+
+class PopUpList : public QListView {
+ public:
+  PopUpList() {
+    setViewportMargins(menuPadding, menuPadding, menuPadding, menuPadding);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    viewport()->setAutoFillBackground(false);
+    // Or each of a thousand items is measured when the menu opens.
+    setUniformItemSizes(true);
   }
 };
 
@@ -63,14 +83,20 @@ QSize PopUpWidget::minimumSizeHint() const {
 
 void PopUpWidget::showPopup() {
   if (dynamic_cast<PopUpItem*>(itemDelegate()) == nullptr) {
-    setItemDelegate(new PopUpItem(this));
-    view()->setTextElideMode(Qt::ElideRight);
-    view()->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    // Or each of a thousand items is measured when the menu opens.
-    if (auto* list = qobject_cast<QListView*>(view())) list->setUniformItemSizes(true);
+    setView(new PopUpList);
+    setItemDelegate(new PopUpItem(*this));
+    view()->parentWidget()->setAttribute(Qt::WA_TranslucentBackground);
+    view()->parentWidget()->setPalette(darkPalette());
   }
-  view()->setMinimumWidth(std::clamp(widestTitle() + roomBesideTitle, width(), widestMenu));
   QComboBox::showPopup();
+  view()->parentWidget()->setMask(menuMask(view()->parentWidget()->size()));
+}
+
+void PopUpWidget::hidePopup() {
+  QComboBox::hidePopup();
+  // The pointer left while the menu had it.
+  setAttribute(Qt::WA_UnderMouse, rect().contains(mapFromGlobal(QCursor::pos())));
+  update();
 }
 
 void PopUpWidget::keyPressEvent(QKeyEvent* event) {
@@ -90,7 +116,7 @@ void PopUpWidget::wheelEvent(QWheelEvent* event) {
 int PopUpWidget::widestTitle() const {
   int widest = 0;
   // No row has room for more, and lists may be long.
-  for (int i = 0; i < count() && widest < widestMenu; ++i) {
+  for (int i = 0; i < count() && widest < widestTitleCounted; ++i) {
     widest = std::max(widest, fontMetrics().horizontalAdvance(itemText(i)));
   }
   return widest;

@@ -16,6 +16,7 @@ class PopUpWidget : public QComboBox, public NativeButton {
   [[nodiscard]] QSize sizeHint() const override;
   [[nodiscard]] QSize minimumSizeHint() const override;
   void showPopup() override;
+  void hidePopup() override;
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;

@@ -1,7 +1,5 @@
 #include "platform/linux/widgets/scroll_view.h"
 
-#include <QStyle>
-
 namespace vorrin {
 
 ScrollView::ScrollView(QWidget* parent) : QScrollArea(parent) {
@@ -9,10 +7,6 @@ ScrollView::ScrollView(QWidget* parent) : QScrollArea(parent) {
   setFocusPolicy(Qt::NoFocus);
   setWidgetResizable(true);
   viewport()->setAutoFillBackground(false);
-}
-
-int ScrollView::barExtent() const {
-  return style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, this);
 }
 
 }  // namespace vorrin

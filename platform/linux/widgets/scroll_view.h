@@ -9,9 +9,6 @@ namespace vorrin {
 class ScrollView : public QScrollArea {
  public:
   explicit ScrollView(QWidget* parent);
-
-  /// How much room a bar takes, and so much less than it asks for the view inside may get.
-  [[nodiscard]] int barExtent() const;
 };
 
 }  // namespace vorrin

@@ -21,7 +21,7 @@ constexpr int margin = 20;
 constexpr int spacing = 12;
 constexpr int roomAround = 12;
 constexpr int mostMessageLines = 8;
-constexpr Color dimming{0, 0, 0, 0.6};
+constexpr Color dimming{0, 0, 0, 0.45};
 constexpr Color destructiveTitle = Color::sRgb(1, 0.49, 0.45);
 
 LabelWidget& wrappingLabel(const std::string& text, const Font& font, const Color& color) {
@@ -32,24 +32,22 @@ LabelWidget& wrappingLabel(const std::string& text, const Font& font, const Colo
   return *label;
 }
 
-bool takesTab(const QWidget& widget) {
-  return (widget.focusPolicy() & Qt::TabFocus) != 0 && widget.isVisible() && widget.isEnabled();
-}
-
 }  // namespace
 
 Sheet::Sheet(const Alert& alert, std::optional<int> escapeAnswer, WindowWidget& window,
              std::function<void(int)> completion)
     : ScrollView(&window),
+      window_(window),
       escapeAnswer_(escapeAnswer),
       completion_(std::move(completion)),
       accessory_(alert.accessory),
       panel_(new PlaneWidget("Sheet")),
       formerFocus_(window.focusWidget()) {
+  setPaletteColor(*this, QPalette::Window, dimming);
+  setAutoFillBackground(true);
   setAccessibleName(nativeText(alert.messageText));
   setAccessibleDescription(nativeText(alert.informativeText));
   auto* ground = new QWidget;
-  setPaletteColor(*ground, QPalette::Window, dimming);
   auto* around = new QHBoxLayout(ground);
   around->setContentsMargins(roomAround, 2 * roomAround, roomAround, roomAround);
   around->addStretch();
@@ -68,6 +66,7 @@ Sheet::Sheet(const Alert& alert, std::optional<int> escapeAnswer, WindowWidget& 
   panel_->setMaximumWidth(accessory_ ? needed : std::max(needed, usualContentWidth + 2 * margin));
   panel_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
   setWidget(ground);
+  ground->setAutoFillBackground(false);
 }
 
 void Sheet::addTexts(const Alert& alert) {
@@ -109,16 +108,6 @@ void Sheet::addButtons(const Alert& alert) {
   static_cast<QVBoxLayout*>(panel_->layout())->addLayout(row);
 }
 
-bool Sheet::focusNextPrevChild(bool next) {
-  QWidget* stop = focusWidget() != nullptr ? focusWidget() : this;
-  do {
-    stop = next ? stop->nextInFocusChain() : stop->previousInFocusChain();
-  } while (stop != focusWidget() && !(isAncestorOf(stop) && takesTab(*stop)));
-  stop->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
-  ensureWidgetVisible(stop);
-  return true;
-}
-
 void Sheet::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_Escape) {
     if (escapeAnswer_) answer(*escapeAnswer_);
@@ -134,17 +123,11 @@ void Sheet::answer(int index) {
   const auto completion = std::exchange(completion_, nullptr);
   // The accessory belongs to whoever made it; it must not go down with the sheet.
   if (accessory_) widgetOf(*accessory_).setParent(nullptr);
+  window_.contentView->setEnabled(true);
   if (formerFocus_) formerFocus_->setFocus();
   hide();
   deleteLater();
   completion(index);
-}
-
-void beginSheet(const Alert& alert, const Window& window, std::function<void(int)> completion) {
-  const auto cancel = std::find(alert.buttons.begin(), alert.buttons.end(), "Cancel");
-  const auto index = static_cast<int>(cancel - alert.buttons.begin());
-  presentSheet(alert, cancel != alert.buttons.end() ? std::optional(index) : std::nullopt,
-               widgetOf(window), std::move(completion));
 }
 
 void presentSheet(const Alert& alert, std::optional<int> escapeAnswer, WindowWidget& window,
@@ -157,6 +140,13 @@ void presentSheet(const Alert& alert, std::optional<int> escapeAnswer, WindowWid
   };
   window.sheet = new Sheet(alert, escapeAnswer, window, std::move(answered));
   window.showOverContent(*window.sheet);
+}
+
+void beginSheet(const Alert& alert, const Window& window, std::function<void(int)> completion) {
+  const auto cancel = std::find(alert.buttons.begin(), alert.buttons.end(), "Cancel");
+  const auto index = static_cast<int>(cancel - alert.buttons.begin());
+  presentSheet(alert, cancel != alert.buttons.end() ? std::optional(index) : std::nullopt,
+               widgetOf(window), std::move(completion));
 }
 
 }  // namespace vorrin

@@ -23,8 +23,6 @@ class Sheet : public ScrollView {
         std::function<void(int)> completion);
 
  protected:
-  /// The Tab key goes round inside.
-  bool focusNextPrevChild(bool next) override;
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
@@ -35,6 +33,7 @@ class Sheet : public ScrollView {
   /// counts.
   void answer(int index);
 
+  WindowWidget& window_;
   const std::optional<int> escapeAnswer_;
   std::function<void(int)> completion_;
   std::optional<TextField> accessory_;

@@ -1,8 +1,8 @@
 #include "platform/view.h"
 
+#include <QBoxLayout>
 #include <QBuffer>
 #include <QCoreApplication>
-#include <QLayout>
 #include <QPixmap>
 #include <QResizeEvent>
 #include <functional>
@@ -10,7 +10,6 @@
 #include "platform/linux/widgets/native_view.h"
 #include "platform/linux/widgets/palette.h"
 #include "platform/linux/widgets/plane_widget.h"
-#include "platform/linux/widgets/top_centered_layout.h"
 
 namespace vorrin {
 
@@ -95,13 +94,13 @@ void View::setBackgroundColor(const Color& color) const {
 
 void View::addTopCentered(const View& child, double top, double width) const {
   QWidget& parent = widgetOf(*this);
-  auto* layout = dynamic_cast<TopCenteredLayout*>(parent.layout());
-  if (layout == nullptr) {
-    layout = new TopCenteredLayout;
-    layout->setContentsMargins(0, 0, 0, 0);
-    parent.setLayout(layout);
-  }
-  layout->add(widgetOf(child), pixels(top), pixels(width));
+  precondition(parent.layout() == nullptr, "one view hangs in another");
+  auto* layout = new QVBoxLayout(&parent);
+  layout->setContentsMargins(0, pixels(top), 0, 0);
+  widgetOf(child).setFixedWidth(pixels(width));
+  layout->addWidget(&widgetOf(child), 0, Qt::AlignHCenter | Qt::AlignTop);
+  // In a window on the screen it would else stay hidden until the next events.
+  if (parent.isVisible()) widgetOf(child).show();
 }
 
 void View::layoutSubtreeIfNeeded() const {

@@ -11,6 +11,7 @@
 
 #include "platform/linux/foundation/xcb_reply.h"
 #include "platform/linux/widgets/main_menu.h"
+#include "platform/linux/widgets/menu_drawing.h"
 #include "platform/linux/widgets/palette.h"
 #include "platform/linux/widgets/scroll_view.h"
 #include "platform/linux/widgets/sheet.h"
@@ -80,7 +81,7 @@ void WindowWidget::setContentSize(QSize size) {
 void WindowWidget::setContentMinSize(QSize size) {
   contentMinSize_ = size;
   // A bar at the side must not make one at the bottom necessary.
-  contentView->setMinimumSize((size - QSize(scrollView_->barExtent(), 0)).expandedTo({0, 0}));
+  contentView->setMinimumSize((size - QSize(scrollBarExtent, 0)).expandedTo({0, 0}));
   setMinimumSize(withMenuBar(size.expandedTo({0, 0})));
 }
 
@@ -94,6 +95,7 @@ void WindowWidget::center() {
 void WindowWidget::showOverContent(QWidget& view) {
   static_cast<QGridLayout*>(layout())->addWidget(&view, 0, 0);
   view.show();
+  contentView->setEnabled(false);
   view.setFocus();
 }
 

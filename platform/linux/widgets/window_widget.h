@@ -26,7 +26,7 @@ class WindowWidget : public QWidget {
   /// Puts the window into the middle of the room that the screen has for it; one that is larger
   /// shows its upper left part.
   void center();
-  /// Covers the content view with `view`, which gets the keyboard.
+  /// Covers the content view with `view`, which gets the keyboard, and disables it.
   void showOverContent(QWidget& view);
   /// Asks the window manager for a dark frame; those that know of dark frames go by this.
   void askForDarkFrame();

@@ -42,4 +42,8 @@ void Control::setAccessibilityLabel(const std::string& label) const {
   if (![view.accessibilityLabel isEqualToString:name]) view.accessibilityLabel = name;
 }
 
+void Control::setToolTip(const std::string& text) const {
+  nsView(*this).toolTip = nsString(text);
+}
+
 }  // namespace vorrin

@@ -1,4 +1,5 @@
 #include <QAction>
+#include <QMenu>
 #include <QMenuBar>
 
 #include "qt_interface_test.h"
@@ -23,6 +24,19 @@ TEST_F(QtLaunch, the_menus_hold_quit_and_full_screen_with_their_keys) {
   }
   EXPECT_THAT(items, ElementsAre("V&orrin > &Quit Vorrin", "Ctrl+Q", "&View > &Toggle Full Screen",
                                  "F11", "Meta+Ctrl+F"));
+}
+
+TEST_F(QtLaunch, the_titles_in_the_menus_leave_no_room_for_pictures) {
+  auto& menu = *widgetOf(app->window).findChild<QMenuBar*>()->actions().front()->menu();
+  menu.ensurePolished();
+  menu.resize(menu.sizeHint());
+  const QImage picture = menu.grab().toImage();
+  int first = 6 * qCeil(picture.devicePixelRatio());
+  while (first < picture.width() &&
+         picture.pixelColor(first, picture.height() / 2).lightness() < 100) {
+    ++first;
+  }
+  EXPECT_LE(first / picture.devicePixelRatio(), 16);
 }
 
 TEST_F(QtLaunch, no_control_has_the_keyboard_at_first) {
