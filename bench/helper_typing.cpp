@@ -24,7 +24,8 @@
 
 #include "bench/typing_table.h"
 #include "tests/machine/event_watch.h"
-#include "tests/machine/helper_process.h"
+#include "tests/machine/login.h"
+#include "tests/machine/peer.h"
 #include "tests/machine/uhid_keyboard.h"
 
 namespace vorrin::bench {
@@ -33,7 +34,6 @@ namespace {
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 using machine::EventWatch;
-using machine::HelperProcess;
 using machine::UhidKeyboard;
 
 constexpr const char* keyboardName = "Typist's keyboard";
@@ -115,31 +115,37 @@ class Reader {
   std::jthread thread_;
 };
 
-/// A helper that holds the keyboard, and a main program that claims every shortcut at once.
+/// The installed helper, which holds the keyboard, and a main program that claims every shortcut at
+/// once.
 class Filtering {
  public:
   explicit Filtering(EventWatch& watch) {
     until("the helper", [this] {
-      helper_.listen();
-      return !helper_.saidOf<helper_protocol::Availability>().empty();
+      peer_.listen();
+      return !peer_.saidOf<helper_protocol::Availability>().empty();
     });
-    helper_.configure({KEY_TAB});
+    peer_.configure({KEY_TAB});
     until("the helper's grab", [&] {
       watch.look();
       return watch.has(clonePlace, keyboardName) && !watch.isFree(keyboardPlace, keyboardName);
     });
     answering_ = std::jthread([this](const std::stop_token& stop) {
-      pollfd waited{helper_.connection(), POLLIN, 0};
+      pollfd waited{peer_.connection(), POLLIN, 0};
       while (!stop.stop_requested()) {
-        if (::poll(&waited, 1, 100) > 0) helper_.listen();
+        if (::poll(&waited, 1, 100) > 0) peer_.listen();
       }
     });
   }
 
-  void makeHelperUrgent() const { makeUrgent(helper_.workingPart(), 1); }
+  static void makeHelperUrgent() {
+    const auto process =
+        machine::outputOf("systemctl show --property=MainPID --value vorrin-input-helper");
+    makeUrgent(std::atoi(process.c_str()), 1);
+  }
 
  private:
-  HelperProcess helper_;
+  machine::Caller caller_{machine::playerLogin()};
+  machine::Peer peer_{caller_.call("Connect").socket};
   std::jthread answering_;
 };
 
@@ -241,6 +247,7 @@ void measure(const std::string& title) {
 
 int main() {
   using namespace vorrin::bench;
+  vorrin::machine::allow(vorrin::machine::player);
   makeUrgent(0, measuringPriority);
   const unsigned processors = std::thread::hardware_concurrency();
   std::printf("An emulated machine with %u processors\n", processors);

@@ -48,10 +48,8 @@ function(vorrin_install_compressed source name folder)
   install(FILES ${compressed} DESTINATION ${folder})
 endfunction()
 vorrin_install_compressed(${vorrin_packaging}/man/vorrin.1 vorrin.1 ${CMAKE_INSTALL_MANDIR}/man1)
-foreach(program vorrin-input-helper vorrin-input-permission)
-  vorrin_install_compressed(${vorrin_packaging}/man/${program}.8 ${program}.8
-                            ${CMAKE_INSTALL_MANDIR}/man8)
-endforeach()
+vorrin_install_compressed(${vorrin_packaging}/man/vorrin-input-helper.8 vorrin-input-helper.8
+                          ${CMAKE_INSTALL_MANDIR}/man8)
 set(vorrin_doc ${CMAKE_INSTALL_DATADIR}/doc/vorrin)
 vorrin_install_compressed(${CMAKE_SOURCE_DIR}/CHANGELOG.md NEWS ${vorrin_doc})
 vorrin_install_compressed(${vorrin_packaging}/debian/changelog changelog ${vorrin_doc})
@@ -80,13 +78,14 @@ set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 # The name of a domain that nobody can have: there is no address to write to.
 set(CPACK_DEBIAN_PACKAGE_MAINTAINER "The Vorrin developers <developers@vorrin.invalid>")
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA ${vorrin_packaging}/debian/postrm)
+set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA
+    ${vorrin_packaging}/debian/postinst ${vorrin_packaging}/debian/prerm ${vorrin_packaging}/debian/postrm)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 # The window is set in the system's fixed-pitch font.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "fonts-dejavu-core | fonts-liberation | fonts-noto-mono")
 # Without a session bus a second start or a locked screen is not noticed; polkit gives the permission
 # that sessions other than X11 ask for.
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "default-dbus-session-bus | dbus-session-bus, polkitd, pkexec")
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "default-dbus-session-bus | dbus-session-bus, polkitd")
 # Qt's windows in a Wayland session, and gdbus, by which the icon's "Stop Both Macros" is carried out where the
 # desktop does not call D-Bus itself.
 string(APPEND CPACK_DEBIAN_PACKAGE_RECOMMENDS ", qt6-wayland, libglib2.0-bin")

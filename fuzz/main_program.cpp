@@ -53,7 +53,7 @@ class World {
       case 3:
         return pass(milliseconds(input.ConsumeIntegralInRange<int>(0, 1500)));
       case 4:
-        return filter_.setSessionActive(active_ = input.ConsumeBool(), now_);
+        return leave();
       case 5:
         busy_ = input.ConsumeIntegralInRange<int>(0, 3) == 0;
         return;
@@ -110,6 +110,17 @@ class World {
     filter_.addKeyboard(id, {}, now_);
   }
 
+  /// The session goes to the back and comes to the front again.
+  void leave() {
+    filter_.removeAll();
+    for (int id = 0; id < keyboards; ++id) {
+      grabbed_[id] = false;
+      clones_[id].reset();
+      filter_.addKeyboard(id, down_[id], now_);
+    }
+    filter_.announce(now_);
+  }
+
   void pass(milliseconds time) {
     const auto end = now_ + time;
     for (auto due = filter_.nextDeadline(); due && *due <= end; due = filter_.nextDeadline()) {
@@ -125,9 +136,6 @@ class World {
     const auto again = encode(*message);
     check(std::ranges::equal(again.view(), bytes), "a message has one form only");
     if (const auto* configuration = std::get_if<Configure>(&*message)) {
-      for (std::size_t i = 0; i < configuration->count; ++i) {
-        check(isShortcutKey(configuration->keys[i]), "no other key can be asked for");
-      }
       filter_.configure(*configuration, now_);
     } else if (const auto* verdict = std::get_if<Verdict>(&*message)) {
       const bool known = filter_.answer(*verdict, now_);
@@ -140,14 +148,12 @@ class World {
   }
 
   static std::vector<std::byte> packet(FuzzedDataProvider& input) {
-    const auto size = input.ConsumeIntegralInRange<std::size_t>(0, maximumPacket + 4);
+    const auto size = input.ConsumeIntegralInRange<std::size_t>(0, sizeof(Packet::bytes) + 4);
     return input.ConsumeBytes<std::byte>(size);
   }
 
   static ToHelper configuration(FuzzedDataProvider& input) {
-    Configure message{input.ConsumeBool(), input.ConsumeIntegralInRange<std::uint8_t>(0, 3), {}};
-    std::copy_n(shortcutKeys.begin(), message.count, message.keys.begin());
-    return message;
+    return Configure{input.ConsumeBool(), input.ConsumeIntegralInRange<ShortcutSet>(0, 63)};
   }
 
   ToHelper verdict(FuzzedDataProvider& input) const {
@@ -158,7 +164,6 @@ class World {
   GrabResult grab(int id) {
     if (busy_) return {GrabOutcome::busy, now_};
     check(down_[id].none(), "a keyboard is taken only while no key is down");
-    check(active_, "nothing is taken from a session that is not at work");
     check(!grabbed_[id], "a keyboard is taken once");
     grabbed_[id] = true;
     return {GrabOutcome::grabbed, now_};
@@ -187,7 +192,6 @@ class World {
   }
 
   Moment now_{milliseconds(1'000'000)};
-  bool active_ = true;
   bool ended_ = false;
   bool busy_ = false;
   std::uint32_t lastQuestion_ = 0;

@@ -9,19 +9,35 @@
 
 namespace vorrin::input_helper {
 
-MadeDevice::MadeDevice(FileDescriptor uinput, libevdev_uinput* device)
-    : uinput_(std::move(uinput)), device_(device) {}
+MadeDevice::MadeDevice(Uinput& uinput, FileDescriptor descriptor, libevdev_uinput* device)
+    : uinput_(&uinput), descriptor_(std::move(descriptor)), device_(device) {}
 
-std::optional<MadeDevice> MadeDevice::create(const libevdev* model, FileDescriptor uinput) {
-  // libevdev does not hand on the model's place, and it has to be set before the device exists.
-  if (::ioctl(uinput.number(), UI_SET_PHYS, ownPlace) != 0) return std::nullopt;
-  libevdev_uinput* device = nullptr;
-  if (libevdev_uinput_create_from_device(model, uinput.number(), &device) != 0) return std::nullopt;
-  return MadeDevice(std::move(uinput), device);
+MadeDevice::~MadeDevice() {
+  if (!device_) return;
+  device_.reset();
+  uinput_->giveBack(std::move(descriptor_));
 }
 
-void MadeDevice::write(std::span<const InputEvent> frame) const {
+std::optional<MadeDevice> MadeDevice::create(const libevdev* model, Uinput& uinput) {
+  auto descriptor = uinput.take();
+  if (!descriptor.isOpen()) return std::nullopt;
+  libevdev_uinput* device = nullptr;
+  // libevdev does not hand on the model's place, and it has to be set before the device exists.
+  if (::ioctl(descriptor.get(), UI_SET_PHYS, ownPlace) == 0 &&
+      libevdev_uinput_create_from_device(model, descriptor.get(), &device) == 0) {
+    return MadeDevice(uinput, std::move(descriptor), device);
+  }
+  uinput.giveBack(std::move(descriptor));
+  return std::nullopt;
+}
+
+void MadeDevice::write(std::span<const InputEvent> frame) {
+  followKeys(frame, down_);
   writeFrame(number(), frame);
+}
+
+void MadeDevice::release() {
+  if (down_.any()) write(difference(down_, {}));
 }
 
 void writeFrame(int descriptor, std::span<const InputEvent> frame) {

@@ -6,14 +6,11 @@
 #include <memory>
 #include <optional>
 #include <span>
-#include <string>
 
 #include "input_helper/frame.h"
-#include "input_helper/protocol/file_descriptor.h"
+#include "input_helper/uinput.h"
 
 namespace vorrin::input_helper {
-
-using helper_protocol::FileDescriptor;
 
 /// What this program's own devices carry as their physical place, so that they can be told from all
 /// others.
@@ -28,24 +25,32 @@ using Evdev = std::unique_ptr<libevdev, EvdevDeleter>;
 /// the value goes.
 class MadeDevice {
  public:
-  /// Makes a device with the name, numbers and capabilities of `model` from `uinput`, an open
-  /// /dev/uinput. Nothing when the kernel refuses.
-  static std::optional<MadeDevice> create(const libevdev* model, FileDescriptor uinput);
+  /// Makes a device with the name, numbers and capabilities of `model`. Nothing when the kernel
+  /// refuses. `uinput` has to outlive the device.
+  static std::optional<MadeDevice> create(const libevdev* model, Uinput& uinput);
+  MadeDevice(MadeDevice&&) = default;
+  MadeDevice& operator=(MadeDevice&&) = delete;
+  ~MadeDevice();
 
   /// Writes one frame and its end in one step, so that no other reader sees a part.
-  void write(std::span<const InputEvent> frame) const;
+  void write(std::span<const InputEvent> frame);
+  /// Releases what is held on it. The kernel's own release comes with the end of the device, which
+  /// not every reader then reads on.
+  void release();
 
   /// For waiting and reading: what others write to the device, such as its LEDs.
-  [[nodiscard]] int number() const { return uinput_.number(); }
+  [[nodiscard]] int number() const { return descriptor_.get(); }
 
  private:
   struct Deleter {
     void operator()(libevdev_uinput* device) const { libevdev_uinput_destroy(device); }
   };
-  MadeDevice(FileDescriptor uinput, libevdev_uinput* device);
+  MadeDevice(Uinput& uinput, FileDescriptor descriptor, libevdev_uinput* device);
 
-  FileDescriptor uinput_;  // outlives the device below, which is taken away first
+  Uinput* uinput_;
+  FileDescriptor descriptor_;
   std::unique_ptr<libevdev_uinput, Deleter> device_;
+  KeySet down_;
 };
 
 /// Writes one frame and its end to an evdev or uinput descriptor. Errors show at the next read.

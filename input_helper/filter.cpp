@@ -1,6 +1,8 @@
 #include "input_helper/filter.h"
 
 #include <algorithm>
+#include <array>
+#include <tuple>
 #include <utility>
 
 namespace vorrin::input_helper {
@@ -62,6 +64,14 @@ void Filter::resynchronise(KeyboardId id, const KeySet& keysDown, Moment now) {
   enqueue({id, std::move(frame), keyboard.grabbed, true, 0, {}}, now);
 }
 
+void Filter::removeAll() {
+  enabled_ = false;
+  queue_.clear();
+  answerDue_.reset();
+  verdict_.reset();
+  keyboards_.clear();
+}
+
 void Filter::enqueue(PendingFrame frame, Moment now) {
   queue_.push_back(std::move(frame));
   if (!answerDue_) process(now);
@@ -101,7 +111,8 @@ bool Filter::processEvent(PendingFrame& frame, Keyboard& keyboard, const InputEv
 
 bool Filter::processPress(PendingFrame& frame, Keyboard& keyboard, const InputEvent& event,
                           Moment now) {
-  const bool claimable = frame.filtered && enabled_ && swallowable_.test(event.code);
+  const bool claimable =
+      frame.filtered && enabled_ && (swallowable_ & shortcutSet(event.code)) != 0;
   if (claimable && !frame.resynchronised && !verdict_) {
     ask(event.code, now);
     return false;
@@ -144,7 +155,7 @@ void Filter::ask(std::uint16_t key, Moment now) {
 }
 
 void Filter::tell(std::uint16_t key, bool down, bool repeated) {
-  if (enabled_) actions_.send(KeyMoved{key, down, repeated, modifiers()});
+  if (enabled_) actions_.send(KeyMoved{key, modifiers(), down, repeated});
 }
 
 void Filter::releaseAsked(Keyboard& keyboard) {
@@ -159,30 +170,26 @@ bool Filter::answer(const Verdict& verdict, Moment now) {
   // The answer to an earlier question comes too late to count.
   if (!answerDue_ || verdict.question + 1 != nextQuestion_) return true;
   answerDue_.reset();
-  verdict_ = verdict.swallow;
+  verdict_ = verdict.swallow != 0;
   process(now);
   return true;
 }
 
 void Filter::configure(const Configure& configuration, Moment now) {
   const bool wanted = wantsGrab();
-  enabled_ = configuration.enabled;
-  swallowable_.reset();
-  for (std::size_t i = 0; i < configuration.count; ++i) swallowable_.set(configuration.keys[i]);
+  enabled_ = configuration.enabled != 0;
+  swallowable_ = configuration.keys;
   if (!wanted) wantedSince_ = now;
   updateGrabs(now);
 }
 
-void Filter::disable(DisableReason reason) {
-  if (!enabled_) return;
+/// No answer came in time: everything that waits passes, and nothing is asked any more.
+void Filter::giveUpQuestion(Moment now) {
+  answerDue_.reset();
+  verdict_ = false;
   enabled_ = false;
   for (auto& [id, keyboard] : keyboards_) keyboard.asked.reset();
-  actions_.send(Disabled{reason});
-}
-
-/// Passes on everything that waits, without asking.
-void Filter::flush(Moment now) {
-  if (std::exchange(answerDue_, std::nullopt)) verdict_ = false;
+  actions_.send(Disabled{nextQuestion_ - 1});
   process(now);
 }
 
@@ -196,20 +203,8 @@ void Filter::letGo(KeyboardId id, Keyboard& keyboard) {
   keyboard.ungrabbedAt = actions_.ungrab(id);
 }
 
-void Filter::setSessionActive(bool active, Moment now) {
-  if (active == sessionActive_) return;
-  sessionActive_ = active;
-  wantedSince_ = now;
-  if (!active) {
-    disable(DisableReason::session);
-    flush(now);
-    for (auto& [id, keyboard] : keyboards_) letGo(id, keyboard);
-  }
-  updateGrabs(now);
-}
-
 bool Filter::wantsGrab() const {
-  return enabled_ && sessionActive_ && available_ && swallowable_.any();
+  return enabled_ && available_ && swallowable_ != 0;
 }
 
 /// The earliest moment at which an untouched keyboard may be taken: in a pause of the typing, so
@@ -256,7 +251,7 @@ void Filter::setAvailable(bool available, Moment now) {
   if (available == available_) return;
   available_ = available;
   wantedSince_ = now;
-  actions_.send(Availability{available});
+  actions_.send(Availability{available ? Listening::possible : Listening::keyboardTaken});
   if (available) {
     updateGrabs(now);
     return;
@@ -265,24 +260,21 @@ void Filter::setAvailable(bool available, Moment now) {
 }
 
 void Filter::announce(Moment now) {
+  available_ = true;
   probe(now);
-  if (available_) actions_.send(Availability{true});
+  if (available_) actions_.send(Availability{Listening::possible});
 }
 
 void Filter::advance(Moment now) {
-  if (answerDue_ && now >= *answerDue_) {
-    disable(DisableReason::noAnswer);
-    flush(now);
-  }
-  // In a session that is not at work nothing is taken, not even for an instant.
-  if (!available_ && sessionActive_ && now >= retryAt_) probe(now);
+  if (answerDue_ && now >= *answerDue_) giveUpQuestion(now);
+  if (!available_ && !keyboards_.empty() && now >= retryAt_) probe(now);
   updateGrabs(now);
 }
 
 std::optional<Moment> Filter::nextDeadline() const {
   std::optional<Moment> next = answerDue_;
   const auto consider = [&next](Moment due) { next = next ? std::min(*next, due) : due; };
-  if (!available_ && sessionActive_) consider(retryAt_);
+  if (!available_ && !keyboards_.empty()) consider(retryAt_);
   if (wantsGrab() && queue_.empty()) {
     for (const auto& [id, keyboard] : keyboards_) {
       if (!keyboard.grabbed && keyboard.physical.none()) consider(grabDue(keyboard));
@@ -292,13 +284,19 @@ std::optional<Moment> Filter::nextDeadline() const {
 }
 
 Modifiers Filter::modifiers() const {
-  const auto anyDown = [this](std::size_t left, std::size_t right) {
-    return std::ranges::any_of(keyboards_, [=](const auto& entry) {
-      return entry.second.processed.test(left) || entry.second.processed.test(right);
-    });
-  };
-  return {anyDown(KEY_LEFTSHIFT, KEY_RIGHTSHIFT), anyDown(KEY_LEFTCTRL, KEY_RIGHTCTRL),
-          anyDown(KEY_LEFTALT, KEY_RIGHTALT), anyDown(KEY_LEFTMETA, KEY_RIGHTMETA)};
+  constexpr std::array<std::tuple<std::size_t, std::size_t, Modifiers>, 4> keys{{
+      {KEY_LEFTSHIFT, KEY_RIGHTSHIFT, shift},
+      {KEY_LEFTCTRL, KEY_RIGHTCTRL, control},
+      {KEY_LEFTALT, KEY_RIGHTALT, alternate},
+      {KEY_LEFTMETA, KEY_RIGHTMETA, command},
+  }};
+  unsigned held = 0;
+  for (const auto& [id, keyboard] : keyboards_) {
+    for (const auto& [left, right, bit] : keys) {
+      if (keyboard.processed.test(left) || keyboard.processed.test(right)) held |= bit;
+    }
+  }
+  return static_cast<Modifiers>(held);
 }
 
 }  // namespace vorrin::input_helper

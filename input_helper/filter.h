@@ -66,15 +66,15 @@ class Filter {
   void configure(const helper_protocol::Configure& configuration, Moment now);
   /// False for the answer to a question that was never asked.
   [[nodiscard]] bool answer(const helper_protocol::Verdict& verdict, Moment now);
-  /// While the session is not active everything is let go.
-  void setSessionActive(bool active, Moment now);
+  /// Forgets all keyboards, which were given back already, and that the tap was enabled.
+  void removeAll();
 
   /// Does what is due by now: time limits, grabs that had to wait, retries.
   void advance(Moment now);
   /// When `advance` is due again at the latest.
   [[nodiscard]] std::optional<Moment> nextDeadline() const;
 
-  /// Tells the main program whether the keyboards can be held. Due once, at the start.
+  /// Tells the main program whether the keyboards can be held. Due once the keyboards were added.
   void announce(Moment now);
 
  private:
@@ -108,8 +108,7 @@ class Filter {
   void tell(std::uint16_t key, bool down, bool repeated = false);
   void processRepeat(PendingFrame& frame, const Keyboard& keyboard, const InputEvent& event);
   void releaseAsked(Keyboard& keyboard);
-  void disable(helper_protocol::DisableReason reason);
-  void flush(Moment now);
+  void giveUpQuestion(Moment now);
   void letGo(KeyboardId id, Keyboard& keyboard);
   void updateGrabs(Moment now);
   bool tryGrab(KeyboardId id, Keyboard& keyboard);
@@ -122,9 +121,8 @@ class Filter {
   FilterActions actions_;
   std::map<KeyboardId, Keyboard> keyboards_;
   std::deque<PendingFrame> queue_;
-  KeySet swallowable_;
+  helper_protocol::ShortcutSet swallowable_ = 0;
   bool enabled_ = false;
-  bool sessionActive_ = true;
   bool available_ = true;
   Moment retryAt_;
   Moment wantedSince_;

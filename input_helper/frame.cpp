@@ -22,7 +22,7 @@ bool isOutput(const InputEvent& event) {
   return event.type == EV_LED || event.type == EV_SND || event.type == EV_REP;
 }
 
-void followKeys(const Frame& frame, KeySet& keys) {
+void followKeys(std::span<const InputEvent> frame, KeySet& keys) {
   for (const auto& event : frame) {
     if (isKey(event)) keys.set(event.code, event.value != released);
   }

@@ -4,6 +4,7 @@
 
 #include <bitset>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 namespace vorrin::input_helper {
@@ -30,7 +31,7 @@ bool isKey(const InputEvent& event);
 bool isOutput(const InputEvent& event);
 
 /// Has `keys` follow the presses and releases of `frame`.
-void followKeys(const Frame& frame, KeySet& keys);
+void followKeys(std::span<const InputEvent> frame, KeySet& keys);
 
 /// The events that lead from the keys held in `before` to those in `after`, releases first.
 Frame difference(const KeySet& before, const KeySet& after);

@@ -1,5 +1,6 @@
 #include "input_helper/log.h"
 
+#include <poll.h>
 #include <unistd.h>
 
 #include <string>
@@ -8,7 +9,9 @@ namespace vorrin::input_helper {
 
 void log(std::string_view line) {
   const std::string text = "vorrin-input-helper: " + std::string(line) + "\n";
-  // Nobody reading it is no reason to fail.
+  // Short enough for a terminal or a pipe that has any room to take it whole.
+  pollfd output{STDERR_FILENO, POLLOUT, 0};
+  if (::poll(&output, 1, 0) != 1 || output.revents != POLLOUT) return;
   [[maybe_unused]] const auto written = ::write(STDERR_FILENO, text.data(), text.size());
 }
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <optional>
 
 #include "input_helper/device.h"
@@ -14,20 +13,18 @@ namespace vorrin::input_helper {
 class MacroDevices {
  public:
   /// Nothing when the kernel makes no devices for this program.
-  static std::optional<MacroDevices> create(const std::function<FileDescriptor()>& openUinput);
+  static std::optional<MacroDevices> create(Uinput& uinput);
 
   /// Makes every press and release in a frame of its own.
   void post(const helper_protocol::Post& post);
-  /// Releases what a post left down.
+  /// Releases what is held.
   void release();
 
  private:
   MacroDevices(MadeDevice keyboard, MadeDevice pointer);
-  void set(std::uint16_t key, bool down);
 
   MadeDevice keyboard_;
   MadeDevice pointer_;
-  KeySet down_;
 };
 
 }  // namespace vorrin::input_helper

@@ -1,28 +1,33 @@
 #include "input_helper/physical_keyboard.h"
 
+#include <fcntl.h>
 #include <linux/input.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
-#include <sys/sysmacros.h>
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <filesystem>
-#include <string>
 #include <utility>
 
 namespace vorrin::input_helper {
 namespace {
 
-/// The real path of the device in /sys, by its number: names can be anything.
-std::string placeInSys(int device) {
+/// Whether it can send a shortcut key or Escape.
+bool isKeyboard(const libevdev* device) {
+  const auto has = [device](unsigned key) {
+    return libevdev_has_event_code(device, EV_KEY, key) != 0;
+  };
+  return has(helper_protocol::escapeKey) || std::ranges::any_of(helper_protocol::shortcutKeys, has);
+}
+
+/// The device itself: its node may have become another's since udev told of it.
+FileDescriptor openNode(const EventDevice& device) {
+  FileDescriptor opened(::open(device.node.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC | O_NOFOLLOW));
   struct stat status {};
-  if (::fstat(device, &status) != 0) return {};
-  const auto link = "/sys/dev/char/" + std::to_string(major(status.st_rdev)) + ":" +
-                    std::to_string(minor(status.st_rdev));
-  std::error_code failure;
-  return std::filesystem::canonical(link, failure).string();
+  const bool isIt = opened.isOpen() && ::fstat(opened.get(), &status) == 0 &&
+                    S_ISCHR(status.st_mode) && status.st_rdev == device.number;
+  return isIt ? std::move(opened) : FileDescriptor();
 }
 
 /// What the clone must not have: its repeats are the keyboard's own, passed on, and force feedback
@@ -42,39 +47,26 @@ Moment momentOf(const input_event& event) {
 
 }  // namespace
 
-bool isKeyboard(const libevdev* device) {
-  const auto has = [device](unsigned key) {
-    return libevdev_has_event_code(device, EV_KEY, key) != 0;
-  };
-  return has(helper_protocol::escapeKey) || std::ranges::any_of(helper_protocol::shortcutKeys, has);
-}
-
-bool isMadeByProgram(const std::string& place) {
-  // .../devices/virtual/input/inputN/eventM; unknown places are left alone as well.
-  return place.empty() || place.starts_with("/sys/devices/virtual/input/");
-}
-
 PhysicalKeyboard::PhysicalKeyboard(FileDescriptor device, MadeDevice clone)
     : device_(std::move(device)), clone_(std::move(clone)) {}
 
-std::optional<PhysicalKeyboard> PhysicalKeyboard::adopt(
-    FileDescriptor device, const std::function<FileDescriptor()>& openUinput) {
-  if (isMadeByProgram(placeInSys(device.number()))) return std::nullopt;
-  const Evdev model = cloneModel(device.number());
-  if (!model || !isKeyboard(model.get())) return std::nullopt;
+std::optional<PhysicalKeyboard> PhysicalKeyboard::open(const EventDevice& device, Uinput& uinput) {
+  if (device.isMadeByProgram()) return std::nullopt;
+  auto opened = openNode(device);
+  if (!opened.isOpen()) return std::nullopt;
+  const Evdev model = cloneModel(opened.get());
   int clock = CLOCK_MONOTONIC;
-  if (::ioctl(device.number(), EVIOCSCLOCKID, &clock) != 0) return std::nullopt;
-  auto uinput = openUinput();
-  if (!uinput.isOpen()) return std::nullopt;
-  auto clone = MadeDevice::create(model.get(), std::move(uinput));
+  if (!model || !isKeyboard(model.get()) || ::ioctl(opened.get(), EVIOCSCLOCKID, &clock) != 0)
+    return std::nullopt;
+  auto clone = MadeDevice::create(model.get(), uinput);
   if (!clone) return std::nullopt;
-  return PhysicalKeyboard(std::move(device), std::move(*clone));
+  return PhysicalKeyboard(std::move(opened), std::move(*clone));
 }
 
 bool PhysicalKeyboard::read(const Reader& reader) {
   std::array<input_event, 64> events;
   for (;;) {
-    const auto size = ::read(device_.number(), events.data(), sizeof events);
+    const auto size = ::read(device_.get(), events.data(), sizeof events);
     if (size < 0 && errno == EINTR) continue;
     if (size < 0 && errno == EAGAIN) return true;
     if (size <= 0) return false;
@@ -101,13 +93,13 @@ bool PhysicalKeyboard::read(const Reader& reader) {
 
 GrabResult PhysicalKeyboard::grab() const {
   const auto before = std::chrono::steady_clock::now();
-  if (::ioctl(device_.number(), EVIOCGRAB, 1) == 0) return {GrabOutcome::grabbed, before};
+  if (::ioctl(device_.get(), EVIOCGRAB, 1) == 0) return {GrabOutcome::grabbed, before};
   return {errno == EBUSY ? GrabOutcome::busy : GrabOutcome::gone, before};
 }
 
 Moment PhysicalKeyboard::ungrab() const {
   const auto before = std::chrono::steady_clock::now();
-  ::ioctl(device_.number(), EVIOCGRAB, 0);
+  ::ioctl(device_.get(), EVIOCGRAB, 0);
   return before;
 }
 
@@ -121,14 +113,14 @@ void PhysicalKeyboard::copyLights() const {
       const auto& event = events[i];
       if (event.type == EV_LED) lights.push_back({event.type, event.code, event.value});
     }
-    if (!lights.empty()) writeFrame(device_.number(), lights);
+    if (!lights.empty()) writeFrame(device_.get(), lights);
   }
 }
 
 KeySet PhysicalKeyboard::keysDown() const {
   std::array<std::uint8_t, KEY_CNT / 8> bits{};
   KeySet keys;
-  if (::ioctl(device_.number(), EVIOCGKEY(sizeof bits), bits.data()) < 0) return keys;
+  if (::ioctl(device_.get(), EVIOCGKEY(sizeof bits), bits.data()) < 0) return keys;
   for (std::size_t key = 0; key < KEY_CNT; ++key)
     keys.set(key, ((bits[key / 8] >> (key % 8)) & 1) != 0);
   return keys;

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "input_helper/device.h"
+#include "input_helper/event_device.h"
 #include "input_helper/filter.h"
 
 namespace vorrin::input_helper {
@@ -11,10 +12,9 @@ namespace vorrin::input_helper {
 /// One keyboard of the user's and the clone that stands in for it while it is grabbed.
 class PhysicalKeyboard {
  public:
-  /// Takes over an open event device. `openUinput` is asked for /dev/uinput once the device proved
-  /// to be a keyboard. Nothing for other devices, for virtual ones, and when no clone can be made.
-  static std::optional<PhysicalKeyboard> adopt(FileDescriptor device,
-                                               const std::function<FileDescriptor()>& openUinput);
+  /// Opens an event device. Nothing for what is no keyboard, for what a program made, and when no
+  /// clone can be made.
+  static std::optional<PhysicalKeyboard> open(const EventDevice& device, Uinput& uinput);
 
   /// What reading brought.
   struct Reader {
@@ -27,12 +27,13 @@ class PhysicalKeyboard {
   [[nodiscard]] GrabResult grab() const;
   /// Tells when it took effect, which the kernel makes it do at the beginning of the call.
   [[nodiscard]] Moment ungrab() const;
-  void emit(std::span<const InputEvent> frame) const { clone_.write(frame); }
+  void emit(std::span<const InputEvent> frame) { clone_.write(frame); }
+  void releaseClone() { clone_.release(); }
   /// Lights on the keyboard what others lit on its clone.
   void copyLights() const;
 
   [[nodiscard]] KeySet keysDown() const;
-  [[nodiscard]] int deviceNumber() const { return device_.number(); }
+  [[nodiscard]] int deviceNumber() const { return device_.get(); }
   [[nodiscard]] int cloneNumber() const { return clone_.number(); }
 
  private:
@@ -43,12 +44,5 @@ class PhysicalKeyboard {
   Frame partial_;
   bool dropping_ = false;  ///< events were lost; what comes up to the next SYN_REPORT counts not
 };
-
-/// Whether a device can send a shortcut key or Escape.
-bool isKeyboard(const libevdev* device);
-
-/// Whether the place of a device in /sys is one where uinput makes its devices. Bluetooth keyboards
-/// are virtual too, but have a parent of their own there.
-bool isMadeByProgram(const std::string& place);
 
 }  // namespace vorrin::input_helper

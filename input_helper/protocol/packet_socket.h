@@ -1,13 +1,10 @@
 #pragma once
 
-#include <sys/types.h>
-
-#include <cstddef>
 #include <optional>
-#include <span>
+#include <utility>
 
-#include "input_helper/protocol/file_descriptor.h"
 #include "input_helper/protocol/protocol.h"
+#include "platform/linux/foundation/file_descriptor.h"
 
 namespace vorrin::helper_protocol {
 
@@ -19,18 +16,11 @@ enum class Received {
 };
 
 /// Two connected ends, both closed when another program is started; nothing on failure.
-struct SocketPair {
-  FileDescriptor first;
-  FileDescriptor second;
-};
-std::optional<SocketPair> makeSocketPair();
-
-/// Has every packet tell which process sent it, from now on and to either end. False on failure.
-[[nodiscard]] bool nameSenders(int socket);
+std::optional<std::pair<FileDescriptor, FileDescriptor>> makeSocketPair();
 
 /// Receives one packet without waiting. A packet longer than any message comes back empty, which no
-/// message decodes from. `sender`, where wanted, gets the process it came from, 0 if it is unnamed.
-Received receivePacket(int socket, Packet& packet, pid_t* sender = nullptr);
+/// message decodes from.
+Received receivePacket(int socket, Packet& packet);
 
 /// Sends without waiting. False when the other end is gone or has left too much unread.
 [[nodiscard]] bool sendPacket(int socket, const Packet& packet);

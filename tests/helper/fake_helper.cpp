@@ -1,7 +1,6 @@
 #include "fake_helper.h"
 
 #include <sys/socket.h>
-#include <unistd.h>
 
 #include <utility>
 
@@ -9,18 +8,25 @@ namespace vorrin::helper {
 
 using namespace helper_protocol;
 
-HelperStart FakeHelper::start() {
-  return {.devicesAreOpen = [this] { return devicesAreOpen; },
-          .askPermission = [this](QObject&,
-                                  const std::function<void(bool)>& answered) { answered(allowed); },
-          .start = [this](StartWay way, const FileDescriptor& end,
-                          std::function<void(int)> ended) -> std::shared_ptr<void> {
-            starts_.push_back(way);
-            if (isMissing) return nullptr;
-            connection_ = isGone ? FileDescriptor() : FileDescriptor(::dup(end.number()));
-            ended_ = std::move(ended);
-            return std::make_shared<int>();
-          }};
+HelperService FakeHelper::service() {
+  return {.connect =
+              [this](QObject&, bool mayAsk, std::function<void(Connected)> answered) {
+                calls_.emplace_back(mayAsk ? "ask" : "connect");
+                pending_ = [this, mayAsk, answered] { answered(connect(mayAsk)); };
+                if (!isSilent) answer();
+              },
+          .decide =
+              [this](QObject&, const char* wish, std::function<void(bool)> answered) {
+                calls_.emplace_back(wish);
+                answered(true);
+              }};
+}
+
+Connected FakeHelper::connect(bool mayAsk) {
+  if (!isAllowed) return {{}, mayAsk ? "asked in vain" : "not allowed"};
+  auto ends = makeSocketPair();
+  connection_ = isGone ? FileDescriptor() : std::move(ends->second);
+  return {std::move(ends->first), {}};
 }
 
 void FakeHelper::say(const FromHelper& message) {
@@ -31,23 +37,18 @@ void FakeHelper::say(const FromHelper& message) {
 void FakeHelper::sayBytes(const std::string& bytes) {
   // An end that is closed already is what some tests wait for.
   [[maybe_unused]] const auto sent =
-      ::send(connection_.number(), bytes.data(), bytes.size(), MSG_NOSIGNAL);
+      ::send(connection_.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL);
 }
 
-void FakeHelper::serve(bool available) {
+void FakeHelper::serve(Listening listening) {
   say(Hello{});
-  say(Availability{available});
-}
-
-void FakeHelper::end(int status) {
-  hangUp();
-  if (const auto ended = std::exchange(ended_, nullptr)) ended(status);
+  say(Availability{listening});
 }
 
 std::vector<ToHelper> FakeHelper::heard() {
   std::vector<ToHelper> messages;
   Packet packet;
-  while (receivePacket(connection_.number(), packet) == Received::packet) {
+  while (receivePacket(connection_.get(), packet) == Received::packet) {
     if (const auto message = decodeToHelper(packet.view())) messages.push_back(*message);
   }
   return messages;
@@ -56,7 +57,7 @@ std::vector<ToHelper> FakeHelper::heard() {
 bool FakeHelper::isLeft() {
   Packet packet;
   Received received = Received::packet;
-  while (received == Received::packet) received = receivePacket(connection_.number(), packet);
+  while (received == Received::packet) received = receivePacket(connection_.get(), packet);
   return received == Received::end;
 }
 

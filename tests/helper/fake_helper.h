@@ -1,38 +1,33 @@
 #pragma once
 
-#include <QCoreApplication>
 #include <functional>
-#include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "input_helper/protocol/packet_socket.h"
-#include "platform/linux/input/helper/backend.h"
+#include "platform/linux/input/helper/helper_service.h"
 
 namespace vorrin::helper {
 
 /// The other end of a backend's connection: a helper that does as a test says.
 class FakeHelper {
  public:
-  bool devicesAreOpen = true;
-  bool allowed = false;    ///< what polkit answers when it may not ask the user
-  bool isMissing = false;  ///< no process can be made of it
-  bool isGone = false;     ///< it ends before it takes its end of the connection
+  bool isAllowed = true;  ///< without a question
+  bool isSilent = false;  ///< calls are answered by `answer` only
+  bool isGone = false;    ///< it ends before it serves
 
-  /// Makes the backend start this helper instead of a process.
-  HelperStart start();
+  /// What the backend reaches instead of the system bus.
+  HelperService service();
 
-  /// How it was started, each time.
-  [[nodiscard]] const std::vector<StartWay>& starts() const { return starts_; }
+  /// A word for each call: "connect", "ask" (where a question may be asked), or the wish.
+  [[nodiscard]] const std::vector<std::string>& calls() const { return calls_; }
+  void answer() { pending_(); }
 
   void say(const helper_protocol::FromHelper& message);
   void sayBytes(const std::string& bytes);
-  /// Says hello and that the keyboards can be held.
-  void serve(bool available = true);
-  void hangUp() { connection_.reset(); }
-  /// Has the process end with this status, as pkexec does when it may not start the helper.
-  void end(int status);
+  /// Says hello and whether the keyboards can be held.
+  void serve(helper_protocol::Listening listening = helper_protocol::Listening::possible);
+  void hangUp() { connection_ = {}; }
 
   /// All that the backend said by now.
   std::vector<helper_protocol::ToHelper> heard();
@@ -40,9 +35,11 @@ class FakeHelper {
   bool isLeft();
 
  private:
-  helper_protocol::FileDescriptor connection_;
-  std::function<void(int)> ended_;
-  std::vector<StartWay> starts_;
+  Connected connect(bool mayAsk);
+
+  FileDescriptor connection_;
+  std::vector<std::string> calls_;
+  std::function<void()> pending_;
 };
 
 }  // namespace vorrin::helper

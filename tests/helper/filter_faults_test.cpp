@@ -13,7 +13,7 @@ TEST_F(FilterTest, without_an_answer_in_time_the_key_passes_and_the_tap_is_disab
   press(KEY_TAB);
   press(KEY_A);
   pass(Filter::answerLimit + milliseconds(2));
-  EXPECT_EQ(sent.back(), FromHelper(Disabled{DisableReason::noAnswer}));
+  EXPECT_EQ(sent.back(), FromHelper(Disabled{1}));
   EXPECT_THAT(emitted, ElementsAre(Frame{key(KEY_TAB, 1)}, Frame{key(KEY_A, 1)}));
 }
 
@@ -35,7 +35,7 @@ TEST_F(FilterTest, after_being_enabled_again_the_tap_is_asked_again) {
   configure({KEY_TAB});
   pass(Filter::quietTime + milliseconds(1));
   press(KEY_TAB);
-  EXPECT_EQ(sent.back(), FromHelper(Question(2, KEY_TAB, {})));
+  EXPECT_EQ(sent.back(), FromHelper(Question(2, KEY_TAB, 0)));
 }
 
 TEST_F(FilterTest, a_late_answer_changes_nothing) {
@@ -59,7 +59,7 @@ TEST_F(FilterTest, unplugging_with_a_shortcut_down_tells_its_release) {
   ASSERT_TRUE(answer(true));
   forget();
   filter.removeKeyboard(board, now);
-  EXPECT_THAT(sent, ElementsAre(FromHelper(KeyMoved{KEY_TAB, false, false, {}})));
+  EXPECT_THAT(sent, ElementsAre(FromHelper(KeyMoved{KEY_TAB, 0, 0, 0})));
 }
 
 TEST_F(FilterTest, unplugging_during_a_question_lets_the_other_keyboards_go_on) {
@@ -67,7 +67,7 @@ TEST_F(FilterTest, unplugging_during_a_question_lets_the_other_keyboards_go_on) 
   press(KEY_TAB);
   press(KEY_A, otherBoard);
   filter.removeKeyboard(board, now);
-  EXPECT_EQ(sent.back(), FromHelper(KeyMoved(KEY_TAB, false, false, {})));
+  EXPECT_EQ(sent.back(), FromHelper(KeyMoved(KEY_TAB, 0, 0, 0)));
   EXPECT_THAT(emitted, ElementsAre(Frame{key(KEY_A, 1)}));
   EXPECT_TRUE(filter.answer({1, true}, now));
 }
@@ -77,7 +77,7 @@ TEST_F(FilterTest, unplugging_forgets_the_modifiers_of_the_keyboard) {
   press(KEY_LEFTSHIFT, otherBoard);
   filter.removeKeyboard(otherBoard, now);
   press(KEY_TAB);
-  EXPECT_EQ(sent.back(), FromHelper(Question(1, KEY_TAB, {})));
+  EXPECT_EQ(sent.back(), FromHelper(Question(1, KEY_TAB, 0)));
 }
 
 TEST_F(FilterTest, lost_events_are_made_up_for) {
@@ -105,7 +105,7 @@ TEST_F(FilterTest, a_shortcut_found_up_after_lost_events_is_told_as_released) {
   press(KEY_TAB);
   ASSERT_TRUE(answer(true));
   filter.resynchronise(board, {}, now);
-  EXPECT_EQ(sent.back(), FromHelper(KeyMoved(KEY_TAB, false, false, {})));
+  EXPECT_EQ(sent.back(), FromHelper(KeyMoved(KEY_TAB, 0, 0, 0)));
 }
 
 TEST_F(FilterTest, the_panic_chord_is_read_even_while_a_question_waits) {

@@ -9,7 +9,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 TEST_F(FilterTest, the_start_says_that_the_keyboards_can_be_held) {
-  EXPECT_THAT(sent, ElementsAre(FromHelper(Availability{true})));
+  EXPECT_THAT(sent, ElementsAre(FromHelper(Availability{Listening::possible})));
   EXPECT_THAT(grabbed, IsEmpty());
 }
 
@@ -124,40 +124,11 @@ TEST_F(FilterTest, a_key_typed_after_the_keyboard_was_given_back_comes_once) {
   EXPECT_THAT(emitted, IsEmpty());
 }
 
-TEST_F(FilterTest, an_inactive_session_lets_go_at_once_with_nothing_held_down) {
-  grabWithTab();
-  press(KEY_LEFTCTRL);
-  press(KEY_E);
-  forget();
-  filter.setSessionActive(false, now);
-  EXPECT_THAT(grabbed, IsEmpty());
-  EXPECT_THAT(emitted, ElementsAre(Frame{key(KEY_E, 0), key(KEY_LEFTCTRL, 0)}));
-  EXPECT_THAT(sent, ElementsAre(FromHelper(Disabled{DisableReason::session})));
-}
-
-TEST_F(FilterTest, an_inactive_session_passes_on_what_waits_for_a_verdict) {
-  grabWithTab();
-  press(KEY_TAB);
-  filter.setSessionActive(false, now);
-  EXPECT_THAT(emitted, ElementsAre(Frame{key(KEY_TAB, 1)}, Frame{key(KEY_TAB, 0)}));
-}
-
-TEST_F(FilterTest, a_session_that_is_active_again_takes_the_keyboards_again) {
-  grabWithTab();
-  filter.setSessionActive(false, now);
-  configure({KEY_TAB});
-  pass(milliseconds(5000));
-  EXPECT_THAT(grabbed, IsEmpty());
-  filter.setSessionActive(true, now);
-  pass(Filter::quietTime);
-  EXPECT_THAT(grabbed, ElementsAre(board, otherBoard));
-}
-
 TEST_F(FilterTest, another_program_s_grab_makes_the_listener_unavailable) {
   busy = {otherBoard};
   configure({KEY_TAB});
   pass(Filter::startGap + milliseconds(1));
-  EXPECT_EQ(sent.back(), FromHelper(Availability{false}));
+  EXPECT_EQ(sent.back(), FromHelper(Availability{Listening::keyboardTaken}));
   EXPECT_THAT(grabbed, IsEmpty());
 }
 
@@ -167,7 +138,7 @@ TEST_F(FilterTest, a_grab_of_another_program_that_ends_is_noticed) {
   pass(Filter::startGap + milliseconds(1));
   busy.clear();
   pass(Filter::retryTime + milliseconds(1));
-  EXPECT_EQ(sent.back(), FromHelper(Availability{true}));
+  EXPECT_EQ(sent.back(), FromHelper(Availability{Listening::possible}));
 }
 
 TEST_F(FilterTest, looking_for_another_program_s_grab_keeps_no_keyboard) {
@@ -179,19 +150,18 @@ TEST_F(FilterTest, looking_for_another_program_s_grab_keeps_no_keyboard) {
   EXPECT_THAT(grabbed, IsEmpty());
 }
 
-TEST_F(FilterTest, another_program_s_grab_is_not_looked_for_while_the_session_is_not_active) {
-  busy = {otherBoard};
-  configure({KEY_TAB});
-  pass(Filter::startGap + milliseconds(1));
-  filter.setSessionActive(false, now);
-  busy.clear();
-  forget();
+TEST_F(FilterTest, without_keyboards_nothing_is_due_and_the_tap_has_to_be_enabled_anew) {
+  grabWithTab();
+  press(KEY_TAB);
+  filter.removeAll();
   EXPECT_FALSE(filter.nextDeadline());
-  filter.advance(now + 2 * Filter::retryTime);
+  filter.addKeyboard(board, {}, now);
+  filter.announce(now);
+  pass(milliseconds(5000));
+  forget();
+  press(KEY_TAB);
   EXPECT_THAT(sent, IsEmpty());
-  filter.setSessionActive(true, now);
-  pass(Filter::retryTime + milliseconds(1));
-  EXPECT_THAT(sent, ElementsAre(FromHelper(Availability{true})));
+  EXPECT_TRUE(filter.answer({1, 1}, now));
 }
 
 TEST_F(FilterTest, a_keyboard_plugged_in_later_is_taken_after_its_start_gap) {

@@ -47,9 +47,9 @@ class FilterTest : public testing::Test {
   }
 
   void configure(std::initializer_list<std::uint16_t> keys, bool enabled = true) {
-    helper_protocol::Configure configuration{enabled, static_cast<std::uint8_t>(keys.size()), {}};
-    std::copy(keys.begin(), keys.end(), configuration.keys.begin());
-    filter.configure(configuration, now);
+    unsigned set = 0;
+    for (const auto key : keys) set |= helper_protocol::shortcutSet(key);
+    filter.configure({enabled, static_cast<helper_protocol::ShortcutSet>(set)}, now);
   }
 
   /// The state in which the tests begin that are about a grabbed keyboard.

@@ -51,9 +51,9 @@ TEST(Frame, the_difference_of_two_states_releases_first) {
 
 TEST(Frame, a_repeat_leaves_the_key_down) {
   KeySet keys;
-  followKeys({pressOfA, {EV_KEY, KEY_A, 2}, movement}, keys);
+  followKeys(Frame{pressOfA, {EV_KEY, KEY_A, 2}, movement}, keys);
   EXPECT_TRUE(keys.test(KEY_A));
-  followKeys({{EV_KEY, KEY_A, released}}, keys);
+  followKeys(Frame{{EV_KEY, KEY_A, released}}, keys);
   EXPECT_TRUE(keys.none());
 }
 

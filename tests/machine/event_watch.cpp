@@ -24,7 +24,7 @@ std::string text(int file, Request request) {
 bool EventWatch::read(const Device& device) {
   std::array<input_event, 64> events;
   for (;;) {
-    const auto size = ::read(device.file.number(), events.data(), sizeof events);
+    const auto size = ::read(device.file.get(), events.data(), sizeof events);
     if (size < 0) return errno == EAGAIN;
     if (size == 0) return false;
     for (std::size_t i = 0; i < static_cast<std::size_t>(size) / sizeof(input_event); ++i) {
@@ -47,10 +47,10 @@ void EventWatch::openNew() {
   for (const auto& entry : std::filesystem::directory_iterator("/dev/input", failure)) {
     const auto path = entry.path().string();
     if (!entry.path().filename().string().starts_with("event") || devices_.contains(path)) continue;
-    helper_protocol::FileDescriptor file(::open(path.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC));
+    FileDescriptor file(::open(path.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC));
     if (!file.isOpen()) continue;
-    auto name = text(file.number(), [](auto size) { return EVIOCGNAME(size); });
-    auto place = text(file.number(), [](auto size) { return EVIOCGPHYS(size); });
+    auto name = text(file.get(), [](auto size) { return EVIOCGNAME(size); });
+    auto place = text(file.get(), [](auto size) { return EVIOCGPHYS(size); });
     devices_.emplace(path, Device{std::move(file), std::move(name), std::move(place)});
   }
 }
@@ -69,7 +69,7 @@ int EventWatch::device(const std::string& place, const std::string& name) const 
   const auto found = std::ranges::find_if(devices_, [&](const auto& entry) {
     return entry.second.place == place && (name.empty() || entry.second.name == name);
   });
-  return found == devices_.end() ? -1 : found->second.file.number();
+  return found == devices_.end() ? -1 : found->second.file.get();
 }
 
 bool EventWatch::isFree(const std::string& place, const std::string& name) {
@@ -89,7 +89,7 @@ std::vector<int> EventWatch::held() const {
   std::vector<int> keys;
   for (const auto& [path, device] : devices_) {
     std::array<unsigned char, KEY_CNT / 8> bits{};
-    if (::ioctl(device.file.number(), EVIOCGKEY(sizeof bits), bits.data()) < 0) continue;
+    if (::ioctl(device.file.get(), EVIOCGKEY(sizeof bits), bits.data()) < 0) continue;
     for (int key = 0; key < KEY_CNT; ++key) {
       if (((bits[static_cast<std::size_t>(key / 8)] >> (key % 8)) & 1) != 0) keys.push_back(key);
     }

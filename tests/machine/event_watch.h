@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "input_helper/protocol/file_descriptor.h"
+#include "platform/linux/foundation/file_descriptor.h"
 
 namespace vorrin::machine {
 
@@ -43,7 +43,7 @@ class EventWatch {
 
  private:
   struct Device {
-    helper_protocol::FileDescriptor file;
+    FileDescriptor file;
     std::string name;
     std::string place;
   };

@@ -87,12 +87,17 @@ UhidKeyboard::UhidKeyboard(const std::string& name)
   create.vendor = 0x1234;
   create.product = 0x5678;
   std::memcpy(create.rd_data, descriptor, sizeof descriptor);
-  if (::write(device_.number(), &event, sizeof event) != sizeof event) fail("UHID_CREATE2");
+  if (::write(device_.get(), &event, sizeof event) != sizeof event) fail("UHID_CREATE2");
 }
 
 void UhidKeyboard::tap(int key) {
   press(key);
   release(key);
+}
+
+void UhidKeyboard::releaseAll() {
+  down_.clear();
+  send(0, 0);
 }
 
 void UhidKeyboard::move(std::int8_t x, std::int8_t y) {
@@ -128,12 +133,12 @@ void UhidKeyboard::send(std::int8_t x, std::int8_t y) {
     }
   }
   event.u.input2.size = 11;
-  if (::write(device_.number(), &event, sizeof event) != sizeof event) fail("UHID_INPUT2");
+  if (::write(device_.get(), &event, sizeof event) != sizeof event) fail("UHID_INPUT2");
 }
 
 std::optional<unsigned> UhidKeyboard::lights() {
   uhid_event event{};
-  while (::read(device_.number(), &event, sizeof event) > 0) {
+  while (::read(device_.get(), &event, sizeof event) > 0) {
     if (event.type != UHID_OUTPUT) continue;
     const auto& output = event.u.output;
     lights_ = output.data[output.size > 1 ? 1 : 0];

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "input_helper/protocol/file_descriptor.h"
+#include "platform/linux/foundation/file_descriptor.h"
 
 namespace vorrin::machine {
 
@@ -21,6 +21,7 @@ class UhidKeyboard {
   void press(int key) { set(key, true); }
   void release(int key) { set(key, false); }
   void tap(int key);
+  void releaseAll();
   /// Moves the pointer part once.
   void move(std::int8_t x, std::int8_t y);
 
@@ -31,7 +32,7 @@ class UhidKeyboard {
   void set(int key, bool down);
   void send(std::int8_t x, std::int8_t y);
 
-  helper_protocol::FileDescriptor device_;
+  FileDescriptor device_;
   std::set<int> down_;
   std::optional<unsigned> lights_;
 };

@@ -26,8 +26,8 @@ std::optional<SeenKey> parseEvent(const std::string& line) {
 TapProcess::TapProcess(const std::string& display)
     : TapProcess(Environment{{"DISPLAY", display}, {"VORRIN_INPUT", "x11"}}) {}
 
-TapProcess::TapProcess(const Environment& environment)
-    : process_({VORRIN_TAP_PROGRAM}, environment) {}
+TapProcess::TapProcess(const Environment& environment, std::vector<std::string> command)
+    : process_((command.emplace_back(VORRIN_TAP_PROGRAM), command), environment) {}
 
 bool TapProcess::command(const std::string& line) {
   process_.writeLine(line);

@@ -25,8 +25,8 @@ struct SeenKey {
 class TapProcess {
  public:
   explicit TapProcess(const std::string& display);
-  /// With the way to listen that the environment says.
-  explicit TapProcess(const Environment& environment);
+  /// With the way to listen that the environment says, started by another command if there is one.
+  explicit TapProcess(const Environment& environment, std::vector<std::string> command = {});
 
   /// Gives a command and reads on to its answer.
   bool command(const std::string& line);

@@ -1,4 +1,5 @@
 #include "platform/linux/input/helper/backend.h"
+#include "platform/linux/input/helper/click_rule.h"
 #include "platform/linux/input/input_backend.h"
 #include "platform/linux/widgets/sheet.h"
 #include "platform/linux/widgets/window_widget.h"
@@ -7,6 +8,23 @@
 namespace vorrin {
 
 namespace {
+
+/// What stands in the way of fast clicks; empty when nothing does.
+const char* clickNotice() {
+  switch (helper::clickRule()) {
+    case helper::ClickRule::missing:
+      return "\n\nClicks closer together than 0.03 seconds get lost here: the file that lets them "
+             "through, /usr/share/libinput/60-vorrin.quirks, is not installed. Vorrin’s package "
+             "brings it.";
+    case helper::ClickRule::installedLater:
+      return "\n\nClicks closer together than 0.03 seconds get lost until your next login: the "
+             "file "
+             "that lets them through was installed after this session began.";
+    case helper::ClickRule::inEffect:
+      return "";
+  }
+  return "";
+}
 
 /// What may be decided where the input helper does the work, and what the right means.
 void presentHelperPermission(helper::Backend& backend) {
@@ -22,14 +40,16 @@ void presentHelperPermission(helper::Backend& backend) {
       "of yours could then start the helper, for the same and no more. “Ask Every Time” asks at "
       "each start of Vorrin. “Take Back” lets go at once and refuses from then on.\n\n"
       "Escape, Backspace and Enter held down together end the helper at any moment.";
+  alert.informativeText += clickNotice();
   constexpr int close = 0;
   constexpr int allow = 1;
   constexpr int ask = 2;
+  constexpr int takeBack = 3;
   alert.buttons = {"Close", "Allow for Good", "Ask Every Time", "Take Back"};
   presentSheet(alert, close, *windows().front(), [&backend](int answer) {
-    if (answer == close) return;
-    if (answer != allow && answer != ask) backend.giveUpPermission();
-    backend.changePermission(answer == allow ? "allow" : answer == ask ? "ask" : "deny");
+    if (answer == allow) backend.allowForGood();
+    if (answer == ask) backend.askEveryTime();
+    if (answer == takeBack) backend.takeBack();
   });
 }
 

@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "tests/machine/login.h"
 #include "tests/x11/harness/key_positions.h"
 #include "tests/x11/harness/wait.h"
 
@@ -17,6 +18,7 @@ constexpr unsigned probeKey = KEY_MUTE;
 
 constexpr const char* place = "test/Test keyboard";
 constexpr const char* name = "Test keyboard";
+constexpr const char* helperPlace = "vorrin-input-helper";
 constexpr const char* probePlace = "test/Probe keyboard";
 constexpr const char* probeName = "Probe keyboard";
 
@@ -31,6 +33,8 @@ ClientEvent clientEvent(const machine::SeenEvent& event) {
 }  // namespace
 
 HelperWorld::HelperWorld() {
+  if (!keyboard_) keyboard_.emplace(name);
+  if (!probeKeyboard_) probeKeyboard_.emplace(probeName);
   const bool found = waitUntil([this] {
     watch_.look();
     return watch_.has(place, name) && watch_.has(probePlace, probeName);
@@ -38,9 +42,23 @@ HelperWorld::HelperWorld() {
   if (!found) throw std::runtime_error("the machine has no keyboard");
 }
 
+HelperWorld::~HelperWorld() {
+  keyboard_->releaseAll();
+}
+
+void HelperWorld::unplug() {
+  keyboard_.reset();
+  probeKeyboard_.reset();
+}
+
+bool HelperWorld::seesHelper() {
+  look();
+  return watch_.has(helperPlace, "Vorrin keyboard") && watch_.has(helperPlace, "Vorrin pointer");
+}
+
 void HelperWorld::set(unsigned evdevKey, bool down) {
   const int key = static_cast<int>(evdevKey);
-  down ? keyboard_.press(key) : keyboard_.release(key);
+  down ? keyboard_->press(key) : keyboard_->release(key);
   down ? void(down_.insert(evdevKey)) : void(down_.erase(evdevKey));
   // A reader that is behind loses what does not fit into the kernel's record.
   look();
@@ -61,7 +79,7 @@ void HelperWorld::look() {
 
 void HelperWorld::probe() {
   const int before = probesSeen_;
-  probeKeyboard_.tap(static_cast<int>(probeKey));
+  probeKeyboard_->tap(static_cast<int>(probeKey));
   const bool arrived = waitUntil([&] {
     look();
     return probesSeen_ > before;
@@ -148,9 +166,11 @@ std::vector<ClientEvent> HelperClient::readAll(const HelperUser&) {
 }
 
 HelperTap::HelperTap(HelperWorld& world)
-    : world_(world), process_(Environment{{"VORRIN_INPUT", "helper"}}) {
+    : world_(world),
+      process_(Environment{{"VORRIN_INPUT", "helper"}}, machine::playerLogin().inside({})) {
+  machine::allow(machine::player);
   process_.command("ask");
-  if (!waitUntil([this] { return process_.command("trusted"); })) {
+  if (!waitUntil([this] { return process_.command("trusted") && world_.seesHelper(); })) {
     throw std::runtime_error("the helper does not serve");
   }
 }

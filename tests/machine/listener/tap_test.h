@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -25,6 +26,11 @@ namespace vorrin::x11_tests {
 class HelperWorld {
  public:
   HelperWorld();
+  HelperWorld(const HelperWorld&) = delete;
+  HelperWorld& operator=(const HelperWorld&) = delete;
+  ~HelperWorld();
+  /// Takes the keyboards away that were plugged in for the first one.
+  static void unplug();
 
   void set(unsigned evdevKey, bool down);
   /// Types a key without a meaning and waits until it has come through, twice: all that was said to
@@ -33,6 +39,8 @@ class HelperWorld {
   /// Waits until the helper holds the keyboards, where it is to. Only then `settle` means anything.
   void waitForGrab();
   std::vector<ClientEvent> take();
+  /// Whether what the helper posts is read: its devices are open here.
+  bool seesHelper();
 
   bool grabWanted = false;
 
@@ -40,9 +48,9 @@ class HelperWorld {
   void look();
   void probe();
 
-  machine::UhidKeyboard keyboard_{"Test keyboard"};
+  static inline std::optional<machine::UhidKeyboard> keyboard_;
   /// One of its own, for a key pressed on the first would end the repeating of another there.
-  machine::UhidKeyboard probeKeyboard_{"Probe keyboard"};
+  static inline std::optional<machine::UhidKeyboard> probeKeyboard_;
   machine::EventWatch watch_;
   std::set<unsigned> down_;
   std::vector<ClientEvent> events_;
@@ -101,6 +109,8 @@ struct TapTest : testing::Test {
   HelperUser user{world};
   HelperClient client{world};
   HelperTap tap{world};
+
+  static void TearDownTestSuite() { HelperWorld::unplug(); }
 
   void swallow(const std::string& keyCodes) {
     ASSERT_TRUE(tap.command("create " + keyCodes));

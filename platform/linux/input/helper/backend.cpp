@@ -1,13 +1,14 @@
 #include "platform/linux/input/helper/backend.h"
 
-#include <QCoreApplication>
+#include <sys/socket.h>
+
 #include <QGuiApplication>
 #include <algorithm>
+#include <chrono>
 #include <cstdio>
 #include <utility>
 #include <variant>
 
-#include "platform/linux/input/helper/permission.h"
 #include "platform/linux/input/key_codes.h"
 
 namespace vorrin::helper {
@@ -16,11 +17,11 @@ using namespace helper_protocol;
 
 namespace {
 
-constexpr std::chrono::seconds retryTime{1};
-constexpr int mostFailedStarts = 3;
+/// How long the login manager may take to say that the user is back, who is.
+constexpr int patienceSeconds = 3;
 
-void log(const char* line) {
-  std::fprintf(stderr, "vorrin: %s\n", line);
+void log(const std::string& line) {
+  std::fprintf(stderr, "vorrin: %s\n", line.c_str());
 }
 
 std::optional<PostedKey> postedKey(const SyntheticEvent& event) {
@@ -32,7 +33,7 @@ std::optional<PostedKey> postedKey(const SyntheticEvent& event) {
     case EventType::keyUp: {
       const auto key = evdevCode(event.keyCode);
       if (!key || !isDigitKey(*key)) return std::nullopt;
-      return PostedKey{*key, event.type == EventType::keyDown};
+      return PostedKey{static_cast<std::uint8_t>(*key), event.type == EventType::keyDown};
     }
     default:
       return std::nullopt;
@@ -42,26 +43,29 @@ std::optional<PostedKey> postedKey(const SyntheticEvent& event) {
 const char* describe(EndReason reason) {
   switch (reason) {
     case EndReason::panicChord:
-      return "the input helper was ended by Escape, Backspace and Enter; choose “Retry connection” "
-             "to start it again";
+      return "the input helper let go at Escape, Backspace and Enter; choose “Retry connection” to "
+             "have it back";
     case EndReason::revoked:
-      return "the permission to use the keyboards was taken back";
-    case EndReason::noUinput:
+      return "the permission to use the keyboards does not hold any more";
+    case EndReason::noDevices:
       return "the system makes no input devices: /dev/uinput is missing or closed";
+    case EndReason::replaced:
+      return "another user's session is in front";
   }
-  return "the input helper has ended";
+  return "";
+}
+
+/// Not deleted at once: it may be telling of the very message that ends the connection.
+void deleteLater(QSocketNotifier* notifier) {
+  notifier->setEnabled(false);
+  notifier->deleteLater();
 }
 
 }  // namespace
 
-Backend::Backend(HelperStart start) : start_(std::move(start)) {
-  QObject::connect(&retry_, &QTimer::timeout, &context_, [this] { startSilently(); });
-  auto* const application = qobject_cast<QGuiApplication*>(QCoreApplication::instance());
-  if (application == nullptr) return;
-  QObject::connect(application, &QGuiApplication::applicationStateChanged, &context_,
-                   [this](Qt::ApplicationState state) {
-                     if (state == Qt::ApplicationActive) tellUnlocked();
-                   });
+Backend::Backend(HelperService service)
+    : service_(std::move(service)), notifier_(nullptr, deleteLater) {
+  QObject::connect(&everySecond_, &QTimer::timeout, &context_, [this] { lookAgain(); });
 }
 
 Backend::~Backend() {
@@ -70,138 +74,139 @@ Backend::~Backend() {
 }
 
 bool Backend::isTrustedWithPrompt() {
-  waitForUser_ = false;
-  failedStarts_ = 0;
-  retry_.start(retryTime);
-  if (!connection_) start(start_.devicesAreOpen() ? StartWay::directly : StartWay::asking);
-  return available_.has_value();
+  isWanted_ = true;
+  mayAsk_ = true;
+  everySecond_.start(std::chrono::seconds(1));
+  reach();
+  return isTrusted();
 }
 
-void Backend::giveUpPermission() {
-  waitForUser_ = true;
-  if (connection_) lose(false);
+void Backend::lookAgain() {
+  // Not every screen locker tells the login manager that it is done. The user is seen to be back,
+  // but only a helper that asks the login manager anew may believe it.
+  const bool isSeen = QGuiApplication::applicationState() == Qt::ApplicationActive;
+  secondsAway_ = isSeen && listening_ == Listening::sessionAway ? secondsAway_ + 1 : 0;
+  if (secondsAway_ > patienceSeconds) lose();
+  if (isWanted_) reach();
 }
 
-void Backend::changePermission(const std::string& term) {
-  const auto program = permissionProgram();
-  if (!program) return;
-  permissionChange_ = StartedProcess::changePermission(*program, term, [this, term](int status) {
-    if (status == 0 && term == "allow") isTrustedWithPrompt();
-  });
+void Backend::reach() {
+  if (socket_.isOpen() || isReaching_) return;
+  isReaching_ = true;
+  const bool asks = std::exchange(mayAsk_, false);
+  service_.connect(context_, asks, [this](Connected connected) { take(std::move(connected)); });
 }
 
-void Backend::startSilently() {
-  if (connection_ || waitForUser_ || asking_) return;
-  if (start_.devicesAreOpen()) {
-    start(StartWay::directly);
+void Backend::take(Connected connected) {
+  isReaching_ = false;
+  if (!isWanted_) return;
+  if (!connected.socket.isOpen()) {
+    if (std::exchange(refusal_, connected.refusal) != connected.refusal) {
+      log("no input helper: " + refusal_);
+    }
+    // The user wished for it while it was being asked without a question.
+    if (mayAsk_) reach();
     return;
   }
-  asking_ = true;
-  start_.askPermission(context_, [this](bool allowed) {
-    asking_ = false;
-    if (allowed && !connection_ && !waitForUser_) start(StartWay::silently);
-  });
+  refusal_.clear();
+  socket_ = std::move(connected.socket);
+  notifier_.reset(new QSocketNotifier(socket_.get(), QSocketNotifier::Read));
+  QObject::connect(notifier_.get(), &QSocketNotifier::activated, &context_, [this] { read(); });
+  if (!send(Hello{})) lose();
 }
 
-void Backend::start(StartWay way) {
-  auto ends = makeSocketPair();
-  // What is said before the helper runs has to name its sender too.
-  if (!ends || !nameSenders(ends->first.number())) return;
-  way_ = way;
-  greeted_ = false;
-  process_ = start_.start(way, ends->second, [this](int status) { followProcessEnd(status); });
-  if (!process_) {
-    log("the input helper cannot be started");
-    countFailedStart();
-    return;
+void Backend::read() {
+  Packet packet;
+  // What is called may end the connection, or bring another.
+  for (const int socket = socket_.get(); socket_.isOpen() && socket_.get() == socket;) {
+    const auto received = receivePacket(socket, packet);
+    if (received == Received::nothing) return;
+    if (received == Received::end) return lose();
+    const auto message = decodeFromHelper(packet.view());
+    if (!message) return leave("said something that has no meaning");
+    receive(*message);
   }
-  connection_ = std::make_unique<Connection>(
-      std::move(ends->first),
-      Connection::Handlers{[this](const FromHelper& message) { receive(message); },
-                           [this](bool broken) { lose(broken); }});
-  // What it is too early to be read waits in the socket.
-  if (!connection_->send(Hello{})) lose(false);
 }
 
 void Backend::receive(const FromHelper& message) {
   const auto* const hello = std::get_if<Hello>(&message);
   // The hello comes first, and once.
-  if ((hello != nullptr) == greeted_) return lose(true);
-  if (hello != nullptr) return greet(*hello);
-  if (const auto* availability = std::get_if<Availability>(&message)) {
-    return setAvailable(availability->available);
-  }
-  if (const auto* ending = std::get_if<Ending>(&message)) return followEnd(*ending);
-  if (const auto* question = std::get_if<Question>(&message)) return answer(*question);
-  const auto tap = tap_.lock();
-  if (!tap) return;
-  if (const auto* moved = std::get_if<KeyMoved>(&message)) {
-    tap->tell(*moved);
-  } else if (const auto* disabled = std::get_if<Disabled>(&message)) {
-    tap->tellDisabled(disabled->reason);
+  if ((hello != nullptr) == isGreeted_) return leave("said something that has no place");
+  if (hello != nullptr) {
+    isGreeted_ = true;
+    if (hello->version != helper_protocol::version) leave("is of another version");
+  } else if (const auto* availability = std::get_if<Availability>(&message)) {
+    listen(availability->listening);
+  } else if (const auto* question = std::get_if<Question>(&message)) {
+    answer(*question);
+  } else if (const auto* ending = std::get_if<Ending>(&message)) {
+    followEnd(ending->reason);
+  } else if (const auto tap = tap_.lock()) {
+    if (const auto* moved = std::get_if<KeyMoved>(&message)) return tap->tell(*moved);
+    log("a shortcut passed, because Vorrin did not answer in time; both macros are off");
+    tap->tellDisabled();
   }
 }
 
-void Backend::greet(const Hello& hello) {
-  greeted_ = true;
-  if (hello.version == helper_protocol::version) return;
-  log("the input helper installed here is of another version");
-  waitForUser_ = true;
-  lose(false);
-}
-
-void Backend::setAvailable(bool available) {
-  if (!available) log("another program holds a keyboard; Vorrin waits until it lets go");
-  available_ = available;
-  failedStarts_ = 0;
-  if (available) return;
+void Backend::listen(Listening listening) {
+  if (listening == Listening::keyboardTaken) {
+    log("another program holds a keyboard; Vorrin waits until it lets go");
+  }
+  listening_ = listening;
+  if (listening == Listening::possible) return;
   if (const auto tap = tap_.lock()) tap->invalidate();
-}
-
-void Backend::followEnd(const Ending& ending) {
-  log(describe(ending.reason));
-  // Else the next look, which the loss brings about itself, would bring it back against the user's
-  // will.
-  waitForUser_ = ending.reason != EndReason::revoked;
-  lose(false);
 }
 
 void Backend::answer(const Question& question) {
   const auto tap = tap_.lock();
   const bool swallow = tap && tap->decide(question);
   // The callback may have ended the connection.
-  if (connection_ && !connection_->send(Verdict{question.number, swallow})) lose(false);
+  if (socket_.isOpen() && !send(Verdict{question.number, swallow})) lose();
 }
 
-void Backend::tellUnlocked() {
-  if (available_ && !connection_->send(Unlocked{})) lose(false);
+void Backend::followEnd(EndReason reason) {
+  log(describe(reason));
+  // The user did not want it, or it would end again.
+  isWanted_ = reason != EndReason::panicChord && reason != EndReason::noDevices;
+  lose();
 }
 
-void Backend::lose(bool broken) {
-  if (broken) log("the input helper said something that has no meaning; the connection is closed");
-  if (!available_) countFailedStart();
-  if (broken) waitForUser_ = true;
-  available_.reset();
-  connection_.reset();
+/// A helper that cannot be talked to will be the same the next time.
+void Backend::leave(const char* why) {
+  log(std::string("the input helper ") + why + "; the connection is closed");
+  isWanted_ = false;
+  lose();
+}
+
+void Backend::lose() {
+  notifier_.reset();
+  socket_ = {};
+  isGreeted_ = false;
+  listening_.reset();
   if (const auto tap = tap_.lock()) tap->invalidate();
 }
 
-void Backend::countFailedStart() {
-  // What ends every helper before it serves would end the next one too, unless it is the user's no.
-  if (way_ != StartWay::asking) ++failedStarts_;
-  if (failedStarts_ >= mostFailedStarts) waitForUser_ = true;
+void Backend::allowForGood() {
+  service_.decide(context_, "AllowForGood", [this](bool done) {
+    if (done) isTrustedWithPrompt();
+  });
 }
 
-void Backend::followProcessEnd(int status) {
-  // What pkexec says when the user or the rules say no.
-  constexpr int dismissed = 126;
-  constexpr int notAuthorized = 127;
-  if (status == dismissed || status == notAuthorized) log("the permission was not given");
+void Backend::askEveryTime() {
+  service_.decide(context_, "AskEveryTime", [](bool) {});
+}
+
+void Backend::takeBack() {
+  isWanted_ = false;
+  lose();
+  service_.decide(context_, "TakeBack", [](bool done) {
+    if (!done) log("the permission could not be taken back");
+  });
 }
 
 std::shared_ptr<Tap> Backend::createTap(std::uint64_t mask, EventTap::Callback callback,
                                         std::function<void()> invalidated) {
-  if (!available_.value_or(false)) return nullptr;
+  if (listening_ != Listening::possible) return nullptr;
   const auto tap =
       std::make_shared<Tap>(mask, callback, std::move(invalidated),
                             [this](const Configure& configuration) { configure(configuration); });
@@ -210,23 +215,17 @@ std::shared_ptr<Tap> Backend::createTap(std::uint64_t mask, EventTap::Callback c
 }
 
 void Backend::configure(const Configure& configuration) {
-  if (!connection_ || connection_->send(configuration)) return;
-  // Not within the call of the tap that has something new. Whichever helper there is by then, this
-  // one has been left.
-  QMetaObject::invokeMethod(
-      &context_,
-      [this, left = connection_.get()] {
-        if (connection_.get() == left) lose(false);
-      },
-      Qt::QueuedConnection);
+  if (!socket_.isOpen() || send(configuration)) return;
+  // Not within the call of the tap that has something new; the next thing read is the end.
+  ::shutdown(socket_.get(), SHUT_RDWR);
 }
 
-std::optional<PointerLocation> Backend::pointerLocation() {
-  return PointerLocation{};
+bool Backend::send(const ToHelper& message) const {
+  return sendPacket(socket_.get(), encode(message));
 }
 
-void Backend::post(std::span<const SyntheticEvent> events) {
-  if (!connection_ || !available_) return;
+void Backend::post(std::span<const SyntheticEvent> events) const {
+  if (!listening_) return;
   while (!events.empty()) {
     Post post;
     const auto batch = events.first(std::min(events.size(), maximumPosts));
@@ -234,7 +233,7 @@ void Backend::post(std::span<const SyntheticEvent> events) {
       if (const auto key = postedKey(event)) post.keys[post.count++] = *key;
     }
     events = events.subspan(batch.size());
-    [[maybe_unused]] const bool taken = connection_->send(post);
+    [[maybe_unused]] const bool taken = send(post);
   }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QSocketNotifier>
 #include <QTimer>
 #include <cstdint>
 #include <functional>
@@ -9,73 +10,73 @@
 #include <span>
 #include <string>
 
+#include "input_helper/protocol/packet_socket.h"
 #include "platform/event_post.h"
 #include "platform/event_tap.h"
-#include "platform/linux/input/helper/connection.h"
-#include "platform/linux/input/helper/launcher.h"
+#include "platform/linux/input/helper/helper_service.h"
 #include "platform/linux/input/helper/tap.h"
 
 namespace vorrin::helper {
 
 /// Keyboard listening and input synthesis through `vorrin-input-helper`, the one program that may
-/// read the keyboards. Being trusted is being connected to it; asking for the permission is
-/// starting it. All calls on the main thread.
+/// read the keyboards. Being trusted is being connected to it. All calls on the main thread; none
+/// waits.
 class Backend {
  public:
-  explicit Backend(HelperStart start = {});
+  explicit Backend(HelperService service = helperOnSystemBus());
   Backend(const Backend&) = delete;
   Backend& operator=(const Backend&) = delete;
   ~Backend();
 
-  /// Whether a helper serves this program.
-  [[nodiscard]] bool isTrusted() const { return available_.has_value(); }
-  /// The same, but without one a helper is started, for which polkit may ask the user. From then on
-  /// it is started again by itself, once a second, as long as that takes no question to the user.
+  /// Whether the helper serves this program.
+  [[nodiscard]] bool isTrusted() const { return listening_.has_value(); }
+  /// The same, but without it the helper is asked to, and may ask the user. From then on it is
+  /// asked again by itself, once a second, as long as that takes no question to the user.
   bool isTrustedWithPrompt();
 
-  /// Lets go of the helper, until the user is asked again.
-  void giveUpPermission();
-  /// Has polkit change how long the permission lasts: "ask", "allow" or "deny". The user is asked
-  /// for leave; after an "allow" the helper starts. Does nothing where that is not installed.
-  void changePermission(const std::string& term);
+  /// How long the permission lasts. Allowing is asked about, and connects when it is granted; what
+  /// is taken back is left at once, until the user asks again.
+  void allowForGood();
+  void askEveryTime();
+  void takeBack();
 
   /// One tap at a time; nothing when the keyboards cannot be held.
   std::shared_ptr<Tap> createTap(std::uint64_t mask, EventTap::Callback callback,
                                  std::function<void()> invalidated);
 
   /// Clicks happen at the pointer wherever it is, so the numbers stay 0.
-  std::optional<PointerLocation> pointerLocation();
+  static std::optional<PointerLocation> pointerLocation() { return PointerLocation{}; }
 
   /// What the helper is too far behind to take is left out.
-  void post(std::span<const SyntheticEvent> events);
+  void post(std::span<const SyntheticEvent> events) const;
 
  private:
-  void startSilently();
-  void configure(const helper_protocol::Configure& configuration);
-  void start(StartWay way);
+  void lookAgain();
+  void reach();
+  void take(Connected connected);
+  void read();
   void receive(const helper_protocol::FromHelper& message);
-  void greet(const helper_protocol::Hello& hello);
-  void setAvailable(bool available);
-  void followEnd(const helper_protocol::Ending& ending);
+  void listen(helper_protocol::Listening listening);
   void answer(const helper_protocol::Question& question);
-  void tellUnlocked();
-  void lose(bool broken);
-  void countFailedStart();
-  void followProcessEnd(int status);
+  void followEnd(helper_protocol::EndReason reason);
+  void configure(const helper_protocol::Configure& configuration);
+  [[nodiscard]] bool send(const helper_protocol::ToHelper& message) const;
+  void lose();
+  void leave(const char* why);
 
-  HelperStart start_;
+  HelperService service_;
   QObject context_;  ///< closures on it end with the backend
-  std::unique_ptr<Connection> connection_;
-  std::shared_ptr<void> process_;  ///< the helper's, while its end is to be told
-  std::unique_ptr<StartedProcess> permissionChange_;
+  FileDescriptor socket_;
+  std::unique_ptr<QSocketNotifier, void (*)(QSocketNotifier*)> notifier_;
   std::weak_ptr<Tap> tap_;
-  bool greeted_ = false;               ///< it said hello
-  std::optional<bool> available_;      ///< whether it holds the keyboards; set once it serves us
-  bool asking_ = false;                ///< polkit was asked for the standing permission
-  int failedStarts_ = 0;               ///< helpers in a row that ended before they served
-  StartWay way_ = StartWay::directly;  ///< of the last start
-  bool waitForUser_ = true;            ///< only the user's own wish starts it (again)
-  QTimer retry_;
+  bool isGreeted_ = false;
+  std::optional<helper_protocol::Listening> listening_;  ///< set once the helper serves us
+  bool isReaching_ = false;
+  bool mayAsk_ = false;
+  bool isWanted_ = false;  ///< else only the user's own wish connects (again)
+  std::string refusal_;    ///< the last one, said once
+  int secondsAway_ = 0;    ///< that the user was seen here and the session is said to be away
+  QTimer everySecond_;
 };
 
 }  // namespace vorrin::helper

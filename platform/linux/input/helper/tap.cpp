@@ -1,6 +1,5 @@
 #include "platform/linux/input/helper/tap.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "platform/linux/input/key_codes.h"
@@ -11,22 +10,21 @@ using namespace helper_protocol;
 
 namespace {
 
-/// The keys that can be shortcuts, in the kernel's numbers; others are never asked about.
-std::vector<std::uint16_t> shortcutsAmong(std::span<const std::uint16_t> keyCodes) {
-  std::vector<std::uint16_t> keys;
+/// The keys that can be shortcuts; others are never asked about.
+ShortcutSet shortcutsAmong(std::span<const std::uint16_t> keyCodes) {
+  unsigned keys = 0;
   for (const auto code : keyCodes) {
-    const auto key = evdevCode(code);
-    if (key && isShortcutKey(*key)) keys.push_back(*key);
+    if (const auto key = evdevCode(code)) keys |= shortcutSet(*key);
   }
-  return keys;
+  return static_cast<ShortcutSet>(keys);
 }
 
-std::uint64_t flagsOf(const Modifiers& modifiers) {
+std::uint64_t flagsOf(Modifiers modifiers) {
   std::uint64_t flags = 0;
-  if (modifiers.shift) flags |= event_flags::maskShift;
-  if (modifiers.control) flags |= event_flags::maskControl;
-  if (modifiers.alternate) flags |= event_flags::maskAlternate;
-  if (modifiers.command) flags |= event_flags::maskCommand;
+  if ((modifiers & shift) != 0) flags |= event_flags::maskShift;
+  if ((modifiers & control) != 0) flags |= event_flags::maskControl;
+  if ((modifiers & alternate) != 0) flags |= event_flags::maskAlternate;
+  if ((modifiers & command) != 0) flags |= event_flags::maskCommand;
   return flags;
 }
 
@@ -55,11 +53,8 @@ void Tap::setEnabled(bool enabled) {
 }
 
 bool Tap::claim(std::span<const std::uint16_t> keyCodes) {
-  auto keys = shortcutsAmong(keyCodes);
-  if (keys_ != keys) {
-    keys_ = std::move(keys);
-    configure();
-  }
+  const auto keys = shortcutsAmong(keyCodes);
+  if (std::exchange(keys_, keys) != keys) configure();
   return canClaim(keyCodes);
 }
 
@@ -68,25 +63,22 @@ bool Tap::canClaim(std::span<const std::uint16_t> /*keyCodes*/) const {
 }
 
 void Tap::configure() const {
-  if (!configured_) return;
-  Configure configuration{attached_ && enabled_, static_cast<std::uint8_t>(keys_.size()), {}};
-  std::ranges::copy(keys_, configuration.keys.begin());
-  configured_(configuration);
+  if (configured_) configured_({attached_ && enabled_, keys_});
 }
 
 TapVerdict Tap::call(const KeyMoved& moved) const {
-  const auto type = moved.down ? EventType::keyDown : EventType::keyUp;
+  const auto type = moved.down != 0 ? EventType::keyDown : EventType::keyUp;
   const auto virtualKey = virtualKeyOfEvdev(moved.key);
   const bool wanted = (mask_ >> static_cast<std::uint32_t>(type) & 1) != 0;
   if (!attached_ || !enabled_ || !wanted || !virtualKey) return TapVerdict::pass;
   return callback_({.type = type,
                     .keyCode = *virtualKey,
-                    .autorepeat = moved.repeated ? 1 : 0,
+                    .autorepeat = moved.repeated,
                     .flags = flagsOf(moved.modifiers)});
 }
 
 bool Tap::decide(const Question& question) const {
-  return call({question.key, true, false, question.modifiers}) == TapVerdict::swallow;
+  return call({question.key, question.modifiers, 1, 0}) == TapVerdict::swallow;
 }
 
 void Tap::tell(const KeyMoved& moved) const {
@@ -94,10 +86,9 @@ void Tap::tell(const KeyMoved& moved) const {
   [[maybe_unused]] const auto verdict = call(moved);
 }
 
-void Tap::tellDisabled(DisableReason reason) {
+void Tap::tellDisabled() {
   if (!attached_ || !std::exchange(enabled_, false)) return;
-  const bool late = reason == DisableReason::noAnswer;
-  callback_({.type = late ? EventType::tapDisabledByTimeout : EventType::tapDisabledByUserInput});
+  callback_({.type = EventType::tapDisabledByTimeout});
 }
 
 void Tap::end() {

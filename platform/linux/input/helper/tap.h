@@ -4,7 +4,6 @@
 #include <functional>
 #include <memory>
 #include <span>
-#include <vector>
 
 #include "input_helper/protocol/protocol.h"
 #include "platform/event_tap.h"
@@ -33,7 +32,8 @@ class Tap {
   /// Whether the key may be swallowed. The callback may make the tap go away.
   [[nodiscard]] bool decide(const helper_protocol::Question& question) const;
   void tell(const helper_protocol::KeyMoved& moved) const;
-  void tellDisabled(helper_protocol::DisableReason reason);
+  /// A question was answered too late.
+  void tellDisabled();
   /// Ends the tap for good: nothing is told or configured any more.
   void end();
   /// The same, with a word to whoever made it, who may make it go away.
@@ -44,7 +44,7 @@ class Tap {
   void configure() const;
 
   std::uint64_t mask_;
-  std::vector<std::uint16_t> keys_;  ///< the kernel's numbers
+  helper_protocol::ShortcutSet keys_ = 0;
   EventTap::Callback callback_;
   std::function<void()> invalidated_;
   Configured configured_;

@@ -1,0 +1,173 @@
+#include "backend_test.h"
+
+#include <QWindow>
+
+namespace vorrin::helper {
+namespace {
+
+using namespace helper_protocol;
+using testing::AllOf;
+using testing::ContainsRegex;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+TEST_F(BackendTest, nobody_is_asked_before_the_user_wants_it) {
+  EXPECT_FALSE(backend.isTrusted());
+  EXPECT_THAT(helper.calls(), IsEmpty());
+}
+
+TEST_F(BackendTest, asking_reaches_the_helper_and_says_hello) {
+  EXPECT_FALSE(backend.isTrustedWithPrompt());
+  EXPECT_THAT(helper.calls(), ElementsAre("ask"));
+  EXPECT_THAT(helper.heard(), ElementsAre(ToHelper(Hello{})));
+}
+
+TEST_F(BackendTest, a_helper_that_serves_is_the_permission) {
+  connect();
+  EXPECT_TRUE(backend.isTrusted());
+}
+
+TEST_F(BackendTest, a_helper_that_can_make_no_devices_is_no_permission) {
+  backend.isTrustedWithPrompt();
+  helper.say(Hello{});
+  helper.say(Ending{EndReason::noDevices});
+  expectLeft("/dev/uinput");
+}
+
+TEST_F(BackendTest, a_refusal_is_told_once_and_not_asked_about_again) {
+  helper.isAllowed = false;
+  testing::internal::CaptureStderr();
+  backend.isTrustedWithPrompt();
+  EXPECT_TRUE(until([this] { return helper.calls().size() == 4; }));
+  EXPECT_THAT(helper.calls(), ElementsAre("ask", "connect", "connect", "connect"));
+  EXPECT_THAT(testing::internal::GetCapturedStderr(),
+              AllOf(HasSubstr("in vain"), ContainsRegex("not allowed\n$"),
+                    Not(ContainsRegex("not allowed.*not allowed"))));
+  backend.isTrustedWithPrompt();
+  EXPECT_EQ(helper.calls().back(), "ask");
+}
+
+TEST_F(BackendTest, a_wish_that_comes_while_it_is_reached_silently_is_asked_about) {
+  helper.isAllowed = false;
+  backend.isTrustedWithPrompt();
+  helper.isSilent = true;
+  ASSERT_TRUE(until([this] { return helper.calls().back() == "connect"; }));
+  backend.isTrustedWithPrompt();
+  EXPECT_EQ(helper.calls().back(), "connect") << "one at a time";
+  helper.answer();
+  EXPECT_EQ(helper.calls().back(), "ask");
+}
+
+TEST_F(BackendTest, a_permission_given_later_is_taken_up_without_a_question) {
+  helper.isAllowed = false;
+  backend.isTrustedWithPrompt();
+  helper.isAllowed = true;
+  EXPECT_TRUE(until([this] { return helper.calls().size() == 2; }));
+  helper.serve();
+  EXPECT_TRUE(until([this] { return backend.isTrusted(); }));
+  EXPECT_THAT(helper.calls(), ElementsAre("ask", "connect"));
+}
+
+TEST_F(BackendTest, a_helper_that_was_gone_before_the_hello_is_tried_again_later) {
+  helper.isGone = true;
+  EXPECT_FALSE(backend.isTrustedWithPrompt());
+  helper.isGone = false;
+  EXPECT_TRUE(until([this] { return helper.calls().size() == 2; }));
+  helper.serve();
+  EXPECT_TRUE(until([this] { return backend.isTrusted(); }));
+}
+
+TEST_F(BackendTest, a_user_who_is_seen_in_a_session_said_to_be_away_has_the_helper_ask_anew) {
+  connect();
+  helper.say(Availability{Listening::sessionAway});
+  QWindow window;
+  window.show();
+  window.requestActivate();
+  EXPECT_TRUE(until([this] { return helper.calls().size() == 2; }));
+  EXPECT_EQ(helper.calls().back(), "connect");
+}
+
+TEST_F(BackendTest, after_the_panic_chord_only_the_user_has_it_back) {
+  makeTap();
+  helper.say(Ending{EndReason::panicChord});
+  expectLeft("Retry connection");
+  EXPECT_TRUE(invalidated);
+  backend.isTrustedWithPrompt();
+  EXPECT_THAT(helper.calls(), ElementsAre("ask", "ask"));
+}
+
+TEST_F(BackendTest, a_permission_that_ended_is_taken_up_without_a_question_once_it_is_there_again) {
+  makeTap();
+  helper.isAllowed = false;
+  helper.say(Ending{EndReason::revoked});
+  EXPECT_TRUE(until([this] { return invalidated; }));
+  helper.isAllowed = true;
+  EXPECT_TRUE(until([this] { return helper.calls().back() == "connect"; }));
+}
+
+TEST_F(BackendTest, a_permission_taken_back_is_taken_up_by_the_user_only) {
+  makeTap();
+  backend.takeBack();
+  EXPECT_TRUE(invalidated);
+  EXPECT_FALSE(backend.isTrusted());
+  EXPECT_THAT(helper.calls(), ElementsAre("ask", "TakeBack"));
+  backend.isTrustedWithPrompt();
+  EXPECT_EQ(helper.calls().back(), "ask");
+}
+
+TEST_F(BackendTest, allowing_for_good_connects) {
+  backend.allowForGood();
+  EXPECT_THAT(helper.calls(), ElementsAre("AllowForGood", "ask"));
+  backend.askEveryTime();
+  EXPECT_EQ(helper.calls().back(), "AskEveryTime");
+}
+
+TEST_F(BackendTest, a_helper_of_another_version_is_left) {
+  backend.isTrustedWithPrompt();
+  helper.say(Hello{.version = version + 1});
+  expectLeft("another version");
+}
+
+TEST_F(BackendTest, a_message_before_the_hello_is_refused) {
+  backend.isTrustedWithPrompt();
+  helper.say(Availability{});
+  expectLeft("no place");
+}
+
+TEST_F(BackendTest, a_second_hello_is_refused) {
+  makeTap();
+  helper.say(Hello{});
+  expectLeft("no place");
+  EXPECT_TRUE(invalidated);
+}
+
+/// Packets that no message is made of.
+struct BadPacket : BackendTest, testing::WithParamInterface<std::string> {};
+
+std::string whole() {
+  const auto packet = encode(FromHelper(Question{1, evdevTab, 0}));
+  return {reinterpret_cast<const char*>(packet.bytes.data()), packet.size};
+}
+
+INSTANTIATE_TEST_SUITE_P(FromTheHelper, BadPacket,
+                         testing::Values("x", std::string(60'000, 'x'), whole().substr(0, 6),
+                                         whole() + "more", std::string("\1\0\4", 3)),
+                         [](const auto& packet) { return std::to_string(packet.index); });
+
+TEST_P(BadPacket, ends_the_connection_and_the_tap) {
+  makeTap();
+  helper.sayBytes(GetParam());
+  expectLeft("no meaning");
+  EXPECT_TRUE(invalidated);
+}
+
+TEST_P(BadPacket, as_the_first_word_ends_the_connection) {
+  backend.isTrustedWithPrompt();
+  helper.sayBytes(GetParam());
+  expectLeft("no meaning");
+}
+
+}  // namespace
+}  // namespace vorrin::helper

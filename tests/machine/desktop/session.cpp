@@ -1,0 +1,93 @@
+#include "session.h"
+
+#include <filesystem>
+#include <fstream>
+#include <stdexcept>
+
+#include "tests/x11/harness/wait.h"
+
+namespace vorrin::machine {
+namespace {
+
+constexpr const char* runtime = "/run/user/4242";
+constexpr const char* ipc = "/run/user/4242/sway.sock";
+constexpr const char* display = "/run/user/4242/wayland-1";
+constexpr const char* configuration = "/tmp/sway.conf";
+
+void writeConfiguration() {
+  std::ofstream(configuration) << "xwayland disable\n"
+                                  "output HEADLESS-1 resolution 1280x800\n"
+                                  "focus_follows_mouse no\n"
+                                  "default_border none\n"
+                                  "for_window [app_id=\".*\"] floating enable\n"
+                                  "for_window [app_id=\"logging-client\"] move position 740 40\n"
+                                  "for_window [app_id=\"org.vorrin.Vorrin\"] move position 40 20\n";
+}
+
+Environment environment() {
+  return {{"HOME", "/home/player"},
+          {"USER", "player"},
+          {"XDG_RUNTIME_DIR", runtime},
+          {"WAYLAND_DISPLAY", "wayland-1"},
+          {"QT_QPA_PLATFORM", "wayland"},
+          {"SWAYSOCK", ipc},
+          {"WLR_BACKENDS", "headless,libinput"},
+          {"WLR_RENDERER", "pixman"},
+          {"LIBSEAT_BACKEND", "logind"}};
+}
+
+}  // namespace
+
+DesktopSession::DesktopSession() {
+  writeConfiguration();
+  sway_ = start({"env", "-u", "WAYLAND_DISPLAY", "sway", "-c", configuration});
+  if (!x11_tests::waitUntil(
+          [&] { return std::filesystem::exists(display) && std::filesystem::exists(ipc); },
+          std::chrono::seconds(60))) {
+    throw std::runtime_error("sway does not start");
+  }
+}
+
+std::unique_ptr<Process> DesktopSession::start(const std::vector<std::string>& command) const {
+  return std::make_unique<Process>(login_.inside(command), environment());
+}
+
+std::string DesktopSession::outputOf(const std::vector<std::string>& command) const {
+  const auto process = start(command);
+  std::string text;
+  while (const auto line = process->readLine()) text += *line + "\n";
+  const auto ending = process->waitForEnd();
+  if (!ending || ending->bySignal || ending->number != 0) {
+    throw std::runtime_error(command.front() + " failed: " + text);
+  }
+  return text;
+}
+
+void DesktopSession::command(const std::string& text) const {
+  outputOf({"swaymsg", text});
+}
+
+void DesktopSession::focus(const std::string& application) const {
+  // A click gives the keyboard to the window below it, so the pointer goes first; in Vorrin's
+  // window to where a click does nothing, for an open menu would keep the keyboard.
+  application == loggingClient ? pointAt(900, 200) : pointAt(60, 725);
+  command("[app_id=\"" + application + "\"] focus");
+}
+
+void DesktopSession::pointAt(int x, int y) const {
+  command("seat seat0 cursor set " + std::to_string(x) + " " + std::to_string(y));
+}
+
+std::string DesktopSession::tree() const {
+  return outputOf({"swaymsg", "-rt", "get_tree"});
+}
+
+bool DesktopSession::hasInput(const std::string& name) const {
+  return outputOf({"swaymsg", "-rt", "get_inputs"}).find('"' + name + '"') != std::string::npos;
+}
+
+void DesktopSession::takeScreenshot() const {
+  outputOf({"grim", screenshot});
+}
+
+}  // namespace vorrin::machine
