@@ -3,6 +3,7 @@
 #include <QPainter>
 #include <QStyleFactory>
 #include <QStyleOption>
+#include <algorithm>
 #include <array>
 
 #include "platform/linux/widgets/menu_drawing.h"
@@ -15,6 +16,8 @@ constexpr int controlHeight = 24;
 constexpr int titleInset = 12;
 constexpr int textInset = 10;
 constexpr int popUpArrowRoom = 24;
+constexpr int popUpTitleRoom = 38;
+constexpr int smallestPopUp = 64;
 constexpr int checkSize = 16;
 constexpr int checkRoom = 20;
 constexpr int checkHeight = 22;
@@ -189,6 +192,8 @@ QSize DarkStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
       const bool isBare = button == nullptr || button->text.isEmpty();
       return {isBare ? checkRoom : checkRoom + checkTitleGap + contents.width(), checkHeight};
     }
+    case CT_ComboBox:
+      return {std::max(smallestPopUp, contents.width() + popUpTitleRoom), controlHeight};
     case CT_MenuItem:
       return menuItemSize(contents);
     case CT_LineEdit:

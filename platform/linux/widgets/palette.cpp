@@ -58,7 +58,6 @@ QPalette darkPalette() {
   setColor(palette, QPalette::Window, nativeColor(Color::gray(0.09)));
   setColor(palette, QPalette::WindowText, nativeColor(Color::gray(0.84)));
   setColor(palette, QPalette::Base, nativeColor(Color::gray(0.065)));
-  setColor(palette, QPalette::AlternateBase, nativeColor(Color::gray(0.09)));
   setColor(palette, QPalette::Text, nativeColor(Color::gray(0.84)));
   setColor(palette, QPalette::PlaceholderText, nativeColor({1, 1, 1, 0.5}));
   setColor(palette, QPalette::Button, nativeColor(Color::gray(0.14)));
@@ -67,11 +66,6 @@ QPalette darkPalette() {
   setColor(palette, QPalette::HighlightedText, nativeColor(Color::gray(0.95)));
   setColor(palette, QPalette::ToolTipBase, nativeColor(Color::gray(0.12)));
   setColor(palette, QPalette::ToolTipText, nativeColor(Color::gray(0.84)));
-  setColor(palette, QPalette::Light, nativeColor(Color::gray(0.24)));
-  setColor(palette, QPalette::Midlight, nativeColor(Color::gray(0.2)));
-  setColor(palette, QPalette::Mid, nativeColor(Color::gray(0.12)));
-  setColor(palette, QPalette::Dark, nativeColor(Color::gray(0.05)));
-  setColor(palette, QPalette::Shadow, nativeColor(Color::black()));
   return palette;
 }
 

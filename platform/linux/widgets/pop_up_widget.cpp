@@ -5,7 +5,6 @@
 #include <QListView>
 #include <QStyledItemDelegate>
 #include <QWheelEvent>
-#include <algorithm>
 
 #include "platform/linux/widgets/menu_drawing.h"
 #include "platform/linux/widgets/palette.h"
@@ -15,10 +14,6 @@ namespace vorrin {
 namespace {
 
 constexpr int shownItems = 16;
-constexpr int roomBesideTitle = 38;
-constexpr int controlHeight = 24;
-constexpr int smallestWidth = 64;
-constexpr int widestTitleCounted = 500;
 constexpr int itemHeight = 22;
 constexpr int markSize = 11;
 constexpr int markRoom = markSize + 3;
@@ -67,18 +62,10 @@ class PopUpList : public QListView {
 
 PopUpWidget::PopUpWidget(Action popUpAction)
     : NativeButton(ButtonKind::popUp, std::move(popUpAction)) {
-  setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
+  setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+  setSizeAdjustPolicy(AdjustToContents);
   setMaxVisibleItems(shownItems);
   connect(this, &QComboBox::activated, this, [this] { perform(*this); });
-}
-
-QSize PopUpWidget::sizeHint() const {
-  ensurePolished();
-  return {std::max(smallestWidth, widestTitle() + roomBesideTitle), controlHeight};
-}
-
-QSize PopUpWidget::minimumSizeHint() const {
-  return {smallestWidth, controlHeight};
 }
 
 void PopUpWidget::showPopup() {
@@ -111,15 +98,6 @@ void PopUpWidget::keyPressEvent(QKeyEvent* event) {
 void PopUpWidget::wheelEvent(QWheelEvent* event) {
   // Scrolling past a pop-up must not change a setting.
   event->ignore();
-}
-
-int PopUpWidget::widestTitle() const {
-  int widest = 0;
-  // No row has room for more, and lists may be long.
-  for (int i = 0; i < count() && widest < widestTitleCounted; ++i) {
-    widest = std::max(widest, fontMetrics().horizontalAdvance(itemText(i)));
-  }
-  return widest;
 }
 
 }  // namespace vorrin
