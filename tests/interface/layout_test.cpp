@@ -87,6 +87,18 @@ TEST_F(Layout, buttons_stay_where_they_are_when_macros_start_and_presets_come) {
   EXPECT_EQ(places(), before);
 }
 
+TEST_F(Layout, a_notice_that_wraps_pushes_down_what_is_below_and_lets_it_rise_again) {
+  const auto top = [this] {
+    content().layoutSubtreeIfNeeded();
+    return place(app->status).y;
+  };
+  const double before = top();
+  app->saveNotice.setText(longNotice);
+  EXPECT_GT(top(), before);
+  app->saveNotice.setText("Settings save automatically.");
+  EXPECT_EQ(top(), before);
+}
+
 TEST_F(Layout, no_two_controls_overlap) {
   content().layoutSubtreeIfNeeded();
   const std::vector<View> controls = allControls();

@@ -28,20 +28,14 @@ TEST_F(Lifecycle, stop_all_stops_both) {
   EXPECT_EQ(app->buttons[0].title(), "Start");
 }
 
-TEST_F(Lifecycle, sleep_stops_both_and_nothing_starts_again_afterwards) {
-  click(app->buttons[0]);
-  click(app->buttons[1]);
-  fake::sendWillSleep();
-  EXPECT_EQ(app->states[0].text(), "OFF");
-  EXPECT_EQ(app->states[1].text(), "OFF");
-}
-
-TEST_F(Lifecycle, switching_the_session_away_stops_both) {
-  click(app->buttons[0]);
-  click(app->buttons[1]);
-  fake::sendSessionDidResignActive();
-  EXPECT_FALSE(engine.running[0]);
-  EXPECT_FALSE(engine.running[1]);
+TEST_F(Lifecycle, sleep_and_another_session_stop_both_and_nothing_starts_again_afterwards) {
+  for (void (*const leave)() : {&fake::sendWillSleep, &fake::sendSessionDidResignActive}) {
+    click(app->buttons[0]);
+    click(app->buttons[1]);
+    ASSERT_TRUE(engine.running[0] && engine.running[1]);
+    leave();
+    for (const std::size_t macro : {0U, 1U}) EXPECT_EQ(app->states[macro].text(), "OFF");
+  }
 }
 
 TEST_F(Lifecycle, reopening_brings_a_hidden_window_back) {

@@ -1,6 +1,7 @@
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <tuple>
 
 #include "bridge/program_engine.h"
 #include "interface_test.h"
@@ -89,41 +90,32 @@ TEST_P(RefreshOfMacro, screen_readers_hear_which_macro_the_button_starts_or_stop
   EXPECT_EQ(driver::spokenName(startButton()), "Stop " + macro);
 }
 
-TEST_F(Refresh, with_tap_and_permission_the_status_says_connected) {
-  EXPECT_EQ(app->status.text(), "Connected · settings persist · starts OFF on every launch");
-  EXPECT_EQ(app->status.textColor(), dimGreen);
+const std::string connected = "Connected · settings persist · starts OFF on every launch";
+const std::string needed =
+    "Permission needed: enable Vorrin in Accessibility. Connection retries automatically.";
+const std::string reopen =
+    "Accessibility granted, but keyboard listener unavailable. Quit and reopen the app.";
+
+TEST_F(Refresh, the_status_says_what_permission_and_tap_allow) {
+  for (const auto& [trusted, refuses, text] :
+       {std::tuple(true, false, connected), {false, false, needed}, {true, true, reopen}}) {
+    fake::system().trusted = trusted;
+    fake::system().refusesTaps = refuses;
+    launch();
+    EXPECT_EQ(app->status.text(), text);
+    EXPECT_EQ(app->status.textColor(), text == connected ? dimGreen : hackerGreen);
+    for (const std::size_t macro : {0U, 1U}) {
+      EXPECT_EQ(app->buttons[macro].isEnabled(), text == connected);
+      EXPECT_EQ(app->states[macro].text(), "OFF");
+    }
+  }
 }
 
 TEST_F(Refresh, with_the_permission_withdrawn_the_status_asks_for_it) {
   fake::system().trusted = false;
   app->refresh();
-  EXPECT_EQ(app->status.text(),
-            "Permission needed: enable Vorrin in Accessibility. Connection retries "
-            "automatically.");
+  EXPECT_EQ(app->status.text(), needed);
   EXPECT_EQ(app->status.textColor(), hackerGreen);
-}
-
-TEST_F(Refresh, without_tap_and_permission_the_status_asks_for_it) {
-  fake::system().trusted = false;
-  launch();
-  EXPECT_EQ(app->status.text(),
-            "Permission needed: enable Vorrin in Accessibility. Connection retries "
-            "automatically.");
-  EXPECT_EQ(app->status.textColor(), hackerGreen);
-  for (const std::size_t macro : {0U, 1U}) {
-    EXPECT_FALSE(app->buttons[macro].isEnabled());
-    EXPECT_EQ(app->states[macro].text(), "OFF");
-  }
-}
-
-TEST_F(Refresh, with_the_permission_but_no_tap_the_status_says_to_reopen) {
-  fake::system().refusesTaps = true;
-  launch();
-  EXPECT_EQ(app->status.text(),
-            "Accessibility granted, but keyboard listener unavailable. Quit and reopen the app.");
-  EXPECT_EQ(app->status.textColor(), hackerGreen);
-  EXPECT_FALSE(app->buttons[0].isEnabled());
-  EXPECT_FALSE(app->buttons[1].isEnabled());
 }
 
 TEST_F(Refresh, retry_connection_connects_once_the_permission_is_given) {
@@ -131,7 +123,7 @@ TEST_F(Refresh, retry_connection_connects_once_the_permission_is_given) {
   launch();
   fake::system().trusted = true;
   click(button("Retry connection"));
-  EXPECT_EQ(app->status.text(), "Connected · settings persist · starts OFF on every launch");
+  EXPECT_EQ(app->status.text(), connected);
   EXPECT_TRUE(app->buttons[0].isEnabled());
 }
 
@@ -139,9 +131,7 @@ TEST_F(Refresh, the_connection_comes_by_itself_soon_after_the_permission_is_give
   fake::system().trusted = false;
   launch();
   fake::system().trusted = true;
-  EXPECT_TRUE(waitFor([this] {
-    return app->status.text() == "Connected · settings persist · starts OFF on every launch";
-  }));
+  EXPECT_TRUE(waitFor([this] { return app->status.text() == connected; }));
 }
 
 TEST_F(Refresh, the_button_for_the_settings_opens_them) {

@@ -91,23 +91,17 @@ class ApplicationProcess : public testing::Test {
   PrivateHome home_;
 };
 
-TEST_F(ApplicationProcess, launching_finishes_inside_the_event_loop_and_terminate_ends_it) {
-  EXPECT_EXIT(runApplication([] { Application::terminate(); }), testing::ExitedWithCode(0),
-              "^launched\nwill terminate\n$");
-}
-
-TEST_F(ApplicationProcess, the_delegate_is_told_once_however_often_it_is_ended) {
-  EXPECT_EXIT(runApplication([] {
-                Application::terminate();
-                Application::terminate();
-                QApplication::quit();
-              }),
-              testing::ExitedWithCode(0), "^launched\nwill terminate\n$");
-}
-
-TEST_F(ApplicationProcess, ending_it_by_way_of_the_widget_library_tells_the_delegate_too) {
-  EXPECT_EXIT(runApplication([] { QApplication::quit(); }), testing::ExitedWithCode(0),
-              "^launched\nwill terminate\n$");
+TEST_F(ApplicationProcess, the_delegate_is_told_once_however_often_and_by_whom_it_is_ended) {
+  const std::vector<std::function<void()>> ways = {[] { Application::terminate(); },
+                                                   [] { QApplication::quit(); },
+                                                   [] {
+                                                     Application::terminate();
+                                                     Application::terminate();
+                                                     QApplication::quit();
+                                                   }};
+  for (const auto& end : ways) {
+    EXPECT_EXIT(runApplication(end), testing::ExitedWithCode(0), "^launched\nwill terminate\n$");
+  }
 }
 
 TEST_F(ApplicationProcess, closing_the_last_window_ends_it) {
@@ -244,17 +238,14 @@ TEST_F(ApplicationProcess, with_a_display_that_does_not_answer_it_names_it_and_f
               "^vorrin: no display · could not connect to display :4095\n$");
 }
 
-TEST_F(ApplicationProcess, the_interface_check_needs_no_display) {
+TEST_F(ApplicationProcess,
+       the_interface_check_needs_no_display_and_minds_none_that_does_not_answer) {
   unsetenv("QT_QPA_PLATFORM");
-  EXPECT_EXIT(runApplication([] { Application::terminate(); }, {"vorrin", "--ui-test"}),
-              testing::ExitedWithCode(0), "^launched\nwill terminate\n$");
-}
-
-TEST_F(ApplicationProcess, the_interface_check_makes_do_with_a_display_that_does_not_answer) {
-  unsetenv("QT_QPA_PLATFORM");
-  setenv("DISPLAY", ":4095", 1);
-  EXPECT_EXIT(runApplication([] { Application::terminate(); }, {"vorrin", "--ui-test"}),
-              testing::ExitedWithCode(0), "^launched\nwill terminate\n$");
+  for (const char* display : {"", ":4095"}) {
+    setenv("DISPLAY", display, 1);
+    EXPECT_EXIT(runApplication([] { Application::terminate(); }, {"vorrin", "--ui-test"}),
+                testing::ExitedWithCode(0), "^launched\nwill terminate\n$");
+  }
 }
 
 TEST_F(ApplicationProcess, arguments_meant_for_the_widget_library_are_ignored) {

@@ -36,7 +36,7 @@ class QtKeyboard : public QtInterfaceTest {
   }
 };
 
-TEST_F(QtKeyboard, tab_goes_through_the_controls_as_the_eye_does) {
+TEST_F(QtKeyboard, tab_goes_through_the_controls_as_the_eye_does_and_shift_tab_back) {
   savePreset("Night", *app->currentPreset());
   const std::vector<View> expected = stops();
   ASSERT_EQ(expected.size(), 19U);
@@ -46,15 +46,8 @@ TEST_F(QtKeyboard, tab_goes_through_the_controls_as_the_eye_does) {
   }
   press(Qt::Key_Tab);
   EXPECT_TRUE(widgetOf(expected.front()).hasFocus());
-}
-
-TEST_F(QtKeyboard, shift_tab_goes_back) {
-  const std::vector<View> expected = stops();
-  press(Qt::Key_Tab);
-  press(Qt::Key_Tab);
-  ASSERT_TRUE(widgetOf(expected[1]).hasFocus());
   press(Qt::Key_Backtab, Qt::ShiftModifier);
-  EXPECT_TRUE(widgetOf(expected[0]).hasFocus());
+  EXPECT_TRUE(widgetOf(expected.back()).hasFocus());
 }
 
 TEST_F(QtKeyboard, space_and_enter_press_the_button_that_has_the_keyboard) {
@@ -127,20 +120,13 @@ TEST_F(QtKeyboard, escape_is_left_to_the_listener_wherever_the_keyboard_is) {
   }
 }
 
-TEST_F(QtKeyboard, escape_does_not_leave_the_full_screen) {
-  QWidget& window = widgetOf(app->window);
+TEST_F(QtKeyboard, both_key_combinations_toggle_the_full_screen_and_escape_does_not_leave_it) {
   press(Qt::Key_F11);
-  ASSERT_TRUE(waitFor([&window] { return window.isFullScreen(); }));
+  ASSERT_TRUE(waitFor([this] { return window().isFullScreen(); }));
   press(Qt::Key_Escape);
-  EXPECT_TRUE(window.isFullScreen());
-}
-
-TEST_F(QtKeyboard, both_key_combinations_toggle_the_full_screen) {
-  QWidget& window = widgetOf(app->window);
-  press(Qt::Key_F11);
-  EXPECT_TRUE(waitFor([&window] { return window.isFullScreen(); }));
+  EXPECT_TRUE(window().isFullScreen());
   press(Qt::Key_F, Qt::ControlModifier | Qt::MetaModifier);
-  EXPECT_TRUE(waitFor([&window] { return !window.isFullScreen(); }));
+  EXPECT_TRUE(waitFor([this] { return !window().isFullScreen(); }));
 }
 
 TEST_F(QtKeyboard, f10_opens_the_first_menu_with_its_first_item_chosen) {

@@ -13,36 +13,15 @@
 namespace vorrin {
 namespace {
 
-struct Edits {
-  TextFieldDelegate delegate() {
-    return {this, [this](const TextField& field) { texts.push_back(field.text()); }};
-  }
-  std::vector<std::string> texts;
-};
-
 LabelWidget& wrapping(const TextField& label) {
   auto& widget = widgetOf<LabelWidget>(label);
   widget.setWraps(true);
   return widget;
 }
 
-TEST(QtTextField, every_edit_of_the_user_tells_the_delegate_once) {
-  Edits edits;
-  const TextField field = TextField::field("");
-  field.setDelegate(edits.delegate());
-  auto& widget = widgetOf<QLineEdit>(field);
-  QTest::keyClicks(&widget, "ab");
-  widget.undo();
-  widget.redo();
-  EXPECT_EQ(edits.texts, (std::vector<std::string>{"a", "ab", "", "ab"}));
-}
-
-TEST(QtTextField, a_delegate_may_replace_itself) {
-  const TextField field = TextField::field("");
-  field.setDelegate({&field, [](const TextField& edited) { edited.setDelegate({}); }});
-  QTest::keyClicks(&widgetOf(field), "ab");
-  EXPECT_EQ(field.text(), "ab");
-  EXPECT_EQ(field.delegate(), nullptr);
+TEST(QtTextField, bytes_that_are_no_text_are_shown_as_replacement_characters) {
+  EXPECT_EQ(TextField::field("\xFF").text(), "\uFFFD");
+  EXPECT_EQ(TextField::wrappingLabel("\xC3").text(), "\uFFFD");
 }
 
 TEST(QtTextField, a_field_gives_back_what_it_shows_of_a_text_with_control_characters) {

@@ -16,27 +16,6 @@ using driver::deleteWhatIsLeft;
 constexpr std::uint32_t everyStyle = window_style::titled | window_style::closable |
                                      window_style::miniaturizable | window_style::resizable;
 
-TEST(QtWindow, copies_refer_to_the_same_window_and_the_last_takes_it_away) {
-  auto window = std::make_unique<Window>(Window::make({300, 200}, everyStyle));
-  const QPointer<QWidget> widget = &widgetOf(*window);
-  auto copy = std::make_unique<Window>(*window);
-  copy->setTitle("same");
-  EXPECT_EQ(widgetOf(*window).windowTitle(), "same");
-  window.reset();
-  deleteWhatIsLeft();
-  EXPECT_FALSE(widget.isNull());
-  copy.reset();
-  deleteWhatIsLeft();
-  EXPECT_TRUE(widget.isNull());
-}
-
-TEST(QtWindow, a_window_that_may_not_fill_the_screen_does_not) {
-  const Window window = Window::make({300, 200}, everyStyle);
-  window.orderFront();
-  window.toggleFullScreen();
-  EXPECT_FALSE(widgetOf(window).isFullScreen());
-}
-
 TEST(QtWindow, it_is_centred_on_the_screen) {
   const Window window = Window::make({300, 200}, everyStyle);
   window.center();
