@@ -47,8 +47,8 @@ bool waitReadable(int descriptor, Clock::time_point end) {
                            const Pipe& input, const Pipe& output, pid_t parent) {
   ::prctl(PR_SET_PDEATHSIG, SIGKILL);
   if (::getppid() != parent) ::_exit(127);
-  ::dup2(input.readEnd.number(), STDIN_FILENO);
-  ::dup2(output.writeEnd.number(), STDOUT_FILENO);
+  ::dup2(input.readEnd.get(), STDIN_FILENO);
+  ::dup2(output.writeEnd.get(), STDOUT_FILENO);
   for (const auto& [name, value] : environment) ::setenv(name.c_str(), value.c_str(), 1);
   std::vector<char*> arguments;
   arguments.reserve(command.size() + 1);
@@ -82,9 +82,9 @@ Process::~Process() {
 std::optional<std::string> Process::readLine(std::chrono::milliseconds bound) {
   const auto end = Clock::now() + bound;
   while (lines_.empty()) {
-    if (!waitReadable(output_.number(), end)) return std::nullopt;
+    if (!waitReadable(output_.get(), end)) return std::nullopt;
     std::array<char, 65536> buffer{};
-    const ssize_t count = ::read(output_.number(), buffer.data(), buffer.size());
+    const ssize_t count = ::read(output_.get(), buffer.data(), buffer.size());
     if (count <= 0) return std::nullopt;
     takeLines(std::string(buffer.data(), static_cast<std::size_t>(count)));
   }
@@ -106,7 +106,7 @@ void Process::takeLines(const std::string& text) {
 
 void Process::writeLine(const std::string& line) {
   const std::string text = line + '\n';
-  if (::write(input_.number(), text.data(), text.size()) != static_cast<ssize_t>(text.size())) {
+  if (::write(input_.get(), text.data(), text.size()) != static_cast<ssize_t>(text.size())) {
     throw std::runtime_error("cannot write to a process");
   }
 }
@@ -118,7 +118,7 @@ void Process::signal(int number) const {
 std::optional<Ending> Process::waitForEnd(std::chrono::milliseconds bound) {
   if (ending_) return ending_;
   const FileDescriptor process(static_cast<int>(::syscall(SYS_pidfd_open, id_, 0)));
-  if (!waitReadable(process.number(), Clock::now() + bound)) return std::nullopt;
+  if (!waitReadable(process.get(), Clock::now() + bound)) return std::nullopt;
   int status = 0;
   ::waitpid(id_, &status, 0);
   ending_ =

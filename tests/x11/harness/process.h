@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/x11/harness/file_descriptor.h"
+#include "platform/linux/foundation/file_descriptor.h"
 #include "tests/x11/harness/wait.h"
 
 namespace vorrin::x11_tests {
