@@ -7,9 +7,12 @@ import unittest
 from desktop import PROGRAM, Client, Desktop, wait_until
 
 
-# Starts a program for which a directory can only be read, also by the administrator.
+# Starts a program for which a directory can only be read, also by the administrator. A changed root
+# directory is no mount, and those who change it see to it that others see no mounts of theirs.
+IN_CHANGED_ROOT = subprocess.run(["mountpoint", "-q", "/"], check=False).returncode != 0
 WITH_READ_ONLY_DIRECTORY = (
-    ["unshare", "--mount", *([] if os.getuid() == 0 else ["--map-root-user"]), "sh", "-c",
+    ["unshare", "--mount", *(["--propagation", "unchanged"] if IN_CHANGED_ROOT else []),
+     *([] if os.getuid() == 0 else ["--map-root-user"]), "sh", "-c",
      'mount --bind "$0" "$0" && mount -o remount,bind,ro "$0" && exec "$@"'])
 SETTINGS = ".config/vorrin/org.vorrin.Vorrin.json"
 

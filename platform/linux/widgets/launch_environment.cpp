@@ -1,8 +1,11 @@
 #include "platform/linux/widgets/launch_environment.h"
 
+#include <langinfo.h>
+
 #include <QByteArray>
 #include <QString>
 #include <QtGlobal>
+#include <clocale>
 #include <cstdio>
 #include <cstdlib>
 
@@ -22,6 +25,19 @@ QString& displayComplaint() {
 
 void preset(const char* variable, const QByteArray& value) {
   if (!qEnvironmentVariableIsSet(variable)) qputenv(variable, value);
+}
+
+/// The library needs UTF-8 for names of files and the like. It changes to it by itself where the
+/// user's locale has another encoding, but complains.
+void useUtf8() {
+  std::setlocale(LC_CTYPE, "");
+  if (QByteArray(nl_langinfo(CODESET)) == "UTF-8") return;
+  // It overrides all others.
+  if (const QByteArray all = qgetenv("LC_ALL"); !all.isEmpty()) {
+    qunsetenv("LC_ALL");
+    qputenv("LANG", all);
+  }
+  qputenv("LC_CTYPE", "C.UTF-8");
 }
 
 bool isAnyDisplayNamed() {
@@ -63,6 +79,7 @@ LaunchEnvironment::LaunchEnvironment(bool needsDisplay) {
   // The library asks the bus who has a name without looking whether the bus is still there, and the
   // one below it ends the process for that unless told otherwise.
   preset("DBUS_FATAL_WARNINGS", "0");
+  useUtf8();
   leaveOutUnresponsiveBuses();
   if (!needsDisplay) preset("QT_QPA_PLATFORM", "offscreen");
   nextHandler = qInstallMessageHandler(watchStart);

@@ -234,8 +234,11 @@ TEST_F(ApplicationProcess, without_a_display_it_says_so_in_one_line_and_fails) {
 TEST_F(ApplicationProcess, with_a_display_that_does_not_answer_it_names_it_and_fails) {
   unsetenv("QT_QPA_PLATFORM");
   setenv("DISPLAY", ":4095", 1);
-  EXPECT_EXIT(runApplication([] {}), testing::ExitedWithCode(1),
-              "^vorrin: no display · could not connect to display :4095\n$");
+  for (const char* locale : {"C.UTF-8", "C"}) {
+    setenv("LC_ALL", locale, 1);
+    EXPECT_EXIT(runApplication([] {}), testing::ExitedWithCode(1),
+                "^vorrin: no display · could not connect to display :4095\n$");
+  }
 }
 
 TEST_F(ApplicationProcess,
