@@ -1,3 +1,5 @@
+#include <filesystem>
+
 #include "platform/linux/input/helper/backend.h"
 #include "platform/linux/input/helper/click_rule.h"
 #include "platform/linux/input/input_backend.h"
@@ -9,8 +11,13 @@ namespace vorrin {
 
 namespace {
 
-/// What stands in the way of fast clicks; empty when nothing does.
-const char* clickNotice() {
+/// What has to be installed, or is not in effect yet; empty when nothing is left to do.
+const char* installationNotice() {
+  if (!std::filesystem::exists(
+          "/usr/share/dbus-1/system-services/org.vorrin.InputHelper.service")) {
+    return "\n\nThe input helper is not installed here. Vorrin’s package brings it; in the folder "
+           "that Vorrin was built in, “scripts/input-helper install build/release” installs it.";
+  }
   switch (helper::clickRule()) {
     case helper::ClickRule::missing:
       return "\n\nClicks closer together than 0.03 seconds get lost here: the file that lets them "
@@ -40,7 +47,7 @@ void presentHelperPermission(helper::Backend& backend) {
       "of yours could then start the helper, for the same and no more. “Ask Every Time” asks at "
       "each start of Vorrin. “Take Back” lets go at once and refuses from then on.\n\n"
       "Escape, Backspace and Enter held down together end the helper at any moment.";
-  alert.informativeText += clickNotice();
+  alert.informativeText += installationNotice();
   constexpr int close = 0;
   constexpr int allow = 1;
   constexpr int ask = 2;
