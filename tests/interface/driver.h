@@ -41,7 +41,6 @@ void close(const Window& window);
 void takeAway(const Window& window);
 [[nodiscard]] bool isVisible(const Window& window);
 [[nodiscard]] bool isMinimised(const Window& window);
-[[nodiscard]] std::string title(const Window& window);
 
 // Controls
 

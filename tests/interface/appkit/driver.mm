@@ -150,10 +150,6 @@ bool isMinimised(const Window& window) {
   return nsWindow(window).miniaturized;
 }
 
-std::string title(const Window& window) {
-  return standardString(nsWindow(window).title);
-}
-
 void click(const View& view) {
   NSView* native = nsView(view);
   // A click into a field that is not disabled gives it the keyboard.

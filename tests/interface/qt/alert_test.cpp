@@ -99,19 +99,6 @@ TEST_F(QtAlertSheet, the_keyboard_is_where_it_was_afterwards) {
   EXPECT_TRUE(driver::hasKeyboard(field));
 }
 
-TEST_F(QtAlertSheet, the_window_below_gets_no_clicks) {
-  int clicks = 0;
-  const Button button = Button::push("below", {"act", [&clicks](const Button&) { ++clicks; }});
-  window.contentView().addTopCentered(button, 10, 100);
-  window.contentView().layoutSubtreeIfNeeded();
-  ask(question());
-  driver::click(button);
-  EXPECT_EQ(clicks, 0);
-  press(Qt::Key_Escape);
-  driver::click(button);
-  EXPECT_EQ(clicks, 1);
-}
-
 TEST_F(QtAlertSheet, escape_does_nothing_where_nothing_can_be_cancelled) {
   Alert alert = question();
   alert.buttons = {"Left", "Right"};
@@ -119,28 +106,6 @@ TEST_F(QtAlertSheet, escape_does_nothing_where_nothing_can_be_cancelled) {
   press(Qt::Key_Escape);
   EXPECT_TRUE(answers.empty());
   EXPECT_TRUE(sheet()->isVisible());
-}
-
-TEST_F(QtAlertSheet, it_never_answers_when_its_window_goes_away) {
-  ask(question());
-  const QPointer<QWidget> open = sheet();
-  window = Window();
-  deleteWhatIsLeft();
-  EXPECT_TRUE(open.isNull());
-  EXPECT_TRUE(answers.empty());
-}
-
-TEST_F(QtAlertSheet, an_accessory_that_nobody_keeps_goes_away_with_the_answer) {
-  QPointer<QWidget> widget;
-  {
-    Alert alert = question();
-    alert.accessory = TextField::field("old");
-    widget = &widgetOf(*alert.accessory);
-    ask(alert);
-  }
-  press(Qt::Key_Return);
-  deleteWhatIsLeft();
-  EXPECT_TRUE(widget.isNull());
 }
 
 TEST_F(QtAlertSheet, a_field_is_as_wide_as_the_texts) {

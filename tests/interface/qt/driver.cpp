@@ -83,10 +83,6 @@ bool isMinimised(const Window& window) {
   return widgetOf(window).isMinimized();
 }
 
-std::string title(const Window& window) {
-  return widgetOf(window).windowTitle().toStdString();
-}
-
 void click(const View& view) {
   click(widgetOf(view));
 }

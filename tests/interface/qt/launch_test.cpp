@@ -39,6 +39,13 @@ TEST_F(QtLaunch, the_titles_in_the_menus_leave_no_room_for_pictures) {
   EXPECT_LE(first / picture.devicePixelRatio(), 16);
 }
 
+TEST_F(QtLaunch, tool_tips_say_what_a_number_and_a_key_are) {
+  const auto tip = [](const View& view) { return widgetOf(view).toolTip().toStdString(); };
+  EXPECT_EQ(tip(app->fields[1]), "0.05, with a full stop");
+  EXPECT_THAT(tip(app->shortcuts[0]), testing::HasSubstr("Backtick ` is the key left of 1"));
+  EXPECT_THAT(tip(app->output), testing::HasSubstr("on AZERTY 1 types &"));
+}
+
 TEST_F(QtLaunch, no_control_has_the_keyboard_at_first) {
   EXPECT_EQ(widgetOf(app->window).focusWidget(), &widgetOf(app->window.contentView()));
 }

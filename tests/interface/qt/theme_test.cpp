@@ -2,7 +2,6 @@
 
 #include "platform/fake/system/fake_system.h"
 #include "qt_interface_test.h"
-#include "ui/theme.h"
 
 namespace vorrin {
 namespace {
@@ -21,9 +20,8 @@ QColor gray(double white) {
                           static_cast<float>(white));
 }
 
-TEST_F(QtTheme, interval_fields_show_green_on_near_black) {
+TEST_F(QtTheme, interval_fields_are_near_black) {
   for (const TextField& field : app->fields) {
-    EXPECT_EQ(field.textColor(), hackerGreen);
     EXPECT_EQ(pixel(field, 68, 11).rgb(), gray(0.065).rgb());
   }
 }
@@ -32,7 +30,6 @@ TEST_F(QtTheme, the_window_is_black_around_and_between_the_cards) {
   const View content = app->window.contentView();
   EXPECT_EQ(pixel(content, 2, 2), QColor(Qt::black));
   EXPECT_EQ(pixel(content, 300, 203), QColor(Qt::black));
-  EXPECT_EQ(app->window.backgroundColor(), Color::black());
 }
 
 TEST_F(QtTheme, the_cards_are_a_little_lighter_with_a_lighter_edge) {
