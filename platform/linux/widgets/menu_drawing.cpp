@@ -12,7 +12,7 @@ namespace {
 
 constexpr double menuRadius = 8;
 constexpr double itemRadius = 5;
-constexpr int itemHeight = 24;
+constexpr int menuItemHeight = 24;
 constexpr int roomBeforeKeys = 28;
 constexpr int shortestSlider = 24;
 
@@ -91,7 +91,7 @@ void drawMenuItem(const QStyleOptionMenuItem& item, QPainter& painter) {
 }
 
 QSize menuItemSize(const QSize& title) {
-  return {title.width() + 2 * itemInset + roomBeforeKeys, itemHeight};
+  return {title.width() + 2 * itemInset + roomBeforeKeys, menuItemHeight};
 }
 
 void drawScrollBar(const QStyleOptionSlider& bar, QPainter& painter) {
