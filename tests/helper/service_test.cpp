@@ -71,10 +71,6 @@ class ServiceTest : public testing::Test {
   FileDescriptor socket;
 };
 
-TEST_F(ServiceTest, a_right_that_polkit_gives_connects) {
-  connect();
-}
-
 TEST_F(ServiceTest, only_a_user_s_session_in_front_at_the_first_seat_is_served) {
   system.authorization = {true, false, false};
   const auto own = system.sessions["own"];

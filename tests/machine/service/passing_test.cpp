@@ -101,18 +101,5 @@ TEST_F(StartedHelper, every_digit_can_be_posted) {
   EXPECT_EQ(watch.seen().front().place, ownPlace);
 }
 
-TEST_F(StartedHelper, a_thousand_posted_clicks_all_arrive) {
-  // The kernel keeps 64 events for a reader that is behind, so this one never is by much.
-  constexpr std::size_t ahead = 8;
-  for (std::size_t click = 0; click < 1000; ++click) {
-    peer->post(0);
-    // A key and the end of its frame, for the press and for the release.
-    const auto due = click < ahead ? 0 : 4 * (click - ahead);
-    ASSERT_TRUE(until([&] { return watch.seen().size() >= due; }));
-  }
-  EXPECT_TRUE(until([this] { return watch.seen().size() == 4000; }));
-  EXPECT_EQ(std::ranges::count(watch.keys(), down(BTN_LEFT)), 1000);
-}
-
 }  // namespace
 }  // namespace vorrin::machine
