@@ -33,10 +33,7 @@ class Login {
   Login& operator=(const Login&) = delete;
   ~Login();
 
-  [[nodiscard]] const User& user() const { return user_; }
   [[nodiscard]] const std::string& id() const { return id_; }
-  /// Where the system groups the session's processes.
-  [[nodiscard]] const std::string& group() const { return group_; }
 
   /// Makes this process one of the session's, with its user's rights and no more.
   void enter() const;
@@ -49,7 +46,7 @@ class Login {
   User user_;
   std::string unit_;
   std::string id_;
-  std::string group_;
+  std::string group_;  ///< where the system groups the session's processes
 };
 
 /// The player's, at the first console, for all tests together: logging in takes long.

@@ -18,7 +18,6 @@ namespace vorrin::machine {
 namespace {
 
 using namespace helper_protocol;
-using testing::IsEmpty;
 
 using ServiceAttack = MachineService;
 
