@@ -20,6 +20,10 @@ bool isOfSomebody(const std::filesystem::path& file) {
   return entry != nullptr && name == entry->pw_name;
 }
 
+std::string beginning(Decision decision, uid_t user) {
+  return (decision == Decision::allow ? "allow " : "refuse ") + std::to_string(user) + " ";
+}
+
 }  // namespace
 
 Grants::Grants(std::filesystem::path folder) : folder_(std::move(folder)) {
@@ -30,8 +34,7 @@ Grants::Grants(std::filesystem::path folder) : folder_(std::move(folder)) {
 }
 
 std::filesystem::path Grants::file(Decision decision, uid_t user, const std::string& name) const {
-  const auto* const word = decision == Decision::allow ? "allow " : "refuse ";
-  return folder_ / (word + std::to_string(user) + " " + name);
+  return folder_ / (beginning(decision, user) + name);
 }
 
 Decision Grants::of(uid_t user, const std::string& name) const {
@@ -43,11 +46,16 @@ Decision Grants::of(uid_t user, const std::string& name) const {
 }
 
 bool Grants::store(uid_t user, const std::string& name, Decision decision) const {
-  for (const auto other : {Decision::allow, Decision::refuse}) {
-    std::error_code failure;
-    std::filesystem::remove(file(other, user, name), failure);
-    if (failure) return false;
+  std::error_code failure;
+  for (const auto& entry : std::filesystem::directory_iterator(folder_, failure)) {
+    const auto stored = entry.path().filename().native();
+    if (!stored.starts_with(beginning(Decision::allow, user)) &&
+        !stored.starts_with(beginning(Decision::refuse, user))) {
+      continue;
+    }
+    if (!std::filesystem::remove(entry.path(), failure)) return false;
   }
+  if (failure) return false;
   return decision == Decision::ask || std::ofstream(file(decision, user, name)).is_open();
 }
 

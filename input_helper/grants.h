@@ -19,7 +19,8 @@ class Grants {
   explicit Grants(std::filesystem::path folder);
 
   [[nodiscard]] Decision of(uid_t user, const std::string& name) const;
-  /// False when it cannot be stored.
+  /// In place of what the user of this number decided before. `name` may be empty where the user is
+  /// to be asked. False when it cannot be stored.
   [[nodiscard]] bool store(uid_t user, const std::string& name, Decision decision) const;
 
  private:

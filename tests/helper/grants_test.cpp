@@ -29,10 +29,19 @@ TEST_F(GrantsTest, what_a_user_decided_last_holds_for_that_user_alone) {
   EXPECT_TRUE(std::filesystem::is_empty(folder));
 }
 
+TEST_F(GrantsTest, what_was_decided_can_be_taken_back_by_the_number_alone) {
+  const Grants grants(folder);
+  ASSERT_TRUE(grants.store(1, "one", Decision::allow));
+  ASSERT_TRUE(grants.store(11, "eleven", Decision::allow));
+  EXPECT_TRUE(grants.store(1, "", Decision::ask));
+  EXPECT_EQ(grants.of(1, "one"), Decision::ask);
+  EXPECT_EQ(grants.of(11, "eleven"), Decision::allow);
+}
+
 TEST_F(GrantsTest, what_users_decided_that_are_gone_is_forgotten) {
   ASSERT_TRUE(Grants(folder).store(0, "root", Decision::allow));
-  ASSERT_TRUE(Grants(folder).store(0, "formerly", Decision::allow));
-  EXPECT_EQ(Grants(folder).of(0, "formerly"), Decision::ask);
+  ASSERT_TRUE(Grants(folder).store(1, "formerly", Decision::allow));
+  EXPECT_EQ(Grants(folder).of(1, "formerly"), Decision::ask);
   ASSERT_TRUE(Grants(folder).store(4'000'000'000, "gone", Decision::refuse));
   std::ofstream(folder / "nonsense");
   const Grants grants(folder);
