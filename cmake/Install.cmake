@@ -55,6 +55,8 @@ vorrin_install_compressed(${CMAKE_SOURCE_DIR}/CHANGELOG.md NEWS ${vorrin_doc})
 vorrin_install_compressed(${vorrin_packaging}/debian/changelog changelog ${vorrin_doc})
 add_custom_target(vorrin_documents ALL DEPENDS ${vorrin_documents})
 install(FILES ${vorrin_packaging}/debian/copyright DESTINATION ${vorrin_doc})
+install(FILES ${vorrin_packaging}/debian/lintian-overrides
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides RENAME vorrin)
 install(FILES ${CMAKE_SOURCE_DIR}/docs/guide.md DESTINATION ${vorrin_doc})
 
 set(CPACK_GENERATOR DEB)

@@ -89,7 +89,7 @@ int getUser(sd_bus*, const char* path, const char*, const char*, sd_bus_message*
 }
 
 constexpr auto tells = SD_BUS_VTABLE_PROPERTY_EMITS_CHANGE;
-constexpr sd_bus_vtable session[] = {
+constexpr sd_bus_vtable sessionProperties[] = {
     SD_BUS_VTABLE_START(0),
     SD_BUS_PROPERTY("Active", "b", getFlag<&FakeSession::isActive>, 0, tells),
     SD_BUS_PROPERTY("LockedHint", "b", getFlag<&FakeSession::isLocked>, 0, tells),
@@ -178,7 +178,7 @@ FakeSystem::FakeSystem() : folder_(::mkdtemp(std::string("/tmp/vorrin-bus-XXXXXX
   sd_bus_add_object_vtable(fakes_.get(), nullptr, userPath, "org.freedesktop.login1.User", user,
                            this);
   sd_bus_add_fallback_vtable(fakes_.get(), nullptr, "/org/freedesktop/login1/session",
-                             sessionInterface, session, hasSession, this);
+                             sessionInterface, sessionProperties, hasSession, this);
   sd_bus_add_object_vtable(fakes_.get(), nullptr, authorityPath, authorityInterface, authority,
                            this);
   for (const char* name : {"org.freedesktop.login1", "org.freedesktop.PolicyKit1"}) {
