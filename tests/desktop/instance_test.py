@@ -121,7 +121,7 @@ class StartByTheBus(unittest.TestCase):
             services.mkdir(parents=True)
             installed = pathlib.Path(os.environ["VORRIN_BUS_SERVICE"]).read_text()
             services.joinpath(BUS_NAME + ".service").write_text(
-                re.sub("^Exec=.*/vorrin$", "Exec=" + PROGRAM, installed, flags=re.MULTILINE))
+                re.sub("^Exec=.*/vorrin$", f'Exec="{PROGRAM}"', installed, flags=re.MULTILINE))
             desktop.environment["XDG_DATA_DIRS"] = str(data)
             _, desktop.environment["DBUS_SESSION_BUS_ADDRESS"] = desktop.start_bus()
             yield desktop

@@ -96,7 +96,7 @@ class SelfChecks : public testing::Test {
   /// `program` with nothing in its environment but what is named.
   [[nodiscard]] std::string bare(const std::string& program, const std::string& environment) const {
     return "env -i -C " + directory_.string() + " TMPDIR=" + directory_.string() + " " +
-           environment + " LSAN_OPTIONS=$LSAN_OPTIONS timeout 50 " + program;
+           environment + " LSAN_OPTIONS=\"$LSAN_OPTIONS\" timeout 50 " + program;
   }
   [[nodiscard]] std::string inHome(const std::string& program) const {
     return bare(program, "HOME=" + directory_.string());
@@ -217,7 +217,7 @@ TEST_F(SelfChecks, a_control_outside_the_window_fails_the_interface_check) {
 TEST_F(SelfChecks, a_working_directory_that_cannot_be_written_fails_the_interface_check) {
   const Outcome outcome =
       run("env -i -C /proc HOME=" + directory_.string() +
-          " LSAN_OPTIONS=$LSAN_OPTIONS timeout 50 " VORRIN_PROGRAM " --ui-test");
+          " LSAN_OPTIONS=\"$LSAN_OPTIONS\" timeout 50 " VORRIN_PROGRAM " --ui-test");
   EXPECT_FALSE(outcome.exitedWith(0));
   EXPECT_THAT(outcome.errors, HasSubstr("ui-preview.png can be written"));
 }
