@@ -14,8 +14,7 @@ enum class Source {
   xtest      ///< the device that programs type through
 };
 
-/// Key positions that have no macOS key-down event and so no code in the program's own table; the
-/// numbers are the kernel's.
+/// Key positions that have no macOS key-down event; the numbers are the kernel's.
 namespace modifier_keys {
 inline constexpr unsigned shift = 42;
 inline constexpr unsigned control = 29;
