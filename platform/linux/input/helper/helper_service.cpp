@@ -7,7 +7,6 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusUnixFileDescriptor>
 #include <limits>
-#include <utility>
 
 namespace vorrin::helper {
 namespace {
@@ -29,16 +28,22 @@ QDBusConnection systemBus() {
 }
 
 void call(QObject& receiver, const char* method, bool mayAsk,
-          std::function<void(const QDBusMessage&)> answered) {
+          std::function<void(const QDBusMessage&)> answered, bool mayRepeat = true) {
   auto message = QDBusMessage::createMethodCall(service, path, service, method);
   message.setInteractiveAuthorizationAllowed(mayAsk);
   const int limit = mayAsk ? std::numeric_limits<int>::max() : answerMilliseconds;
   auto* const watcher =
       new QDBusPendingCallWatcher(systemBus().asyncCall(message, limit), &receiver);
   QObject::connect(watcher, &QDBusPendingCallWatcher::finished, &receiver,
-                   [answered = std::move(answered)](QDBusPendingCallWatcher* finished) {
+                   [=, &receiver](QDBusPendingCallWatcher* finished) {
                      finished->deleteLater();
-                     answered(finished->reply());
+                     const QDBusMessage reply = finished->reply();
+                     // A helper that nobody used may have ended as it was called; the bus starts
+                     // another.
+                     const bool isLost = reply.errorName() == "org.freedesktop.DBus.Error.NoReply";
+                     if (isLost && mayRepeat)
+                       return call(receiver, method, mayAsk, answered, false);
+                     answered(reply);
                    });
 }
 
