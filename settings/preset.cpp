@@ -16,7 +16,7 @@ constexpr double shortestInterval = 0.001;
 constexpr double longestInterval = 3600;
 
 bool isValidInterval(double interval) {
-  return validInterval(decimalText(interval)).has_value();
+  return interval >= shortestInterval && interval <= longestInterval;
 }
 
 /// By a stream, since `std::to_chars` for numbers with a fraction needs macOS 13.3.
@@ -38,9 +38,7 @@ bool Preset::valid() const {
 
 std::optional<double> validInterval(std::string_view text) {
   const auto number = parseNumber(text);
-  if (!number || !std::isfinite(*number)) return std::nullopt;
-  if (*number < shortestInterval || *number > longestInterval) return std::nullopt;
-  return number;
+  return number && isValidInterval(*number) ? number : std::nullopt;
 }
 
 std::string decimalText(double number) {

@@ -20,8 +20,6 @@ namespace vorrin {
 namespace {
 
 using std::filesystem::path;
-using Json = nlohmann::json;
-
 /// Some thirty thousand presets. What is larger is none of ours, and would hold up the start.
 constexpr off_t largestFile = 8 << 20;
 
@@ -36,20 +34,15 @@ std::string systemMessage() {
   return std::generic_category().message(errno);
 }
 
-/// The domain in `file`, an empty one where there is no file; nothing when it cannot be understood.
-Reading<std::optional<Json>> domainIn(const path& file) {
-  // A pipe must not hold the caller up.
-  const FileDescriptor opened(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-  if (!opened.isOpen() && (errno == ENOENT || errno == ENOTDIR)) return {Json::object(), {}};
-  struct stat status {};
-  if (!opened.isOpen() || ::fstat(opened.get(), &status) != 0) return {{}, systemMessage()};
-  if (!S_ISREG(status.st_mode)) return {{}, "not a regular file"};
-  if (status.st_size > largestFile) return {};
-  QFile stream;
-  if (!stream.open(opened.get(), QIODevice::ReadOnly)) return {{}, systemMessage()};
-  const std::string text = stream.readAll().toStdString();
-  if (stream.error() != QFile::NoError) return {{}, stream.errorString().toStdString()};
-  return {parsedDomain(text), {}};
+/// What changes with every file put in this one's place, and with every edit of it.
+std::array<std::int64_t, 7> stateOf(const struct stat& status) {
+  return {static_cast<std::int64_t>(status.st_dev),
+          static_cast<std::int64_t>(status.st_ino),
+          status.st_size,
+          status.st_mtim.tv_sec,
+          status.st_mtim.tv_nsec,
+          status.st_ctim.tv_sec,
+          status.st_ctim.tv_nsec};
 }
 
 bool writeAll(const FileDescriptor& file, std::string_view text) {
@@ -98,47 +91,73 @@ void tell(const std::string& message) {
 }  // namespace
 
 Reading<std::optional<DefaultsObject>> DefaultsFile::object(const std::string& key) {
-  const auto [domain, failure] = read();
-  if (failure) return {{}, told("read", failure)};
-  const auto entry = domain.find(key);
-  return {entry == domain.end() ? std::nullopt : defaultsObjectOf(*entry), {}};
+  if (auto failure = read()) return {{}, told("read", std::move(failure))};
+  const auto entry = domain_.find(key);
+  return {entry == domain_.end() ? std::nullopt : defaultsObjectOf(*entry), {}};
 }
 
 StorageFailure DefaultsFile::set(std::span<const std::pair<std::string, DefaultsObject>> values) {
   return told("stored", merge(values));
 }
 
-Reading<Json> DefaultsFile::read() {
+StorageFailure DefaultsFile::read() {
   const path file = resolved(path_);
-  auto [domain, failure] = domainIn(file);
-  if (failure) return {{}, failure};
-  if (domain) return {*std::move(domain), {}};
+  const auto [isUnderstood, failure] = load(file);
+  if (failure || isUnderstood) return failure;
   const auto lock = lockFolder(file.parent_path());
-  if (lock.failure) return {{}, lock.failure};
-  return readOrSetAside(file);
+  return lock.failure ? lock.failure : loadOrSetAside(file);
 }
 
-Reading<Json> DefaultsFile::readOrSetAside(const path& file) {
-  auto [domain, failure] = domainIn(file);
-  if (!failure && !domain) {
-    domain = Json::object();
-    failure = setAside(file);
+StorageFailure DefaultsFile::loadOrSetAside(const path& file) {
+  const auto [isUnderstood, failure] = load(file);
+  return failure || isUnderstood ? failure : setAside(file);
+}
+
+Reading<bool> DefaultsFile::load(const path& file) {
+  // A pipe must not hold the caller up.
+  const FileDescriptor opened(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  const bool isThere = opened.isOpen() || (errno != ENOENT && errno != ENOTDIR);
+  struct stat status {};
+  if (isThere && (!opened.isOpen() || ::fstat(opened.get(), &status) != 0)) {
+    return {{}, systemMessage()};
   }
-  if (failure) return {{}, failure};
-  return {*std::move(domain), {}};
+  if (isThere && !S_ISREG(status.st_mode)) return {{}, "not a regular file"};
+  if (isThere && state_ == stateOf(status)) return {true, {}};
+  forget();
+  if (!isThere) return {true, {}};
+  if (status.st_size > largestFile) return {false, {}};
+  QFile stream;
+  if (!stream.open(opened.get(), QIODevice::ReadOnly)) return {{}, systemMessage()};
+  const std::string text = stream.readAll().toStdString();
+  if (stream.error() != QFile::NoError) return {{}, stream.errorString().toStdString()};
+  auto domain = parsedDomain(text);
+  if (!domain) return {false, {}};
+  domain_ = *std::move(domain);
+  state_ = stateOf(status);
+  return {true, {}};
+}
+
+void DefaultsFile::forget() {
+  domain_ = Domain::object();
+  state_.reset();
 }
 
 StorageFailure DefaultsFile::merge(std::span<const std::pair<std::string, DefaultsObject>> values) {
   const path file = resolved(path_);
   const auto lock = lockFolder(file.parent_path());
   if (lock.failure) return lock.failure;
-  const auto [before, failure] = readOrSetAside(file);
-  if (failure) return failure;
-  Json after = before;
-  for (const auto& [key, value] : values) after[key] = jsonOf(value);
-  if (after == before) return {};
-  return replace(file, after.dump(2, ' ', false, Json::error_handler_t::replace) + "\n",
-                 lock.value);
+  if (auto failure = loadOrSetAside(file)) return failure;
+  bool isChanged = false;
+  for (const auto& [key, value] : values) {
+    auto json = jsonOf(value);
+    isChanged = isChanged || domain_[key] != json;
+    domain_[key] = std::move(json);
+  }
+  if (!isChanged) return {};
+  const auto text = domain_.dump(2, ' ', false, Domain::error_handler_t::replace) + "\n";
+  // Whatever comes of it, what the file holds is read from the file.
+  forget();
+  return replace(file, text, lock.value);
 }
 
 StorageFailure DefaultsFile::setAside(const path& file) {

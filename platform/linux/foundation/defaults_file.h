@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <cstdint>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <optional>
@@ -26,15 +28,24 @@ class DefaultsFile {
 
  private:
   using Domain = nlohmann::json;
+  /// What tells one state of a file from another.
+  using FileState = std::array<std::int64_t, 7>;
 
-  Reading<Domain> read();
+  /// Has `domain_` be what is stored.
+  StorageFailure read();
   /// Renames what cannot be understood. Under the lock.
-  Reading<Domain> readOrSetAside(const std::filesystem::path& file);
+  StorageFailure loadOrSetAside(const std::filesystem::path& file);
+  /// Reads the file, unless it is as it was when it was last read; without a file the domain is
+  /// empty. False when it cannot be understood.
+  Reading<bool> load(const std::filesystem::path& file);
+  void forget();
   StorageFailure merge(std::span<const std::pair<std::string, DefaultsObject>> values);
   StorageFailure setAside(const std::filesystem::path& file);
   StorageFailure told(const char* what, StorageFailure failure) const;
 
   std::filesystem::path path_;
+  Domain domain_ = Domain::object();
+  std::optional<FileState> state_;  ///< of the file that `domain_` was read from
   std::optional<std::string> notice_;
 };
 
