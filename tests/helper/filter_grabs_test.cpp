@@ -10,12 +10,8 @@ using testing::IsEmpty;
 
 TEST_F(FilterTest, the_start_says_that_the_keyboards_can_be_held) {
   EXPECT_THAT(sent, ElementsAre(FromHelper(Availability{Listening::possible})));
-  EXPECT_THAT(grabbed, IsEmpty());
-}
-
-TEST_F(FilterTest, nothing_is_grabbed_before_a_shortcut_is_wanted) {
   pass(milliseconds(5000));
-  EXPECT_THAT(grabbed, IsEmpty());
+  EXPECT_THAT(grabbed, IsEmpty()) << "no shortcut is wanted yet";
 }
 
 TEST_F(FilterTest, nothing_is_grabbed_before_compositors_could_open_the_clone) {
@@ -72,21 +68,18 @@ TEST_F(FilterTest, typing_without_a_pause_delays_the_grab_for_a_bounded_time) {
   EXPECT_GE(typed, Filter::longestWait - milliseconds(40));
 }
 
-TEST_F(FilterTest, a_press_that_everybody_saw_before_the_grab_gives_the_keyboard_back) {
-  grabWithTab();
+TEST_F(GrabbedFilter, a_press_that_everybody_saw_before_the_grab_gives_the_keyboard_back) {
   filter.receive(board, {key(KEY_A, 1)}, now - Filter::startGap, now);
   EXPECT_THAT(grabbed, ElementsAre(otherBoard));
   EXPECT_THAT(emitted, IsEmpty());
 }
 
-TEST_F(FilterTest, the_keyboards_are_given_back_when_no_shortcut_is_wanted) {
-  grabWithTab();
+TEST_F(GrabbedFilter, the_keyboards_are_given_back_when_no_shortcut_is_wanted) {
   configure({});
   EXPECT_THAT(grabbed, IsEmpty());
 }
 
-TEST_F(FilterTest, a_keyboard_is_given_back_once_its_keys_are_up) {
-  grabWithTab();
+TEST_F(GrabbedFilter, a_keyboard_is_given_back_once_its_keys_are_up) {
   press(KEY_A);
   configure({});
   EXPECT_THAT(grabbed, ElementsAre(board));
@@ -95,8 +88,7 @@ TEST_F(FilterTest, a_keyboard_is_given_back_once_its_keys_are_up) {
   EXPECT_EQ(emitted.back(), Frame{key(KEY_A, 0)});
 }
 
-TEST_F(FilterTest, a_key_typed_just_before_the_keyboard_was_given_back_is_not_lost) {
-  grabWithTab();
+TEST_F(GrabbedFilter, a_key_typed_just_before_the_keyboard_was_given_back_is_not_lost) {
   const auto typed = now;
   now += milliseconds(1);
   configure({});
@@ -105,8 +97,7 @@ TEST_F(FilterTest, a_key_typed_just_before_the_keyboard_was_given_back_is_not_lo
   EXPECT_THAT(emitted, ElementsAre(Frame{key(KEY_A, 1)}, Frame{key(KEY_A, 0)}));
 }
 
-TEST_F(FilterTest, a_key_released_just_after_the_keyboard_was_given_back_does_not_stay_down) {
-  grabWithTab();
+TEST_F(GrabbedFilter, a_key_released_just_after_the_keyboard_was_given_back_does_not_stay_down) {
   const auto typed = now;
   now += milliseconds(1);
   configure({});
@@ -116,26 +107,19 @@ TEST_F(FilterTest, a_key_released_just_after_the_keyboard_was_given_back_does_no
   EXPECT_THAT(emitted, ElementsAre(Frame{key(KEY_A, 0)}));
 }
 
-TEST_F(FilterTest, a_key_typed_after_the_keyboard_was_given_back_comes_once) {
-  grabWithTab();
+TEST_F(GrabbedFilter, a_key_typed_after_the_keyboard_was_given_back_comes_once) {
   configure({});
   press(KEY_A);
   release(KEY_A);
   EXPECT_THAT(emitted, IsEmpty());
 }
 
-TEST_F(FilterTest, another_program_s_grab_makes_the_listener_unavailable) {
+TEST_F(FilterTest, another_program_s_grab_makes_the_listener_unavailable_until_it_ends) {
   busy = {otherBoard};
   configure({KEY_TAB});
   pass(Filter::startGap + milliseconds(1));
   EXPECT_EQ(sent.back(), FromHelper(Availability{Listening::keyboardTaken}));
   EXPECT_THAT(grabbed, IsEmpty());
-}
-
-TEST_F(FilterTest, a_grab_of_another_program_that_ends_is_noticed) {
-  busy = {otherBoard};
-  configure({KEY_TAB});
-  pass(Filter::startGap + milliseconds(1));
   busy.clear();
   pass(Filter::retryTime + milliseconds(1));
   EXPECT_EQ(sent.back(), FromHelper(Availability{Listening::possible}));
@@ -150,8 +134,7 @@ TEST_F(FilterTest, looking_for_another_program_s_grab_keeps_no_keyboard) {
   EXPECT_THAT(grabbed, IsEmpty());
 }
 
-TEST_F(FilterTest, without_keyboards_nothing_is_due_and_the_tap_has_to_be_enabled_anew) {
-  grabWithTab();
+TEST_F(GrabbedFilter, without_keyboards_nothing_is_due_and_the_tap_has_to_be_enabled_anew) {
   press(KEY_TAB);
   filter.removeAll();
   EXPECT_FALSE(filter.nextDeadline());
@@ -164,8 +147,7 @@ TEST_F(FilterTest, without_keyboards_nothing_is_due_and_the_tap_has_to_be_enable
   EXPECT_TRUE(filter.answer({1, 1}, now));
 }
 
-TEST_F(FilterTest, a_keyboard_plugged_in_later_is_taken_after_its_start_gap) {
-  grabWithTab();
+TEST_F(GrabbedFilter, a_keyboard_plugged_in_later_is_taken_after_its_start_gap) {
   filter.addKeyboard(9, {}, now);
   pass(Filter::startGap - milliseconds(1));
   EXPECT_FALSE(grabbed.contains(9));

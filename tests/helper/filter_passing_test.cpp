@@ -8,8 +8,7 @@ using std::chrono::milliseconds;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST_F(FilterTest, keys_that_are_no_shortcut_go_on_unasked_and_in_order) {
-  grabWithTab();
+TEST_F(GrabbedFilter, keys_that_are_no_shortcut_go_on_unasked_and_in_order) {
   press(KEY_LEFTSHIFT);
   press(KEY_B);
   release(KEY_B);
@@ -19,43 +18,19 @@ TEST_F(FilterTest, keys_that_are_no_shortcut_go_on_unasked_and_in_order) {
                                    Frame{key(KEY_B, 0)}, Frame{key(KEY_LEFTSHIFT, 0)}));
 }
 
-TEST_F(FilterTest, a_shortcut_waits_for_its_verdict) {
-  grabWithTab();
-  press(KEY_TAB);
+TEST_F(GrabbedFilter, a_shortcut_waits_for_its_verdict_and_swallowed_leaves_no_trace) {
+  receive({scanCode(15), key(KEY_TAB, 1)});
   EXPECT_THAT(sent, ElementsAre(FromHelper(Question{1, KEY_TAB, 0})));
   EXPECT_THAT(emitted, IsEmpty());
-}
-
-TEST_F(FilterTest, a_swallowed_shortcut_leaves_no_trace) {
-  grabWithTab();
-  receive({scanCode(15), key(KEY_TAB, 1)});
   ASSERT_TRUE(answer(true));
   receive({key(KEY_TAB, 2)});
+  EXPECT_EQ(sent.back(), FromHelper(KeyMoved(KEY_TAB, 0, 1, 1)));
   receive({scanCode(15), key(KEY_TAB, 0)});
+  EXPECT_EQ(sent.back(), FromHelper(KeyMoved(KEY_TAB, 0, 0, 0)));
   EXPECT_THAT(emitted, IsEmpty());
 }
 
-TEST_F(FilterTest, the_release_of_a_shortcut_is_told) {
-  grabWithTab();
-  press(KEY_TAB);
-  ASSERT_TRUE(answer(true));
-  forget();
-  release(KEY_TAB);
-  EXPECT_THAT(sent, ElementsAre(FromHelper(KeyMoved{KEY_TAB, 0, 0, 0})));
-}
-
-TEST_F(FilterTest, the_repeats_of_a_shortcut_are_told_as_such) {
-  grabWithTab();
-  press(KEY_TAB);
-  ASSERT_TRUE(answer(true));
-  forget();
-  receive({key(KEY_TAB, 2)});
-  EXPECT_THAT(sent, ElementsAre(FromHelper(KeyMoved{KEY_TAB, 0, 1, 1})));
-  EXPECT_THAT(emitted, IsEmpty());
-}
-
-TEST_F(FilterTest, a_shortcut_that_may_pass_goes_on_with_its_repeats_and_release) {
-  grabWithTab();
+TEST_F(GrabbedFilter, a_shortcut_that_may_pass_goes_on_with_its_repeats_and_release) {
   receive({scanCode(15), key(KEY_TAB, 1)});
   ASSERT_TRUE(answer(false));
   receive({key(KEY_TAB, 2)});
@@ -64,8 +39,7 @@ TEST_F(FilterTest, a_shortcut_that_may_pass_goes_on_with_its_repeats_and_release
                                    Frame{key(KEY_TAB, 0)}));
 }
 
-TEST_F(FilterTest, keys_typed_during_a_question_come_after_its_verdict) {
-  grabWithTab();
+TEST_F(GrabbedFilter, keys_typed_during_a_question_come_after_its_verdict) {
   press(KEY_TAB);
   press(KEY_A, otherBoard);
   release(KEY_TAB);
@@ -88,35 +62,30 @@ TEST_F(FilterTest, two_shortcuts_in_a_row_are_asked_about_one_after_the_other) {
   EXPECT_THAT(emitted, ElementsAre(Frame{key(KEY_GRAVE, 1)}));
 }
 
-TEST_F(FilterTest, a_frame_keeps_what_is_beside_the_swallowed_key) {
-  grabWithTab();
+TEST_F(GrabbedFilter, a_frame_keeps_what_is_beside_the_swallowed_key) {
   receive({scanCode(15), key(KEY_TAB, 1), scanCode(30), key(KEY_A, 1)});
   ASSERT_TRUE(answer(true));
   EXPECT_THAT(emitted, ElementsAre(Frame{scanCode(30), key(KEY_A, 1)}));
 }
 
-TEST_F(FilterTest, the_pointer_parts_of_a_keyboard_go_on) {
-  grabWithTab();
+TEST_F(GrabbedFilter, the_pointer_parts_of_a_keyboard_go_on) {
   const Frame movement{{EV_REL, REL_X, 5}, {EV_REL, REL_Y, -3}, key(BTN_LEFT, 1)};
   receive(movement);
   EXPECT_THAT(emitted, ElementsAre(movement));
 }
 
-TEST_F(FilterTest, lights_do_not_travel_to_the_clone) {
-  grabWithTab();
+TEST_F(GrabbedFilter, lights_do_not_travel_to_the_clone) {
   receive({{EV_LED, LED_CAPSL, 1}});
   EXPECT_THAT(emitted, IsEmpty());
 }
 
-TEST_F(FilterTest, modifiers_of_every_keyboard_count) {
-  grabWithTab();
+TEST_F(GrabbedFilter, modifiers_of_every_keyboard_count) {
   press(KEY_RIGHTCTRL, otherBoard);
   press(KEY_TAB);
   EXPECT_THAT(sent, ElementsAre(FromHelper(Question{1, KEY_TAB, control})));
 }
 
-TEST_F(FilterTest, modifiers_are_those_of_the_moment_of_the_press) {
-  grabWithTab();
+TEST_F(GrabbedFilter, modifiers_are_those_of_the_moment_of_the_press) {
   press(KEY_LEFTSHIFT);
   press(KEY_TAB);
   release(KEY_LEFTSHIFT);
@@ -126,15 +95,13 @@ TEST_F(FilterTest, modifiers_are_those_of_the_moment_of_the_press) {
   EXPECT_EQ(sent.back(), FromHelper(KeyMoved(KEY_TAB, 0, 0, 0)));
 }
 
-TEST_F(FilterTest, caps_lock_is_no_modifier) {
-  grabWithTab();
+TEST_F(GrabbedFilter, caps_lock_is_no_modifier) {
   press(KEY_CAPSLOCK);
   press(KEY_TAB);
   EXPECT_EQ(sent.back(), FromHelper(Question(1, KEY_TAB, 0)));
 }
 
-TEST_F(FilterTest, escape_is_told_and_goes_on) {
-  grabWithTab();
+TEST_F(GrabbedFilter, escape_is_told_and_goes_on) {
   press(KEY_ESC);
   release(KEY_ESC);
   EXPECT_THAT(sent, ElementsAre(FromHelper(KeyMoved{KEY_ESC, 0, 1, 0}),

@@ -52,7 +52,6 @@ class FilterTest : public testing::Test {
     filter.configure({enabled, static_cast<helper_protocol::ShortcutSet>(set)}, now);
   }
 
-  /// The state in which the tests begin that are about a grabbed keyboard.
   void grabWithTab() {
     configure({KEY_TAB});
     pass(Filter::startGap + std::chrono::milliseconds(1));
@@ -101,6 +100,12 @@ class FilterTest : public testing::Test {
       .send = [this](const helper_protocol::FromHelper& message) { sent.push_back(message); },
       .panic = [this] { panicked = true; },
   }};
+};
+
+/// With both keyboards grabbed, Tab as a shortcut, and nothing recorded.
+class GrabbedFilter : public FilterTest {
+ protected:
+  GrabbedFilter() { grabWithTab(); }
 };
 
 }  // namespace vorrin::input_helper

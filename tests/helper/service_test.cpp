@@ -2,7 +2,11 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <poll.h>
+#include <sys/socket.h>
+
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "fake_system.h"
 #include "input_helper/protocol/packet_socket.h"
@@ -266,6 +270,35 @@ TEST_F(ServiceTest, a_session_that_was_asked_to_lock_is_locked_until_it_is_asked
   system.sessions["own"].isLocked = false;
   system.tell("own", "Unlock");
   expectSilence();
+}
+
+std::string bytesOf(const ToHelper& message) {
+  const auto packet = encode(message);
+  return {reinterpret_cast<const char*>(packet.bytes.data()), packet.size};
+}
+
+TEST_F(ServiceTest, words_without_meaning_or_out_of_place_end_the_connection) {
+  system.authorization = {true, false, false};
+  const auto hello = bytesOf(Hello{});
+  const auto configure = bytesOf(Configure{1, 1});
+  const std::vector<std::vector<std::string>> conversations{
+      {configure},
+      {bytesOf(Hello{.version = version + 1})},
+      {hello, hello},
+      {hello, bytesOf(Verdict{99, 1})},
+      {hello, "x"},
+      {hello, std::string(60'000, 'x')},
+      {hello, configure.substr(0, 3)},
+      {hello, configure + "more"}};
+  for (const auto& conversation : conversations) {
+    socket = std::move(system.ask("Connect").socket);
+    for (const auto& words : conversation) {
+      ASSERT_GT(::send(socket.get(), words.data(), words.size(), MSG_NOSIGNAL), 0);
+    }
+    Packet packet;
+    EXPECT_TRUE(system.until([&] { return receivePacket(socket.get(), packet) == Received::end; }))
+        << &conversation - conversations.data();
+  }
 }
 
 TEST_F(ServiceTest, nothing_a_program_says_wakes_a_session_that_is_away) {

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <csignal>
 #include <functional>
+#include <sstream>
 
 #include "tap_test.h"
 
@@ -14,6 +15,17 @@ struct CutOff : TapTest, testing::WithParamInterface<Source> {
 
   void press(std::uint16_t key) { user.press(key, GetParam()); }
   void release(std::uint16_t key) { user.release(key, GetParam()); }
+
+  /// Presses (+) and releases (-) these keys: "+a +Tab -a".
+  void move(const std::string& keyMoves) {
+    std::istringstream moves(keyMoves);
+    for (std::string word; moves >> word;) {
+      const std::uint16_t key = word.ends_with("Tab") ? keys::tab
+                                : word.back() == 'a'  ? keys::a
+                                                      : keys::b;
+      word.front() == '+' ? press(key) : release(key);
+    }
+  }
 
   /// Has the user do this with the backtick key held and the keyboard cut off by it.
   void whileCutOff(const std::function<void()>& deed) {
@@ -47,20 +59,31 @@ INSTANTIATE_TEST_SUITE_P(Sources, CutOff, testing::Values(Source::keyboard, Sour
 constexpr unsigned lockState = 2;
 constexpr unsigned buttonState = 0x100;
 
-TEST_P(CutOff, a_key_held_since_before_is_released) {
-  press(keys::a);
-  whileCutOff([&] { release(keys::a); });
-  EXPECT_EQ(keysOf(receivedInTheEnd()), "-38");
-}
+struct Case {
+  const char* before;
+  const char* whileCutOff;
+  const char* arrives;
+  const char* afterwards = "";
+  const char* arrivesThen = "";
+};
 
-TEST_P(CutOff, two_keys_held_since_before_are_released) {
-  press(keys::a);
-  press(keys::b);
-  whileCutOff([&] {
-    release(keys::a);
-    release(keys::b);
-  });
-  EXPECT_EQ(keysOf(receivedInTheEnd()), "-38 -56");
+// The client's key codes are 38 for "a" and 56 for "b".
+constexpr Case cases[] = {{"+a", "-a", "-38"},
+                          {"+a +b", "-a -b", "-38 -56"},
+                          {"+a", "-a +a", "-38 +38", "-a", "-38"},
+                          {"", "+a", "+38", "-a", "-38"},
+                          {"", "+a -a +b -b +a -a +a -a", "+38 -38 +56 -56 +38 -38 +38 -38"},
+                          {"+a", "+Tab -a -Tab", "-38"}};
+
+TEST_P(CutOff, keys_arrive_in_order_and_none_stays_down) {
+  for (const Case& row : cases) {
+    SCOPED_TRACE(row.whileCutOff);
+    move(row.before);
+    whileCutOff([&] { move(row.whileCutOff); });
+    EXPECT_EQ(keysOf(receivedInTheEnd()), row.arrives);
+    move(row.afterwards);
+    EXPECT_EQ(keysOf(received()), row.arrivesThen);
+  }
 }
 
 TEST_P(CutOff, a_key_that_has_repeated_is_released) {
@@ -72,44 +95,6 @@ TEST_P(CutOff, a_key_that_has_repeated_is_released) {
   const std::vector<ClientEvent> events = receivedInTheEnd();
   EXPECT_EQ(countOf(events, "KeyRelease"), 1U);
   EXPECT_EQ(events.back().kind, "KeyRelease");
-}
-
-TEST_P(CutOff, a_key_released_and_pressed_again_is_down_until_its_next_release) {
-  press(keys::a);
-  whileCutOff([&] {
-    release(keys::a);
-    press(keys::a);
-  });
-  EXPECT_EQ(keysOf(receivedInTheEnd()), "-38 +38");
-  release(keys::a);
-  EXPECT_EQ(keysOf(received()), "-38");
-}
-
-TEST_P(CutOff, a_key_pressed_is_released_when_it_is_let_go_later) {
-  whileCutOff([&] { press(keys::a); });
-  EXPECT_EQ(keysOf(receivedInTheEnd()), "+38");
-  release(keys::a);
-  EXPECT_EQ(keysOf(received()), "-38");
-}
-
-TEST_P(CutOff, keys_typed_arrive_in_order) {
-  whileCutOff([&] {
-    for (const std::uint16_t key : {keys::a, keys::b, keys::a, keys::a}) {
-      press(key);
-      release(key);
-    }
-  });
-  EXPECT_EQ(textOf(receivedInTheEnd()), "abaa");
-}
-
-TEST_P(CutOff, keys_are_released_when_a_second_shortcut_is_pressed) {
-  press(keys::a);
-  whileCutOff([&] {
-    press(keys::tab);
-    release(keys::a);
-    release(keys::tab);
-  });
-  EXPECT_EQ(keysOf(receivedInTheEnd()), "-38");
 }
 
 TEST_P(CutOff, caps_lock_held_since_before_stays_on_and_can_be_turned_off) {

@@ -10,7 +10,7 @@ struct EscapeTest : MapTest {
   /// The tap sees Escape once and the client gets the key.
   void expectEscape(unsigned evdevKey) {
     user.tapEvdev(evdevKey);
-    EXPECT_EQ(describe(tap.readSeen(user)), "53+ 53-");
+    EXPECT_EQ(describe(tap.readSeen()), "53+ 53-");
     EXPECT_EQ(client.readAll(user).size(), 2U);
   }
 };
@@ -36,23 +36,23 @@ TEST_F(EscapeTest, is_a_key_of_xmodmap_until_that_is_taken_back) {
   expectEscape(letterA);
   run({"xmodmap", "-e", "keycode 38 = a A"});
   user.tap(keys::a);
-  EXPECT_EQ(describe(tap.readSeen(user)), "");
+  EXPECT_EQ(describe(tap.readSeen()), "");
 }
 
 TEST_F(EscapeTest, is_a_key_only_under_the_modifier_that_makes_it_so) {
   run({"xmodmap", "-e", "keycode 38 = a Escape"});
   user.tap(keys::a);
-  EXPECT_EQ(describe(tap.readSeen(user)), "");
+  EXPECT_EQ(describe(tap.readSeen()), "");
   user.pressEvdev(modifier_keys::shift);
   user.tap(keys::a);
-  EXPECT_EQ(describe(tap.readSeen(user)), "53+ 53-");
+  EXPECT_EQ(describe(tap.readSeen()), "53+ 53-");
 }
 
 TEST_F(EscapeTest, is_a_key_only_in_the_layout_that_makes_it_so) {
   run({"setxkbmap", "us,de", "-option", "grp:caps_toggle"});
   run({"xmodmap", "-e", "keycode 56 = b B Escape Escape"});
   user.tapEvdev(letterB);
-  EXPECT_EQ(describe(tap.readSeen(user)), "");
+  EXPECT_EQ(describe(tap.readSeen()), "");
   user.tapEvdev(modifier_keys::capsLock);
   received();
   expectEscape(letterB);
@@ -61,7 +61,7 @@ TEST_F(EscapeTest, is_a_key_only_in_the_layout_that_makes_it_so) {
 TEST_F(EscapeTest, wins_over_a_shortcut_on_the_same_key) {
   run({"xmodmap", "-e", "keycode 49 = Escape"});
   user.tapEvdev(backtickPosition);
-  const std::string seen = describe(tap.readSeen(user));
+  const std::string seen = describe(tap.readSeen());
   EXPECT_NE(seen.find("53+"), std::string::npos) << seen;
   EXPECT_EQ(seen.find("50"), std::string::npos) << seen;
   EXPECT_EQ(keysOf(client.readAll(user)), tapOf(keys::backtick));

@@ -14,16 +14,14 @@ struct LossTest : OwnDesktop, TapTest {
   LossTest() : TapTest(ownDesktop) { swallow("50"); }
 };
 
-TEST_F(LossTest, losing_the_server_invalidates_the_tap) {
+TEST_F(LossTest, losing_the_server_invalidates_the_tap_and_the_program_ends_as_usual) {
+  user.press(keys::backtick);
+  tap.start("block 300");
   desktop.server().process().signal(SIGKILL);
+  tap.start("disable");
+  tap.start("enable");
   EXPECT_TRUE(tap.readUpTo("invalidated"));
   EXPECT_FALSE(tap.command("create 50"));
-}
-
-TEST_F(LossTest, a_program_that_lost_the_server_ends_as_usual) {
-  user.press(keys::backtick);
-  desktop.server().process().signal(SIGKILL);
-  ASSERT_TRUE(tap.readUpTo("invalidated"));
   tap.start("quit");
   EXPECT_EQ(tap.process().waitForEnd(), Ending{});
 }
@@ -34,15 +32,6 @@ TEST_F(LossTest, losing_the_server_while_posting_ends_nothing) {
   ASSERT_TRUE(tap.readUpTo("post yes"));
   desktop.server().process().signal(SIGKILL);
   EXPECT_TRUE(tap.readUpTo("post yes"));
-  tap.start("quit");
-  EXPECT_EQ(tap.process().waitForEnd(), Ending{});
-}
-
-TEST_F(LossTest, a_tap_disabled_after_the_server_is_gone_ends_nothing) {
-  tap.start("block 300");
-  desktop.server().process().signal(SIGKILL);
-  tap.start("disable");
-  tap.start("enable");
   tap.start("quit");
   EXPECT_EQ(tap.process().waitForEnd(), Ending{});
 }

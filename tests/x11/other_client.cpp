@@ -3,9 +3,6 @@
 #include <X11/extensions/XInput2.h>
 
 #include <array>
-#include <set>
-
-#include "tests/x11/harness/display.h"
 
 namespace vorrin::x11_tests {
 
@@ -20,27 +17,19 @@ XIAnyHierarchyChangeInfo addition(std::string& name) {
   return change;
 }
 
+void perform(Display* display, XIAnyHierarchyChangeInfo change) {
+  XIChangeHierarchy(display, &change, 1);
+  XSync(display, False);
+}
+
 }  // namespace
 
-struct OtherClient::Native {
-  DisplayPointer display;
-  std::set<std::string> added;
-
-  void change(XIAnyHierarchyChangeInfo info) const {
-    XIChangeHierarchy(display.get(), &info, 1);
-    XSync(display.get(), False);
-  }
-};
-
-OtherClient::OtherClient(const std::string& display)
-    : native_(new Native{openDisplay(display), {}}) {}
-
 OtherClient::~OtherClient() {
-  while (!native_->added.empty()) removeMaster(*native_->added.begin());
+  while (!added_.empty()) removeMaster(*added_.begin());
 }
 
 bool OtherClient::holdKey(std::uint16_t virtualKey, const std::string& device) {
-  Display* const display = native_->display.get();
+  Display* const display = display_.get();
   std::array<unsigned char, XIMaskLen(XI_LASTEVENT)> bits{};
   XISetMask(bits.data(), XI_KeyPress);
   const int number = deviceNamed(display, device);
@@ -52,7 +41,7 @@ bool OtherClient::holdKey(std::uint16_t virtualKey, const std::string& device) {
 }
 
 bool OtherClient::holdKeyOfCore(std::uint16_t virtualKey) {
-  Display* const display = native_->display.get();
+  Display* const display = display_.get();
   takeError(display);
   XGrabKey(display, static_cast<int>(keycodeOf(virtualKey)), 0, DefaultRootWindow(display), False,
            GrabModeAsync, GrabModeAsync);
@@ -60,13 +49,13 @@ bool OtherClient::holdKeyOfCore(std::uint16_t virtualKey) {
 }
 
 bool OtherClient::grabKeyboard(bool frozen) {
-  Display* const display = native_->display.get();
+  Display* const display = display_.get();
   return XGrabKeyboard(display, DefaultRootWindow(display), False, GrabModeAsync,
                        frozen ? GrabModeSync : GrabModeAsync, CurrentTime) == GrabSuccess;
 }
 
 int OtherClient::pressesReceived() {
-  Display* const display = native_->display.get();
+  Display* const display = display_.get();
   XSync(display, False);
   int presses = 0;
   while (XPending(display) > 0) {
@@ -78,7 +67,7 @@ int OtherClient::pressesReceived() {
 }
 
 void OtherClient::makeUpKey(std::uint16_t virtualKey, unsigned long window) {
-  Display* const display = native_->display.get();
+  Display* const display = display_.get();
   for (const int type : {KeyPress, KeyRelease}) {
     XEvent event{};
     event.xkey.type = type;
@@ -92,43 +81,43 @@ void OtherClient::makeUpKey(std::uint16_t virtualKey, unsigned long window) {
 }
 
 void OtherClient::stopServer() {
-  XGrabServer(native_->display.get());
-  XSync(native_->display.get(), False);
+  XGrabServer(display_.get());
+  XSync(display_.get(), False);
 }
 
 void OtherClient::resumeServer() {
-  XUngrabServer(native_->display.get());
-  XSync(native_->display.get(), False);
+  XUngrabServer(display_.get());
+  XSync(display_.get(), False);
 }
 
 void OtherClient::addMaster(const std::string& name) {
   std::string ownName = name;
-  native_->change(addition(ownName));
-  native_->added.insert(name);
+  perform(display_.get(), addition(ownName));
+  added_.insert(name);
 }
 
 void OtherClient::removeMaster(const std::string& name) {
   XIAnyHierarchyChangeInfo change{};
   change.remove.type = XIRemoveMaster;
-  change.remove.deviceid = deviceNamed(native_->display.get(), name + " keyboard");
+  change.remove.deviceid = deviceNamed(display_.get(), name + " keyboard");
   change.remove.return_mode = XIFloating;
-  native_->change(change);
-  native_->added.erase(name);
+  perform(display_.get(), change);
+  added_.erase(name);
 }
 
 void OtherClient::detachKeyboard() {
   XIAnyHierarchyChangeInfo change{};
   change.detach.type = XIDetachSlave;
-  change.detach.deviceid = deviceNamed(native_->display.get(), serverKeyboard);
-  native_->change(change);
+  change.detach.deviceid = deviceNamed(display_.get(), serverKeyboard);
+  perform(display_.get(), change);
 }
 
 void OtherClient::attachKeyboard() {
   XIAnyHierarchyChangeInfo change{};
   change.attach.type = XIAttachSlave;
-  change.attach.deviceid = deviceNamed(native_->display.get(), serverKeyboard);
-  change.attach.new_master = deviceNamed(native_->display.get(), "Virtual core keyboard");
-  native_->change(change);
+  change.attach.deviceid = deviceNamed(display_.get(), serverKeyboard);
+  change.attach.new_master = deviceNamed(display_.get(), "Virtual core keyboard");
+  perform(display_.get(), change);
 }
 
 }  // namespace vorrin::x11_tests

@@ -1,9 +1,10 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
+#include <set>
 #include <string>
 
+#include "tests/x11/harness/display.h"
 #include "tests/x11/harness/user.h"
 
 namespace vorrin::x11_tests {
@@ -12,7 +13,7 @@ namespace vorrin::x11_tests {
 /// what it added is gone.
 class OtherClient {
  public:
-  explicit OtherClient(const std::string& display);
+  explicit OtherClient(const std::string& display) : display_(openDisplay(display)) {}
   ~OtherClient();
   OtherClient(const OtherClient&) = delete;
   OtherClient& operator=(const OtherClient&) = delete;
@@ -45,8 +46,8 @@ class OtherClient {
   void attachKeyboard();
 
  private:
-  struct Native;
-  std::unique_ptr<Native> native_;
+  DisplayPointer display_;
+  std::set<std::string> added_;
 };
 
 }  // namespace vorrin::x11_tests

@@ -13,8 +13,7 @@ std::optional<SeenKey> parseEvent(const std::string& line) {
   std::string direction;
   int repeat = 0;
   SeenKey key;
-  fields >> word >> direction >> key.keyCode >> repeat >> std::hex >> key.flags >> std::dec >>
-      key.userData;
+  fields >> word >> direction >> key.keyCode >> repeat;
   if (word != "event") return std::nullopt;
   key.down = direction == "down";
   key.repeat = repeat != 0;
@@ -24,10 +23,7 @@ std::optional<SeenKey> parseEvent(const std::string& line) {
 }  // namespace
 
 TapProcess::TapProcess(const std::string& display)
-    : TapProcess(Environment{{"DISPLAY", display}, {"VORRIN_INPUT", "x11"}}) {}
-
-TapProcess::TapProcess(const Environment& environment, std::vector<std::string> command)
-    : process_((command.emplace_back(VORRIN_TAP_PROGRAM), command), environment) {}
+    : process_({VORRIN_TAP_PROGRAM}, {{"DISPLAY", display}, {"VORRIN_INPUT", "x11"}}) {}
 
 bool TapProcess::command(const std::string& line) {
   process_.writeLine(line);
@@ -65,13 +61,9 @@ bool TapProcess::waitForEvent(const std::function<bool(const SeenKey&)>& wanted)
   return false;
 }
 
-std::vector<SeenKey> TapProcess::readSeen(const User&) {
+std::vector<SeenKey> TapProcess::readSeen() {
   command("fence");
   command("fence");
-  return takeSeen();
-}
-
-std::vector<SeenKey> TapProcess::takeSeen() {
   return std::exchange(seen_, {});
 }
 

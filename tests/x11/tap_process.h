@@ -2,13 +2,11 @@
 
 #include <cstdint>
 #include <functional>
-#include <initializer_list>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "tests/x11/harness/process.h"
-#include "tests/x11/harness/user.h"
 
 namespace vorrin::x11_tests {
 
@@ -17,16 +15,12 @@ struct SeenKey {
   bool down = false;
   std::int64_t keyCode = 0;
   bool repeat = false;
-  std::uint64_t flags = 0;
-  std::int64_t userData = 0;
 };
 
 /// The program that holds an event tap and does as it is told.
 class TapProcess {
  public:
   explicit TapProcess(const std::string& display);
-  /// With the way to listen that the environment says, started by another command if there is one.
-  explicit TapProcess(const Environment& environment, std::vector<std::string> command = {});
 
   /// Gives a command and reads on to its answer.
   bool command(const std::string& line);
@@ -44,10 +38,7 @@ class TapProcess {
   bool waitForRepeat(std::int64_t keyCode);
 
   /// All keys that the callback saw since the last call, up to now. What it made of them is done.
-  std::vector<SeenKey> readSeen(const User& user);
-
-  /// What the callback saw since the last call, as far as its output was read.
-  std::vector<SeenKey> takeSeen();
+  std::vector<SeenKey> readSeen();
 
   Process& process() { return process_; }
 

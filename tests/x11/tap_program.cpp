@@ -46,9 +46,8 @@ State& state() {
 }
 
 TapVerdict judge(const TapEvent& event) {
-  std::printf("event %s %" PRId64 " %" PRId64 " %" PRIx64 " %" PRId64 "\n",
-              event.type == EventType::keyDown ? "down" : "up", event.keyCode, event.autorepeat,
-              event.flags, event.userData);
+  std::printf("event %s %" PRId64 " %" PRId64 "\n",
+              event.type == EventType::keyDown ? "down" : "up", event.keyCode, event.autorepeat);
   std::fflush(stdout);
   const bool isAlone = (event.flags & modifierFlags) == 0;
   const bool isChosen =
@@ -116,13 +115,6 @@ void answerBehindEvents(const std::string& command) {
       Qt::SingleShotConnection);
 }
 
-void pressOnly(std::uint16_t keyCode) {
-  const std::array events{
-      SyntheticEvent{.type = EventType::keyDown, .location = {}, .keyCode = keyCode},
-      SyntheticEvent{.type = EventType::leftMouseDown, .location = {}}};
-  vorrin::postEvents(events);
-}
-
 void obey(const std::string& line) {
   std::istringstream fields(line);
   std::string command;
@@ -130,8 +122,6 @@ void obey(const std::string& line) {
   if (command == "create") return answer(command, createTap(readNumbers<std::uint16_t>(fields)));
   if (command == "fence") return answerBehindEvents(command);
   if (command == "trusted") return answer(command, vorrin::isProcessTrusted());
-  if (command == "ask") return answer(command, vorrin::isProcessTrustedWithPrompt());
-  if (command == "pointer") return answer(command, vorrin::pointerLocation().has_value());
   if (command == "choose") {
     return answer(command, state().tap->claim(readNumbers<std::uint16_t>(fields)));
   }
@@ -149,7 +139,6 @@ void obey(const std::string& line) {
   }
   if (command == "click") click(readNumbers<int>(fields).at(0));
   if (command == "click-on") clickEveryMillisecond();
-  if (command == "press-only") pressOnly(readNumbers<std::uint16_t>(fields).at(0));
   if (command == "quit") QCoreApplication::quit();
   answer(command, true);
 }

@@ -9,9 +9,7 @@
 #include <unistd.h>
 
 #include <array>
-#include <chrono>
 #include <csignal>
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -26,12 +24,6 @@ using namespace helper_protocol;
 using testing::HasSubstr;
 
 constexpr const char* rightPassword = "correct horse";
-
-/// What took how long.
-void report(const char* what, std::chrono::steady_clock::time_point begin) {
-  const std::chrono::duration<double, std::milli> taken = std::chrono::steady_clock::now() - begin;
-  std::printf("%s: let go after %.0f ms\n", what, taken.count());
-}
 
 class ServicePermission : public MachineService {
  protected:
@@ -64,36 +56,8 @@ TEST_F(ServicePermission, without_one_nothing_is_given_and_no_device_is_open_to_
 TEST_F(ServicePermission, a_rule_of_the_administrator_s_that_goes_lets_go_at_once) {
   ASSERT_NO_FATAL_FAILURE(connectByRule());
   std::filesystem::remove(rule);
-  const auto begin = std::chrono::steady_clock::now();
   EXPECT_TRUE(hasEnded(EndReason::revoked));
   EXPECT_TRUE(keyboardIsFree());
-  report("rule removed", begin);
-}
-
-TEST_F(ServicePermission, taking_back_needs_no_password_and_lets_go_at_once) {
-  ASSERT_NO_FATAL_FAILURE(startAndGrab());
-  const auto begin = std::chrono::steady_clock::now();
-  EXPECT_EQ(Caller(login).call("TakeBack").error, "");
-  EXPECT_TRUE(hasEnded(EndReason::revoked));
-  EXPECT_TRUE(keyboardIsFree());
-  report("taken back", begin);
-  EXPECT_THAT(caller->call("?Connect").error, HasSubstr("took the permission back"));
-  EXPECT_EQ(caller->call("AskEveryTime").error, "");
-  EXPECT_THAT(caller->call("Connect").error, HasSubstr("not given"));
-}
-
-TEST_F(ServicePermission, what_was_allowed_is_forgotten_with_the_account) {
-  allow(visitor);
-  ASSERT_TRUE(succeeds("cp /etc/passwd /tmp/passwd && sed -i /^visitor:/d /etc/passwd"));
-  ASSERT_TRUE(succeeds("systemctl restart vorrin-input-helper.service"));
-  EXPECT_TRUE(std::filesystem::is_empty(decisions));
-  allow({"formerly", visitor.number});
-  ASSERT_TRUE(succeeds("cp /tmp/passwd /etc/passwd"));
-  const Login other(visitor, 2);
-  ASSERT_TRUE(succeeds("busybox chvt 2"));
-  const Caller theirs(other);
-  EXPECT_TRUE(until([&] { return theirs.call("Connect").error.ends_with("not given"); }));
-  ASSERT_TRUE(succeeds("busybox chvt 1"));
 }
 
 /// polkit's own dialogue for terminals, for the questions about one program.

@@ -16,23 +16,8 @@ constexpr std::chrono::milliseconds silence{100};
 
 }  // namespace
 
-AtHome::AtHome(const Home& home) {
-  for (const auto& [name, value] : home.environment()) {
-    const char* const before = std::getenv(name.c_str());
-    former_.emplace_back(name,
-                         before == nullptr ? std::nullopt : std::optional<std::string>(before));
-    ::setenv(name.c_str(), value.c_str(), 1);
-  }
-}
-
-AtHome::~AtHome() {
-  for (const auto& [name, value] : former_) {
-    if (value) {
-      ::setenv(name.c_str(), value->c_str(), 1);
-    } else {
-      ::unsetenv(name.c_str());
-    }
-  }
+EndToEndTest::EndToEndTest(Desktop& place) : desktop(place) {
+  for (const auto& [name, value] : home.environment()) ::setenv(name.c_str(), value.c_str(), 1);
 }
 
 void EndToEndTest::start() {
@@ -44,15 +29,10 @@ void EndToEndTest::start() {
 }
 
 void EndToEndTest::startProgram() {
-  launch();
+  program = std::make_unique<Program>(desktop.display(), home);
+  ASSERT_TRUE(waitUntil([&] { return windows.titled("Vorrin").has_value(); }));
   // Its window comes to the front at some moment from now. Only then can another one follow it.
   showVorrin();
-}
-
-void EndToEndTest::launch() {
-  program = std::make_unique<Program>(desktop.display(), home, std::vector<std::string>{},
-                                      programEnvironment);
-  ASSERT_TRUE(waitUntil([&] { return windows.titled("Vorrin").has_value(); }));
 }
 
 void EndToEndTest::kill() {

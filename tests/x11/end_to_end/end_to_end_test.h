@@ -4,7 +4,6 @@
 
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -19,27 +18,15 @@
 
 namespace vorrin::x11_tests {
 
-/// Leads this process to `home` as `Program` is led there, until it goes.
-class AtHome {
- public:
-  explicit AtHome(const Home& home);
-  ~AtHome();
-  AtHome(const AtHome&) = delete;
-  AtHome& operator=(const AtHome&) = delete;
-
- private:
-  std::vector<std::pair<std::string, std::optional<std::string>>> former_;
-};
-
 /// Vorrin as a user has it: its own process on a desktop, and somebody else's program in front.
 struct EndToEndTest : testing::Test {
-  explicit EndToEndTest(Desktop& place = Desktop::shared()) : desktop(place) {}
+  /// Leads this process to a home of its own, as the program is led there.
+  explicit EndToEndTest(Desktop& place = Desktop::shared());
 
   static constexpr int keyboardMacro = 0;
   static constexpr int mouseMacro = 1;
 
   Home home;
-  AtHome atHome{home};
   Desktop& desktop;
   User user{desktop.display()};
   KeyProbe probe{desktop.display()};
@@ -47,9 +34,6 @@ struct EndToEndTest : testing::Test {
 
   /// What is stored before the program starts. Both macros act a hundred times a second.
   Preset settings{{0.01, 0.01}, {keys::backtick, keys::tab}, 1, {true, true}};
-
-  /// What is changed in the program's environment.
-  Environment programEnvironment;
 
   std::unique_ptr<Program> program;
   std::unique_ptr<Client> client;
@@ -61,9 +45,6 @@ struct EndToEndTest : testing::Test {
   /// Starts the program alone, with what is stored. Returns when its window is in front and it
   /// knows.
   void startProgram();
-
-  /// Starts the program alone and waits for its window to be there.
-  void launch();
 
   /// Ends the program as a crash would.
   void kill();

@@ -4,16 +4,10 @@
 
 #include <array>
 
-#include "tests/x11/harness/display.h"
-
 namespace vorrin::x11_tests {
 
-struct InputWatch::Native {
-  DisplayPointer display;
-};
-
-InputWatch::InputWatch(const std::string& display) : native_(new Native{openDisplay(display)}) {
-  Display* const connection = native_->display.get();
+InputWatch::InputWatch(const std::string& display) : display_(openDisplay(display)) {
+  Display* const connection = display_.get();
   std::array<unsigned char, XIMaskLen(XI_LASTEVENT)> bits{};
   XISetMask(bits.data(), XI_RawKeyPress);
   XISetMask(bits.data(), XI_RawButtonPress);
@@ -24,10 +18,8 @@ InputWatch::InputWatch(const std::string& display) : native_(new Native{openDisp
   XSync(connection, False);
 }
 
-InputWatch::~InputWatch() = default;
-
 int InputWatch::takePresses() {
-  Display* const display = native_->display.get();
+  Display* const display = display_.get();
   XSync(display, False);
   int presses = 0;
   while (XPending(display) > 0) {

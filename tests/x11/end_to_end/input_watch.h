@@ -1,7 +1,8 @@
 #pragma once
 
-#include <memory>
 #include <string>
+
+#include "tests/x11/harness/display.h"
 
 namespace vorrin::x11_tests {
 
@@ -10,16 +11,12 @@ namespace vorrin::x11_tests {
 class InputWatch {
  public:
   explicit InputWatch(const std::string& display);
-  ~InputWatch();
-  InputWatch(const InputWatch&) = delete;
-  InputWatch& operator=(const InputWatch&) = delete;
 
   /// The keys and buttons pressed since the last call.
   int takePresses();
 
  private:
-  struct Native;
-  std::unique_ptr<Native> native_;
+  DisplayPointer display_;
 };
 
 }  // namespace vorrin::x11_tests

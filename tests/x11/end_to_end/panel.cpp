@@ -7,9 +7,7 @@
 namespace vorrin::x11_tests {
 
 bool Panel::isVisited(Control control) const {
-  if (control == Control::presetList) return hasPresets_;
-  if (control == Control::startKeyboard || control == Control::startMouse) return canStart_;
-  return true;
+  return control != Control::presetList || hasPresets_;
 }
 
 void Panel::focus(Control control) {
@@ -32,10 +30,6 @@ void Panel::push(Control control) {
 
 void Panel::enter(Control field, std::string_view text) {
   focus(field);
-  replaceText(text);
-}
-
-void Panel::replaceText(std::string_view text) {
   user_.pressEvdev(modifier_keys::control);
   user_.tap(keys::a);
   user_.releaseEvdev(modifier_keys::control);

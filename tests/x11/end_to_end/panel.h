@@ -36,17 +36,13 @@ class Panel {
   /// With no preset saved the list of presets is disabled, and the Tab key leaves it out.
   void setHasPresets(bool hasPresets) { hasPresets_ = hasPresets; }
 
-  /// While a start button is disabled, the Tab key leaves both out.
-  void setCanStart(bool canStart) { canStart_ = canStart; }
-
   void focus(Control control);
 
   /// Presses the focused button or switches the focused box.
   void push(Control control);
 
-  /// Replaces the text of a field; of the one that has the focus already.
+  /// Replaces the text of a field.
   void enter(Control field, std::string_view text);
-  void replaceText(std::string_view text);
 
   /// Moves the selection of a menu down or up by so many items.
   void choose(Control menu, int steps);
@@ -57,7 +53,6 @@ class Panel {
   User& user_;
   int current_ = 0;
   bool hasPresets_ = false;
-  bool canStart_ = true;
 };
 
 }  // namespace vorrin::x11_tests

@@ -1,6 +1,8 @@
 #include "end_to_end_test.h"
 #include "input_watch.h"
 #include "panel.h"
+#include "platform/user_defaults.h"
+#include "settings/preset_store.h"
 
 namespace vorrin::x11_tests {
 namespace {
@@ -8,14 +10,9 @@ namespace {
 // The user works Vorrin's own window.
 struct WindowTest : EndToEndTest {
   Panel panel{user};
-
-  /// Waits until the stored settings satisfy `holds`.
-  static bool waitUntilStored(const std::function<bool(const Preset&)>& holds) {
-    return waitUntil([&] { return holds(stored()); });
-  }
 };
 
-TEST_F(WindowTest, macros_pause_while_the_window_is_in_front_and_go_on_afterwards) {
+TEST_F(WindowTest, macros_pause_while_the_window_is_in_front_where_escape_stops_them_too) {
   start();
   user.tap(keys::backtick);
   user.tap(keys::tab);
@@ -28,6 +25,10 @@ TEST_F(WindowTest, macros_pause_while_the_window_is_in_front_and_go_on_afterward
   showClient();
   expectActions(keyboardMacro);
   expectActions(mouseMacro);
+  showVorrin();
+  user.tap(keys::escape);
+  showClient();
+  expectSilence();
 }
 
 TEST_F(WindowTest, the_place_for_the_permission_is_a_sheet_that_return_closes) {
@@ -42,96 +43,36 @@ TEST_F(WindowTest, the_place_for_the_permission_is_a_sheet_that_return_closes) {
   expectActions(mouseMacro);
 }
 
-TEST_F(WindowTest, shortcuts_typed_into_the_window_start_nothing) {
-  start();
-  showVorrin();
-  panel.enter(Control::presetName, "x");
-  user.tap(keys::backtick);
-  user.tap(keys::tab);
-  showClient();
-  expectSilence();
-}
-
-TEST_F(WindowTest, escape_stops_the_macros_while_the_window_is_in_front) {
-  start();
-  user.tap(keys::tab);
-  expectActions(mouseMacro);
-  showVorrin();
-  user.tap(keys::escape);
-  showClient();
-  expectSilence();
-}
-
-TEST_F(WindowTest, macros_start_and_stop_by_its_buttons) {
-  start();
-  showVorrin();
-  panel.choose(Control::output, 6);
-  ASSERT_TRUE(waitUntilStored([](const Preset& now) { return now.digit == 7; }));
-  settings.digit = 7;
-  panel.push(Control::startKeyboard);
-  showClient();
-  expectActions(keyboardMacro);
-  showVorrin();
-  panel.push(Control::stopAll);
-  showClient();
-  expectSilence();
-}
-
-TEST_F(WindowTest, an_invalid_interval_keeps_the_macros_from_starting_until_it_is_mended) {
-  start();
-  showVorrin();
-  panel.enter(Control::mouseInterval, "abc");
-  showClient();
-  user.tap(keys::tab);
-  expectSilence();
-  EXPECT_EQ(stored().intervals, settings.intervals);
-  showVorrin();
-  panel.enter(Control::mouseInterval, "0.02");
-  ASSERT_TRUE(waitUntilStored([](const Preset& now) { return now.intervals[1] == 0.02; }));
-  showClient();
-  user.tap(keys::tab);
-  expectActions(mouseMacro);
-}
-
-TEST_F(WindowTest, an_interval_edited_while_running_stops_the_macros_and_takes_effect) {
-  start();
-  user.tap(keys::tab);
-  expectActions(mouseMacro);
-  showVorrin();
-  panel.enter(Control::mouseInterval, "0.2");
-  ASSERT_TRUE(waitUntilStored([](const Preset& now) { return now.intervals[1] == 0.2; }));
-  showClient();
-  expectSilence();
-  user.tap(keys::tab);
-  std::vector<ClientEvent> events =
-      client->readUntil([count = 0](const ClientEvent& event) mutable {
-        return event.kind == "ButtonPress" && ++count == 4;
-      });
-  std::erase_if(events, [](const ClientEvent& event) { return event.kind != "ButtonPress"; });
-  EXPECT_GT(static_cast<double>(events.back().arrival - events.front().arrival) * 1e-9, 0.3);
-}
-
-TEST_F(WindowTest, a_shortcut_chosen_in_the_window_works_at_once) {
+TEST_F(WindowTest, what_is_changed_in_it_works_at_once) {
   start();
   showVorrin();
   panel.choose(Control::mouseShortcut, 2);
-  ASSERT_TRUE(waitUntilStored([](const Preset& now) { return now.keys[1] == keys::f7; }));
+  panel.push(Control::enableKeyboard);
+  ASSERT_TRUE(waitUntil([] { return stored().keys[1] == keys::f7 && !stored().enabled[0]; }));
   showClient();
+  user.tap(keys::backtick);
+  user.tap(keys::tab);
+  EXPECT_EQ(keysOf(client->readAll(user)), tapOf(keys::backtick) + " " + tapOf(keys::tab));
+  expectSilence();
   user.tap(keys::f7);
   expectActions(mouseMacro);
-  user.tap(keys::tab);
-  client->readUntil(releaseOf(keys::tab));
 }
 
-TEST_F(WindowTest, a_macro_switched_off_in_the_window_gives_its_key_back) {
+TEST_F(WindowTest, a_layout_chosen_while_another_program_is_in_front_is_known_afterwards) {
+  const PresetStore presets{UserDefaults::standard()};
   start();
+  user.type("a");
+  Process layout({"setxkbmap", "-display", desktop.display(), "de"});
+  ASSERT_EQ(layout.waitForEnd(), Ending{});
+  // Only now does the server take the layout over from this keyboard.
+  user.type("a");
   showVorrin();
-  panel.push(Control::enableMouse);
-  ASSERT_TRUE(waitUntilStored([](const Preset& now) { return !now.enabled[1]; }));
-  showClient();
-  user.tap(keys::tab);
-  EXPECT_EQ(keysOf(client->readAll(user)), tapOf(keys::tab));
-  expectSilence();
+  // In English letters.
+  panel.enter(Control::presetName, "yz");
+  panel.push(Control::savePreset);
+  EXPECT_TRUE(waitUntil([&] { return presets.all().value.contains("zy"); }));
+  Process former({"setxkbmap", "-display", desktop.display(), "us"});
+  EXPECT_EQ(former.waitForEnd(), Ending{});
 }
 
 }  // namespace

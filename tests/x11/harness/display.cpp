@@ -19,6 +19,10 @@ int noteError(Display*, XErrorEvent*) {
 
 }  // namespace
 
+void DisplayClose::operator()(_XDisplay* display) const {
+  XCloseDisplay(display);
+}
+
 DisplayPointer openDisplay(const std::string& name) {
   DisplayPointer display(XOpenDisplay(name.c_str()));
   if (!display) throw std::runtime_error("cannot connect to the X server " + name);

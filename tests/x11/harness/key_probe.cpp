@@ -4,37 +4,26 @@
 
 #include <array>
 
-#include "tests/x11/harness/display.h"
 #include "tests/x11/harness/user.h"
 #include "tests/x11/harness/wait.h"
 
 namespace vorrin::x11_tests {
 
-struct KeyProbe::Native {
-  DisplayPointer display;
-  int keyboard;
-};
-
-KeyProbe::KeyProbe(const std::string& display) {
-  DisplayPointer connection = openDisplay(display);
-  const int keyboard = deviceNamed(connection.get(), serverKeyboard);
-  native_.reset(new Native{std::move(connection), keyboard});
-}
-
-KeyProbe::~KeyProbe() = default;
+KeyProbe::KeyProbe(const std::string& display)
+    : display_(openDisplay(display)), keyboard_(deviceNamed(display_.get(), serverKeyboard)) {}
 
 bool KeyProbe::isHeld(std::uint16_t virtualKey) {
-  Display* const display = native_->display.get();
+  Display* const display = display_.get();
   const int keycode = static_cast<int>(keycodeOf(virtualKey));
   std::array<unsigned char, XIMaskLen(XI_LASTEVENT)> bits{};
-  XIEventMask mask{native_->keyboard, static_cast<int>(bits.size()), bits.data()};
+  XIEventMask mask{keyboard_, static_cast<int>(bits.size()), bits.data()};
   XIGrabModifiers modifiers{0, 0};
   XGrabServer(display);
-  const int refused = XIGrabKeycode(display, native_->keyboard, keycode, DefaultRootWindow(display),
+  const int refused = XIGrabKeycode(display, keyboard_, keycode, DefaultRootWindow(display),
                                     XIGrabModeAsync, XIGrabModeAsync, False, &mask, 1, &modifiers);
   modifiers = {0, 0};
   if (refused == 0) {
-    XIUngrabKeycode(display, native_->keyboard, keycode, DefaultRootWindow(display), 1, &modifiers);
+    XIUngrabKeycode(display, keyboard_, keycode, DefaultRootWindow(display), 1, &modifiers);
   }
   XUngrabServer(display);
   XSync(display, False);

@@ -1,8 +1,9 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <string>
+
+#include "tests/x11/harness/display.h"
 
 namespace vorrin::x11_tests {
 
@@ -12,9 +13,6 @@ namespace vorrin::x11_tests {
 class KeyProbe {
  public:
   explicit KeyProbe(const std::string& display);
-  ~KeyProbe();
-  KeyProbe(const KeyProbe&) = delete;
-  KeyProbe& operator=(const KeyProbe&) = delete;
 
   /// Takes the key for an instant in which the server serves nobody else.
   bool isHeld(std::uint16_t virtualKey);
@@ -24,8 +22,8 @@ class KeyProbe {
   bool waitUntilFree(std::uint16_t virtualKey);
 
  private:
-  struct Native;
-  std::unique_ptr<Native> native_;
+  DisplayPointer display_;
+  int keyboard_;
 };
 
 }  // namespace vorrin::x11_tests

@@ -9,19 +9,11 @@ namespace vorrin::x11_tests {
 
 namespace {
 
-std::vector<std::string> commandOf(const std::vector<std::string>& arguments) {
-  std::vector<std::string> command{VORRIN_PROGRAM};
-  command.insert(command.end(), arguments.begin(), arguments.end());
-  return command;
-}
-
-Environment environmentOf(const std::string& display, const Home& home,
-                          const Environment& changes) {
+Environment environmentOf(const std::string& display, const Home& home) {
   Environment environment = home.environment();
   environment["DISPLAY"] = display;
   // A sanitizer's finding must not look like an exit status of the program's own.
   environment["ASAN_OPTIONS"] = "exitcode=99";
-  for (const auto& [name, value] : changes) environment[name] = value;
   return environment;
 }
 
@@ -56,10 +48,9 @@ Environment Home::environment() const {
           {"QT_QPA_PLATFORM", "xcb"}};
 }
 
-Program::Program(const std::string& display, const Home& home,
-                 const std::vector<std::string>& arguments, const Environment& changes)
+Program::Program(const std::string& display, const Home& home)
     : statusFile_(home.path() / "Library" / "Logs" / "Vorrin-status.txt"),
-      process_(commandOf(arguments), environmentOf(display, home, changes)) {}
+      process_({VORRIN_PROGRAM}, environmentOf(display, home)) {}
 
 std::optional<std::string> Program::status() const {
   std::ifstream file(statusFile_, std::ios::binary);

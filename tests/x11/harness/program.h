@@ -30,9 +30,7 @@ class Home {
 /// Vorrin, running beside the test with `home` as its home directory.
 class Program {
  public:
-  /// `changes` come last into its environment.
-  Program(const std::string& display, const Home& home,
-          const std::vector<std::string>& arguments = {}, const Environment& changes = {});
+  Program(const std::string& display, const Home& home);
 
   /// The content of its status file; nothing while there is none.
   [[nodiscard]] std::optional<std::string> status() const;

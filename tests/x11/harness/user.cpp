@@ -151,11 +151,6 @@ void User::flush() {
   XSync(native_->display.get(), False);
 }
 
-void User::movePointer(int x, int y) {
-  XTestFakeMotionEvent(native_->display.get(), 0, x, y, 0);
-  flush();
-}
-
 void User::pointAt(unsigned long window) {
   const XWindowAttributes attributes = native_->attributesOf(window);
   native_->pointInto(window, attributes.width / 2, attributes.height / 2);

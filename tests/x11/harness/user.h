@@ -54,9 +54,8 @@ class User {
   void queue(std::uint16_t virtualKey, bool down, Source source);
   void flush();
 
-  /// Moves the pointer to a place on the screen, into the middle of a window, to a place in it, or
-  /// to the left end of its bottom, where windows have nothing to click on.
-  void movePointer(int x, int y);
+  /// Moves the pointer into the middle of a window, to a place in it, or to the left end of its
+  /// bottom, where windows have nothing to click on.
   void pointAt(unsigned long window);
   void pointAt(unsigned long window, int x, int y);
   void pointAtCorner(unsigned long window);

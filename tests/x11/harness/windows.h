@@ -1,24 +1,20 @@
 #pragma once
 
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
+
+#include "tests/x11/harness/display.h"
 
 namespace vorrin::x11_tests {
 
 /// The windows on a desktop, as its window manager lists them.
 class Windows {
  public:
-  explicit Windows(const std::string& display);
-  ~Windows();
-  Windows(const Windows&) = delete;
-  Windows& operator=(const Windows&) = delete;
+  explicit Windows(const std::string& display) : display_(openDisplay(display)) {}
 
   /// The windows that the window manager manages, oldest first.
-  std::vector<unsigned long> all();
-
-  [[nodiscard]] std::string titleOf(unsigned long window);
+  std::vector<unsigned long> all() { return windowsIn("_NET_CLIENT_LIST"); }
 
   /// The first window with this title; nothing when there is none.
   std::optional<unsigned long> titled(const std::string& title);
@@ -42,8 +38,11 @@ class Windows {
   void close(unsigned long window);
 
  private:
-  struct Native;
-  std::unique_ptr<Native> native_;
+  [[nodiscard]] std::string property(unsigned long window, const char* name) const;
+  [[nodiscard]] std::vector<unsigned long> windowsIn(const char* name) const;
+  void tellManager(unsigned long window, const char* message) const;
+
+  DisplayPointer display_;
 };
 
 }  // namespace vorrin::x11_tests

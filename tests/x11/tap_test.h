@@ -39,7 +39,7 @@ struct TapTest : testing::Test {
 
   /// What the client received up to now, after the tap has taken up all that went before.
   std::vector<ClientEvent> received() {
-    tap.readSeen(user);
+    tap.readSeen();
     return client.readAll(user);
   }
 };
