@@ -152,7 +152,7 @@ class Desktop:
         """What a method answers, on the bus of the address `at` if that is given."""
         bus = ["--address", at] if at else ["--session"]
         return self.text("gdbus", "call", *bus, "--timeout", "10", "--dest", to,
-                         "--object-path", path, "--method", method, *arguments)
+                         "--object-path", path, "--method", method, "--", *arguments)
 
     def settle(self):
         """Waits until Vorrin has dealt with what was sent to it before."""

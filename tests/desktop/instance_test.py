@@ -110,6 +110,42 @@ class DesktopRequests(unittest.TestCase):
             client.drain()
 
 
+class Strangers(unittest.TestCase):
+    """What anybody on the session bus may send."""
+
+    def test_they_start_nothing_and_change_no_settings(self):
+        with Desktop() as desktop:
+            desktop.start_ready_vorrin()
+            client = Client(desktop)
+            self.assertNotIn("deleteLater", desktop.call("org.freedesktop.DBus.Introspectable.Introspect"))
+            for method in (APPLICATION + ".deleteLater", "local.vorrin.SingleInstance.deleteLater",
+                           APPLICATION + ".ActivateAction", APPLICATION + ".Open",
+                           "org.freedesktop.DBus.Properties.GetAll", "no.such.Interface.Method"):
+                for arguments in ([], ["'text'"], ["uint64 18446744073709551615", "-1", "''"]):
+                    desktop.call(method, *arguments)
+            for action in ("start", "run", "quit", "stop-all\n", "x" * 5000):
+                self.assertEqual(desktop.call(
+                    APPLICATION + ".ActivateAction", repr(action), "[<'a'>, <1>, <@av []>]",
+                    "{'activation-token': <[byte 0, 255]>}"), "()")
+            client.focus()
+            self.assertEqual(client.typed(), ([], 0))
+            self.assertFalse((desktop.home / ".config/vorrin").exists())
+
+    def test_a_flood_of_calls_does_not_keep_the_macros_from_stopping(self):
+        with Desktop() as desktop:
+            desktop.start_ready_vorrin()
+            client = Client(desktop)
+            client.focus()
+            client.start_macros()
+            for _ in range(3):
+                desktop.start(["sh", "-c", f"while :; do dbus-send --dest={BUS_NAME} --type=method_call "
+                               f"/org/vorrin/Vorrin {APPLICATION}.ActivateAction string:none "
+                               "array:string:x dict:string:string:a,b; done"])
+            client.sees_both_macros()
+            desktop.type("Escape")
+            wait_until(lambda: client.typed() == ([], 0), "an end of all clicks and digits")
+
+
 class StartByTheBus(unittest.TestCase):
     """The desktop calls Vorrin by its name, and the bus starts it from the file that is installed."""
 
@@ -160,6 +196,16 @@ class WithoutSessionBus(unittest.TestCase):
                 vorrin = desktop.start_ready_vorrin()
                 desktop.end(vorrin)
                 self.assertEqual(vorrin.returncode, 0)
+
+    def test_one_that_ends_does_not_end_the_macros(self):
+        with Desktop() as desktop:
+            desktop.start_ready_vorrin()
+            client = Client(desktop)
+            client.focus()
+            client.start_macros()
+            desktop.session_bus.kill()
+            desktop.session_bus.wait()
+            client.sees_both_macros()
 
     def test_one_that_hangs_is_left_out(self):
         with Desktop() as desktop:

@@ -16,9 +16,10 @@ GNOME_SAVER = ("org.gnome.ScreenSaver", "/org/gnome/ScreenSaver")
 class LoginManager(Service):
     """A scripted one on a system bus of its own, with one session."""
 
-    def __init__(self, desktop):
-        self.bus, address = desktop.start_bus()
-        desktop.environment["DBUS_SYSTEM_BUS_ADDRESS"] = address
+    def __init__(self, desktop, address=None):
+        if address is None:
+            self.bus, address = desktop.start_bus()
+            desktop.environment["DBUS_SYSTEM_BUS_ADDRESS"] = address
         super().__init__(desktop, "org.freedesktop.login1", MANAGER,
                          template=["--template", "logind"], address=address)
         self.script("AddSession", "'auto'", "'seat0'", f"uint32 {os.getuid()}", "'user'", "true")
@@ -100,6 +101,21 @@ class Login(SessionTest):
             self.assert_back_and_off(desktop, client)
             manager.sleep(False)
             wait_until(lambda: manager.sleep_delays() == 1, "the delay of the next time")
+            desktop.end(manager.process)
+            client.sees_both_macros()
+            manager = LoginManager(desktop, desktop.environment["DBUS_SYSTEM_BUS_ADDRESS"])
+            wait_until(lambda: manager.sleep_delays() == 1, "the delay of one that came back")
+            manager.sleep(True)
+            client.drain()
+
+    def test_nobody_else_is_taken_for_the_login_manager(self):
+        with Desktop() as desktop:
+            LoginManager(desktop)
+            client = self.at_work(desktop)
+            desktop.text("dbus-send", "--system", "--type=signal", MANAGER,
+                         "org.freedesktop.login1.Manager.PrepareForSleep", "boolean:true")
+            for _ in range(2):
+                client.sees_both_macros()
 
     def test_a_lock_and_a_switch_of_the_session_end_the_macros(self):
         changes = {

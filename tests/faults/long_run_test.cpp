@@ -5,8 +5,6 @@
 #include <iostream>
 
 #include "amounts.h"
-#include "engine/engine.h"
-#include "platform/fake/time/fake_time.h"
 #include "tap_process.h"
 #include "tests/x11/harness/server.h"
 
@@ -25,25 +23,6 @@ std::int64_t residentMemory(pid_t process) {
 }
 
 constexpr std::int64_t mebibyte = 1 << 20;
-
-TEST(LongRun, a_day_of_both_macros_misses_no_action_and_grows_by_nothing) {
-  fake::resetTime();
-  Engine macros;
-  PerMacro<std::int64_t> actions{0, 0};
-  macros.emit = [&](int macro) { ++actions[macro]; };
-  macros.intervals = {0.1, 0.02};
-  macros.toggle(0);
-  macros.toggle(1);
-  constexpr int hours = 24;
-  fake::advance(3600);
-  const std::int64_t before = residentMemory(::getpid());
-  for (int hour = 1; hour < hours; ++hour) fake::advance(3600);
-  EXPECT_EQ(actions[0], hours * 3600 * 10);
-  EXPECT_EQ(actions[1], hours * 3600 * 50);
-  EXPECT_LT(residentMemory(::getpid()) - before, mebibyte);
-  macros.stopAll();
-  EXPECT_EQ(fake::scheduledTimers(), 0U);
-}
 
 TEST(LongRun, posting_for_very_long_takes_no_more_memory) {
   const std::int64_t ticks = amount("TICKS", 50'000);

@@ -85,17 +85,6 @@ TEST_F(StopTest, escape_pressed_meanwhile_stops_the_macros_at_once_afterwards) {
   expectUsableInput();
 }
 
-TEST_F(StopTest, ended_while_stopped_it_leaves_nothing_down) {
-  startMacros();
-  const Stored before = readStored();
-  program->process().signal(SIGSTOP);
-  program->process().signal(SIGKILL);
-  ASSERT_TRUE(program->process().waitForEnd());
-  expectUsableInput();
-  EXPECT_EQ(readStored(), before);
-  expectWorkingProgram();
-}
-
 TEST_F(StopTest, asked_to_end_while_stopped_it_ends_as_usual_afterwards) {
   startMacros();
   program->process().signal(SIGSTOP);
