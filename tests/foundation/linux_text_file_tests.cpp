@@ -12,7 +12,6 @@
 #include "platform/text_file.h"
 #include "tests/foundation/child_process.h"
 #include "tests/foundation/defaults_sandbox.h"
-#include "tests/foundation/killed_at_instant.h"
 
 namespace vorrin {
 namespace {
@@ -47,12 +46,6 @@ TEST_F(LinuxTextFile, waits_for_no_pipe) {
   EXPECT_FALSE(readTextFile(file));
 }
 
-TEST_F(LinuxTextFile, gives_nothing_when_reading_fails) {
-  // A regular file whose beginning cannot be read, as on a broken disk.
-  std::filesystem::create_symlink("/proc/self/mem", file);
-  EXPECT_FALSE(readTextFile(file));
-}
-
 TEST_F(LinuxTextFile, keeps_the_old_text_and_leaves_nothing_behind_when_the_new_one_does_not_fit) {
   fill(file, "old");
   ChildProcess child([&] {
@@ -65,33 +58,6 @@ TEST_F(LinuxTextFile, keeps_the_old_text_and_leaves_nothing_behind_when_the_new_
   EXPECT_TRUE(child.wait());
   EXPECT_EQ(contentOf(file), "old");
   EXPECT_EQ(namesIn(directory), std::vector<std::string>{"text"});
-}
-
-TEST_F(LinuxTextFile, keeps_the_old_text_when_the_directory_cannot_be_written) {
-  fill(file, "old");
-  giveToOrdinaryUser();
-  ::chmod(directory.c_str(), 0500);
-  ChildProcess child([&] {
-    becomeOrdinaryUser();
-    return !writeTextFileAtomically(file, "new") && readTextFile(file) == "old";
-  });
-  EXPECT_TRUE(child.wait());
-}
-
-TEST_F(LinuxTextFile, is_whole_when_its_writer_is_killed_at_any_instant) {
-  bool killed = true;
-  for (int instant = 0; killed; ++instant) {
-    std::filesystem::remove_all(directory);
-    std::filesystem::create_directory(directory);
-    fill(file, "old");
-    killed =
-        killedAtInstant(instant, [&] { static_cast<void>(writeTextFileAtomically(file, "new")); });
-    const auto text = readTextFile(file);
-    ASSERT_TRUE(text == "old" || text == "new") << "at instant " << instant;
-    // The new text has a name of its own just before it takes the old one's place.
-    ASSERT_LE(namesIn(directory).size(), 2u) << "at instant " << instant;
-  }
-  EXPECT_EQ(readTextFile(file), "new");
 }
 
 using HomeDirectory = DefaultsSandbox;

@@ -11,9 +11,6 @@ namespace {
 
 using testing::ElementsAre;
 
-constexpr std::array<SyntheticEvent, 2> click{
-    {{.type = EventType::leftMouseDown, .location = {12.5, 34}, .keyCode = 0, .userData = 77},
-     {.type = EventType::leftMouseUp, .location = {12.5, 34}, .keyCode = 0, .userData = 77}}};
 constexpr std::array<SyntheticEvent, 2> keyPress{
     {{.type = EventType::keyDown, .location = {}, .keyCode = 29, .userData = 77},
      {.type = EventType::keyUp, .location = {}, .keyCode = 29, .userData = 77}}};
@@ -43,14 +40,6 @@ TEST(MacosEventPost, an_event_that_cannot_be_made_is_left_out) {
   ASSERT_EQ(quartz.posted.size(), 1U);
   EXPECT_EQ(quartz.posted[0].type, 11U);
   EXPECT_EQ(quartz.posted[0].userData, 77);
-}
-
-TEST(MacosEventPost, longer_batches_are_posted_whole) {
-  QuartzStandIn quartz;
-  const std::array<SyntheticEvent, 3> events{click[0], click[1], keyPress[0]};
-  postEvents(events);
-  ASSERT_EQ(quartz.posted.size(), 3U);
-  EXPECT_EQ(quartz.posted[2].type, 10U);
 }
 
 TEST(MacosEventPost, notices_of_the_system_are_never_posted) {

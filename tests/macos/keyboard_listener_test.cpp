@@ -4,7 +4,6 @@
 
 #include <cstdlib>
 
-#include "bridge/event_synthesis.h"
 #include "bridge/program_engine.h"
 #include "fresh_trust.h"
 #include "program_activity.h"
@@ -21,7 +20,6 @@ constexpr std::uint32_t keyUp = 11;
 constexpr std::uint32_t timeout = 0xFFFFFFFE;
 constexpr std::uint32_t userInput = 0xFFFFFFFF;
 constexpr std::int64_t backtick = 50;
-constexpr std::int64_t escape = 53;
 
 class MacosKeyboardListener : public testing::Test {
  protected:
@@ -77,39 +75,6 @@ TEST_F(MacosKeyboardListener, swallows_both_halves_of_a_shortcut_and_toggles_onc
   EXPECT_TRUE(engine.running[0]);
   EXPECT_FALSE(passes({.type = keyUp, .keyCode = backtick}));
   EXPECT_TRUE(passes({.type = keyUp, .keyCode = backtick}));
-}
-
-TEST_F(MacosKeyboardListener, lets_the_programs_own_events_pass_unseen) {
-  connectKeyboardListener();
-  EXPECT_TRUE(passes({.type = keyDown, .keyCode = backtick, .userData = marker}));
-  EXPECT_FALSE(engine.running[0]);
-  EXPECT_TRUE(engine.held.empty());
-}
-
-TEST_F(MacosKeyboardListener, takes_each_of_the_four_modifiers_for_one) {
-  connectKeyboardListener();
-  for (const std::uint64_t flag : {0x20000U, 0x40000U, 0x80000U, 0x100000U}) {
-    EXPECT_TRUE(passes({.type = keyDown, .keyCode = backtick, .flags = flag})) << std::hex << flag;
-    EXPECT_FALSE(engine.running[0]);
-  }
-}
-
-TEST_F(MacosKeyboardListener, takes_caps_lock_pad_help_and_function_for_no_modifiers) {
-  connectKeyboardListener();
-  for (const std::uint64_t flag : {0x10000U, 0x200000U, 0x400000U, 0x800000U}) {
-    EXPECT_FALSE(passes({.type = keyDown, .keyCode = backtick, .flags = flag})) << std::hex << flag;
-    passes({.type = keyUp, .keyCode = backtick});
-  }
-}
-
-TEST_F(MacosKeyboardListener, escape_stops_the_macros_and_passes_even_in_the_own_window) {
-  connectKeyboardListener();
-  engine.toggle(0);
-  engine.toggle(1);
-  setProgramActive(true);
-  EXPECT_TRUE(passes({.type = keyDown, .keyCode = escape}));
-  EXPECT_FALSE(engine.running[0]);
-  EXPECT_FALSE(engine.running[1]);
 }
 
 TEST_F(MacosKeyboardListener, a_tap_disabled_by_the_system_stops_everything_and_is_enabled_again) {

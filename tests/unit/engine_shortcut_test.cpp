@@ -1,113 +1,94 @@
 #include <gtest/gtest.h>
 
-#include <vector>
+#include <sstream>
+#include <string>
 
 #include "support/engine_test.h"
 #include "support/keys.h"
-#include "support/random.h"
 
 namespace vorrin {
 namespace {
 
-constexpr std::uint16_t noShortcut = 0;
-
 class ShortcutTest : public test::EngineTest {
  protected:
   bool press(std::uint16_t key) { return macros.handle(key, true, false, false); }
-  bool repeat(std::uint16_t key) { return macros.handle(key, true, true, false); }
-  bool pressModified(std::uint16_t key) { return macros.handle(key, true, false, true); }
   bool release(std::uint16_t key) { return macros.handle(key, false, false, false); }
+
+  /// Plays a press (+), an autorepeat (r), a press with a modifier (m) or a release (-) of each
+  /// key; an s for each that is swallowed and a p for each that passes.
+  std::string play(const std::string& moves) {
+    std::string verdicts;
+    std::istringstream words(moves);
+    for (std::string word; words >> word;) {
+      const std::uint16_t key = word[1] == '`'   ? backtick
+                                : word[1] == 'T' ? tab
+                                : word[1] == 'E' ? escapeKey
+                                                 : std::uint16_t{0};
+      const bool swallowed = macros.handle(key, word[0] != '-', word[0] == 'r', word[0] == 'm');
+      verdicts += swallowed ? 's' : 'p';
+    }
+    return verdicts;
+  }
 };
 
-TEST_F(ShortcutTest, a_press_starts_its_own_macro_and_the_next_one_stops_it) {
-  EXPECT_TRUE(press(backtick));
-  EXPECT_EQ(macros.running, (PerMacro<bool>{true, false}));
-  EXPECT_TRUE(release(backtick));
-  EXPECT_TRUE(press(tab));
-  EXPECT_EQ(macros.running, (PerMacro<bool>{true, true}));
-  EXPECT_TRUE(press(backtick));
-  EXPECT_EQ(macros.running, (PerMacro<bool>{false, true}));
+struct Scenario {
+  const char* what;
+  const char* moves;
+  const char* verdicts;
+  PerMacro<bool> running;
+};
+
+const Scenario scenarios[] = {
+    {"a press starts its own macro and the next one stops it",
+     "+` -` +T +`",
+     "ssss",
+     {false, true}},
+    {"only the first press before a release toggles", "+` r` +`", "sss", {true, false}},
+    {"the press after a release toggles again", "+` -` +`", "sss", {false, false}},
+    {"an autorepeat of a key not held toggles nothing", "r` -`", "sp", {false, false}},
+    {"a release without a press passes", "-T +T -T -T", "pssp", {false, true}},
+    {"Escape stops all and passes; held keys stay held", "+` +T +E -E -T", "sspps", {false, false}},
+    {"Escape counts with a modifier too", "+T mE", "sp", {false, false}},
+    {"Escape counts repeated too", "+T rE", "sp", {false, false}},
+    {"a shortcut with a modifier passes", "m` -`", "pp", {false, false}},
+    {"a modifier leaves a held key alone", "+` m` -`", "sps", {true, false}},
+    {"other keys pass", "+a ra -a", "ppp", {false, false}},
+};
+
+TEST_F(ShortcutTest, keys_are_swallowed_and_macros_toggled_as_in_these_scenarios) {
+  for (const auto& [what, moves, verdicts, running] : scenarios) {
+    macros.stopAll();
+    macros.held.clear();
+    EXPECT_EQ(play(moves), verdicts) << what;
+    EXPECT_EQ(macros.running, running) << what;
+  }
 }
 
-TEST_F(ShortcutTest, only_the_first_press_before_a_release_toggles_and_all_are_swallowed) {
-  press(backtick);
-  EXPECT_TRUE(repeat(backtick));
-  EXPECT_TRUE(press(backtick));
-  EXPECT_TRUE(macros.running[0]);
-  release(backtick);
-  EXPECT_TRUE(press(backtick));
-  EXPECT_FALSE(macros.running[0]);
-}
-
-TEST_F(ShortcutTest, autorepeat_of_a_key_not_held_is_swallowed_without_toggling) {
-  EXPECT_TRUE(repeat(backtick));
-  EXPECT_FALSE(macros.running[0]);
-  EXPECT_FALSE(release(backtick));
-}
-
-TEST_F(ShortcutTest, a_release_without_a_press_passes) {
-  EXPECT_FALSE(release(tab));
-  press(tab);
-  EXPECT_TRUE(release(tab));
-  EXPECT_FALSE(release(tab));
-}
-
-TEST_F(ShortcutTest, escape_stops_every_running_macro_passes_and_leaves_held_keys_held) {
-  press(backtick);
-  press(tab);
-  EXPECT_FALSE(press(escapeKey));
-  EXPECT_EQ(macros.running, (PerMacro<bool>{false, false}));
-  EXPECT_FALSE(release(escapeKey));
-  EXPECT_TRUE(release(tab));
-}
-
-TEST_F(ShortcutTest, escape_stops_also_when_modified_repeated_or_a_shortcut) {
-  press(tab);
+TEST_F(ShortcutTest, escape_is_never_a_shortcut) {
   macros.keys = {escapeKey, tab};
-  EXPECT_FALSE(macros.handle(escapeKey, true, true, true));
-  EXPECT_EQ(macros.running, (PerMacro<bool>{false, false}));
-  EXPECT_FALSE(press(escapeKey));
+  EXPECT_EQ(play("+E -E"), "pp");
   EXPECT_FALSE(macros.running[0]);
-  EXPECT_FALSE(release(escapeKey));
-}
-
-TEST_F(ShortcutTest, a_modified_shortcut_passes_toggles_nothing_and_leaves_held_keys_alone) {
-  EXPECT_FALSE(pressModified(backtick));
-  EXPECT_FALSE(macros.running[0]);
-  EXPECT_TRUE(macros.held.empty());
-  press(backtick);
-  EXPECT_FALSE(pressModified(backtick));
-  EXPECT_TRUE(macros.running[0]);
-  EXPECT_TRUE(release(backtick));
 }
 
 TEST_F(ShortcutTest, the_shortcut_of_a_disabled_macro_passes_and_toggles_nothing) {
   macros.enabled[1] = false;
-  EXPECT_FALSE(press(tab));
+  EXPECT_EQ(play("+T -T"), "pp");
   EXPECT_FALSE(macros.running[1]);
-  EXPECT_TRUE(macros.held.empty());
-}
-
-TEST_F(ShortcutTest, a_key_that_is_no_shortcut_passes) {
-  EXPECT_FALSE(press(noShortcut));
-  EXPECT_FALSE(repeat(noShortcut));
-  EXPECT_TRUE(macros.held.empty());
 }
 
 TEST_F(ShortcutTest, a_key_of_both_macros_is_macro_0s_only) {
   macros.keys = {tab, tab};
-  EXPECT_TRUE(press(tab));
+  EXPECT_EQ(play("+T"), "s");
   EXPECT_EQ(macros.running, (PerMacro<bool>{true, false}));
   macros.enabled[0] = false;
-  EXPECT_FALSE(press(tab));
+  EXPECT_EQ(play("+T"), "p");
   EXPECT_EQ(macros.running, (PerMacro<bool>{true, false}));
 }
 
 TEST_F(ShortcutTest, a_press_is_swallowed_and_held_also_when_the_start_is_not_permitted) {
   permission = false;
-  EXPECT_TRUE(press(backtick));
+  EXPECT_EQ(play("+` r` -`"), "sss");
   EXPECT_FALSE(macros.running[0]);
-  EXPECT_TRUE(macros.held.contains(backtick));
 }
 
 TEST_F(ShortcutTest, a_release_counts_whatever_has_changed_since_the_press) {
@@ -115,7 +96,7 @@ TEST_F(ShortcutTest, a_release_counts_whatever_has_changed_since_the_press) {
   macros.keys = {tab, 97};
   macros.enabled = {false, false};
   EXPECT_TRUE(macros.handle(backtick, false, true, true));
-  EXPECT_TRUE(macros.held.empty());
+  EXPECT_FALSE(release(backtick));
 }
 
 TEST_F(ShortcutTest, key_codes_at_both_ends_of_the_range_can_be_shortcuts) {
@@ -123,61 +104,6 @@ TEST_F(ShortcutTest, key_codes_at_both_ends_of_the_range_can_be_shortcuts) {
   EXPECT_TRUE(press(0));
   EXPECT_TRUE(press(65535));
   EXPECT_EQ(macros.running, (PerMacro<bool>{true, true}));
-}
-
-/// What the tables of the shortcut decision say, kept apart from how the engine reaches it.
-struct Model {
-  PerMacro<bool> running{false, false};
-  PerMacro<bool> enabled{true, true};
-  PerMacro<std::uint16_t> keys{backtick, tab};
-  bool permission = true;
-  std::set<std::uint16_t> held;
-
-  bool handle(std::uint16_t key, bool down, bool repeated, bool modified) {
-    const bool wasHeld = held.contains(key);
-    if (!down) {
-      held.erase(key);
-      return wasHeld;
-    }
-    if (key == escapeKey) {
-      running = {false, false};
-      return false;
-    }
-    const int owner = keys[0] == key ? 0 : keys[1] == key ? 1 : -1;
-    if (modified || owner < 0 || !enabled[owner]) return false;
-    if (repeated || wasHeld) return true;
-    held.insert(key);
-    running[owner] = !running[owner] && permission;
-    return true;
-  }
-};
-
-TEST_F(ShortcutTest, random_streams_of_events_are_decided_by_the_tables) {
-  test::Random random;
-  const std::vector<std::uint16_t> keys{backtick, tab, 97, 98, escapeKey, noShortcut};
-  Model model;
-  macros.permitted = [&model] { return model.permission; };
-  for (int step = 0; step < 200'000; ++step) {
-    if (random.chance(0.02)) model.permission = !model.permission;
-    if (random.chance(0.02)) {
-      const int macro = random.between(0, 1);
-      model.enabled[macro] = macros.enabled[macro] = random.chance(0.5);
-    }
-    if (random.chance(0.02)) {
-      const int macro = random.between(0, 1);
-      model.keys[macro] = macros.keys[macro] = random.of(keys);
-    }
-    const std::uint16_t key = random.of(keys);
-    const bool down = random.chance(0.6);
-    const bool repeated = random.chance(0.2);
-    const bool modified = random.chance(0.2);
-    ASSERT_EQ(macros.handle(key, down, repeated, modified),
-              model.handle(key, down, repeated, modified))
-        << "step " << step << ", key " << key << (down ? " down" : " up")
-        << (repeated ? " repeated" : "") << (modified ? " modified" : "");
-    ASSERT_EQ(macros.running, model.running) << "step " << step;
-    ASSERT_EQ(macros.held, model.held) << "step " << step;
-  }
 }
 
 }  // namespace

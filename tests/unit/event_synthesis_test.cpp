@@ -105,15 +105,6 @@ TEST_F(EventSynthesisTest, losing_the_permission_without_a_window_to_refresh_sto
   EXPECT_FALSE(engine.running[1]);
 }
 
-TEST_F(EventSynthesisTest, the_programs_own_keys_do_not_reach_the_engine) {
-  connectKeyboardListener();
-  engine.keys = {18, 48};
-  updateClaimedKeys();
-  emit(0);
-  EXPECT_FALSE(engine.running[0]);
-  EXPECT_TRUE(engine.held.empty());
-}
-
 TEST_F(EventSynthesisTest, macros_are_permitted_with_valid_settings_a_tap_and_trust_only) {
   EXPECT_FALSE(macrosPermitted(true));
   connectKeyboardListener();

@@ -70,14 +70,6 @@ TEST_F(ConnectedTest, other_keys_pass) {
   EXPECT_EQ(release(letter), TapVerdict::pass);
 }
 
-TEST_F(ConnectedTest, escape_stops_every_running_macro_and_passes) {
-  press(tab);
-  press(backtick);
-  EXPECT_EQ(press(escapeKey), TapVerdict::pass);
-  EXPECT_EQ(engine.running, (PerMacro<bool>{false, false}));
-  EXPECT_EQ(release(escapeKey), TapVerdict::pass);
-}
-
 TEST_F(ConnectedTest, any_autorepeat_value_but_0_is_a_repetition) {
   for (const std::int64_t value : {std::int64_t{1}, std::int64_t{-1}, std::int64_t{1} << 40}) {
     fake::feed({.type = EventType::keyDown, .keyCode = tab, .autorepeat = value});

@@ -37,17 +37,6 @@ TEST_F(SettingsPersistenceTest, stored_settings_are_loaded_again) {
   EXPECT_EQ(loadCurrentSettings(reopened()).value, otherPreset());
 }
 
-TEST_F(SettingsPersistenceTest, every_entry_is_stored_with_its_type) {
-  EXPECT_FALSE(storeCurrentSettings(defaults, {{2, 0.003}, {97, 98}, 4, {false, true}}));
-  EXPECT_EQ(defaults.object("interval0").value, DefaultsObject{2.0});
-  EXPECT_EQ(defaults.object("interval1").value, DefaultsObject{0.003});
-  EXPECT_EQ(defaults.object("key0").value, DefaultsObject{integer(97)});
-  EXPECT_EQ(defaults.object("key1").value, DefaultsObject{integer(98)});
-  EXPECT_EQ(defaults.object("enabled0").value, DefaultsObject{false});
-  EXPECT_EQ(defaults.object("enabled1").value, DefaultsObject{true});
-  EXPECT_EQ(defaults.object("digit").value, DefaultsObject{integer(4)});
-}
-
 TEST_F(SettingsPersistenceTest, random_settings_are_loaded_as_they_were_stored) {
   test::Random random;
   for (int count = 0; count < 50; ++count) {
@@ -78,17 +67,6 @@ TEST_F(SettingsPersistenceTest, entries_missing_are_replaced_one_by_one) {
   EXPECT_EQ(loaded(), (Preset{{0.05, 0.5}, {101, 48}, 1, {true, false}}));
 }
 
-TEST_F(SettingsPersistenceTest, an_interval_of_another_type_or_out_of_range_is_replaced) {
-  using Limits = std::numeric_limits<double>;
-  for (const DefaultsObject& interval : std::vector<DefaultsObject>{
-           std::string("0.2"), Data{"0.2"}, 5000.0, 3600.0000001, 0.0009, 0.0, -1.0, false, 1e300,
-           1e-300, Limits::infinity(), -Limits::infinity()}) {
-    put("interval0", interval);
-    put("interval1", interval);
-    EXPECT_EQ(loaded().intervals, (std::vector<double>{0.05, 0.001}));
-  }
-}
-
 TEST_F(SettingsPersistenceTest, numbers_and_flags_within_the_bounds_serve_as_intervals) {
   put("interval0", 3600.0);
   put("interval1", 0.001);
@@ -96,25 +74,6 @@ TEST_F(SettingsPersistenceTest, numbers_and_flags_within_the_bounds_serve_as_int
   put("interval0", integer(7));
   put("interval1", true);
   EXPECT_EQ(loaded().intervals, (std::vector<double>{7, 1}));
-}
-
-TEST_F(SettingsPersistenceTest, every_choice_is_kept_as_a_key) {
-  for (const auto& choice : choices) {
-    put("key0", integer(choice.keyCode));
-    put("key1", integer(choice.keyCode == 48 ? 50 : 48));
-    EXPECT_EQ(loaded().keys[0], choice.keyCode) << choice.name;
-  }
-}
-
-TEST_F(SettingsPersistenceTest, a_key_of_another_type_or_that_is_no_choice_is_replaced) {
-  for (const DefaultsObject& key : std::vector<DefaultsObject>{
-           integer(53), integer(0), integer(-1), integer(65535), integer(97 + 65536),
-           integer(97 - 65536), std::numeric_limits<std::int64_t>::max(), std::string("97"),
-           Data{"97"}, 97.5, true}) {
-    put("key0", key);
-    put("key1", key);
-    EXPECT_EQ(loaded().keys, (std::vector<std::uint16_t>{50, 48}));
-  }
 }
 
 TEST_F(SettingsPersistenceTest, keys_that_are_equal_or_made_so_by_a_repair_are_both_replaced) {
@@ -135,15 +94,6 @@ TEST_F(SettingsPersistenceTest, a_digit_is_brought_into_range) {
   }
 }
 
-TEST_F(SettingsPersistenceTest, a_digit_of_another_type_is_replaced) {
-  for (const DefaultsObject& digit :
-       std::vector<DefaultsObject>{std::string("7"), Data{"7"}, 7.5, 1e30, 9223372036854775808.0,
-                                   std::numeric_limits<double>::infinity()}) {
-    put("digit", digit);
-    EXPECT_EQ(loaded().digit, 1);
-  }
-}
-
 TEST_F(SettingsPersistenceTest, whole_reals_serve_as_integers_and_zero_and_one_as_flags) {
   put("key0", 97.0);
   put("digit", 7.0);
@@ -152,11 +102,24 @@ TEST_F(SettingsPersistenceTest, whole_reals_serve_as_integers_and_zero_and_one_a
   EXPECT_EQ(loaded(), (Preset{{0.05, 0.001}, {97, 48}, 7, {false, true}}));
 }
 
-TEST_F(SettingsPersistenceTest, an_enabled_flag_of_another_type_is_replaced) {
-  for (const DefaultsObject& flag :
-       std::vector<DefaultsObject>{std::string("false"), Data{"0"}, integer(2), 0.5, integer(-1)}) {
-    put("enabled0", flag);
-    EXPECT_TRUE(loaded().enabled[0]);
+TEST_F(SettingsPersistenceTest, an_entry_of_another_type_or_out_of_range_is_replaced) {
+  using Reals = std::numeric_limits<double>;
+  const std::map<std::string, std::vector<DefaultsObject>> wrong{
+      {"interval",
+       {std::string("0.2"), Data{"0.2"}, 5000.0, 3600.0000001, 0.0009, 0.0, -1.0, false, 1e300,
+        1e-300, Reals::infinity(), -Reals::infinity()}},
+      {"key",
+       {integer(53), integer(0), integer(-1), integer(65535), integer(97 + 65536),
+        integer(97 - 65536), std::numeric_limits<std::int64_t>::max(), std::string("97"),
+        Data{"97"}, 97.5, true}},
+      {"enabled", {std::string("false"), Data{"0"}, integer(2), 0.5, integer(-1)}},
+      {"digit",
+       {std::string("7"), Data{"7"}, 7.5, 1e30, 9223372036854775808.0, Reals::infinity()}}};
+  for (const auto& [entry, values] : wrong) {
+    for (const DefaultsObject& value : values) {
+      for (const char* macro : {"0", "1"}) put(entry + (entry == "digit" ? "" : macro), value);
+      EXPECT_EQ(loaded(), startPreset()) << entry << " " << &value - values.data();
+    }
   }
 }
 
