@@ -31,6 +31,8 @@ struct Latencies {
   std::vector<double> plainKey;
   std::vector<double> start;
   std::vector<double> stop;
+  std::vector<double> behindTab;       ///< nobody listens
+  std::vector<double> behindShortcut;  ///< Vorrin does
 };
 
 bool isKeyPress(const ClientEvent& event) {
@@ -65,6 +67,41 @@ void measureRound(Client& client, x11_tests::User& user, Latencies& latencies) {
   latencies.stop.push_back(std::max(0.0, milliseconds(escapePressed, lastClick)));
 }
 
+bool isLetter(const ClientEvent& event) {
+  return isKeyPress(event) && event.detail == x11_tests::keycodeOf(letterKey);
+}
+
+/// How long a letter takes that is typed right behind Tab.
+double timeBehindTab(Client& client, x11_tests::User& user) {
+  user.queue(tabKey, true, x11_tests::Source::keyboard);
+  user.queue(letterKey, true, x11_tests::Source::keyboard);
+  const std::int64_t pressed = now();
+  user.flush();
+  const double time = milliseconds(pressed, client.readUntil(isLetter).back().arrival);
+  user.release(letterKey);
+  user.release(tabKey);
+  client.readAll(user);
+  return time;
+}
+
+/// A shortcut takes its keyboard from the program in front until it was judged.
+void measureVerdicts(Latencies& latencies) {
+  constexpr double never = 3600;
+  Stage stage;
+  {
+    Client client(stage.desktop.display());
+    for (int round = 0; round < rounds; ++round) {
+      latencies.behindTab.push_back(timeBehindTab(client, stage.user));
+    }
+  }
+  const auto vorrin = startConnectedVorrin(stage, clickingEvery(never));
+  Client client(stage.desktop.display());
+  waitForShortcut(stage, tabKey);
+  for (int round = 0; round < rounds; ++round) {
+    latencies.behindShortcut.push_back(timeBehindTab(client, stage.user));
+  }
+}
+
 Row row(const std::string& name, const std::vector<double>& values,
         const std::vector<double>& reference) {
   return {name, fixed(median(values), 2), fixed(percentile(values, 0.99), 2),
@@ -81,12 +118,17 @@ void measureLatency() {
   waitForShortcut(stage, tabKey);
   Latencies latencies;
   for (int round = 0; round < rounds; ++round) measureRound(client, stage.user, latencies);
-  printTable("From a key press, in ms (100 rounds)",
-             {{"what", "p50", "p99", "of a plain key's"},
-              row("a plain key's arrival (reference)", latencies.plainKey, latencies.plainKey),
-              row("shortcut to the start (first click less one interval)", latencies.start,
-                  latencies.plainKey),
-              row("Escape to the last click received", latencies.stop, latencies.plainKey)});
+  measureVerdicts(latencies);
+  printTable(
+      "From a key press, in ms (100 rounds)",
+      {{"what", "p50", "p99", "of a plain key's"},
+       row("a plain key's arrival (reference)", latencies.plainKey, latencies.plainKey),
+       row("shortcut to the start (first click less one interval)", latencies.start,
+           latencies.plainKey),
+       row("Escape to the last click received", latencies.stop, latencies.plainKey),
+       row("a letter right behind Tab, nobody listens", latencies.behindTab, latencies.plainKey),
+       row("a letter right behind Tab, a shortcut of Vorrin's", latencies.behindShortcut,
+           latencies.plainKey)});
 }
 
 }  // namespace vorrin::bench

@@ -1,3 +1,4 @@
+#include <array>
 #include <chrono>
 #include <functional>
 #include <memory>
@@ -16,36 +17,39 @@ namespace {
 using x11_tests::Windows;
 
 constexpr int rounds = 10;
-constexpr const char* plainTitle = "plain";
 
-/// Milliseconds from the start of a program to the moment the window manager lists its window.
-double timeToWindow(Windows& windows, const std::string& title,
-                    const std::function<void()>& start) {
+/// A program to be started, and the title of its window.
+struct Starter {
+  std::string title;
+  std::function<std::shared_ptr<void>()> start;
+  std::vector<double> milliseconds{};
+};
+
+/// Adds the time from the start of a program to the moment the window manager lists its window.
+void measureStart(Windows& windows, Starter& starter) {
   const auto begin = std::chrono::steady_clock::now();
-  start();
-  if (!x11_tests::waitUntil([&] { return windows.titled(title).has_value(); })) {
+  auto program = starter.start();
+  if (!x11_tests::waitUntil([&] { return windows.titled(starter.title).has_value(); })) {
     throw std::runtime_error("no window appeared");
   }
-  return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin)
-      .count();
-}
-
-double plainWindow(const Stage& stage, Windows& windows) {
-  std::unique_ptr<x11_tests::Process> plain;
-  return timeToWindow(windows, plainTitle, [&] {
-    plain = std::make_unique<x11_tests::Process>(
-        std::vector<std::string>{VORRIN_TEST_CLIENT, plainTitle},
-        x11_tests::Environment{{"DISPLAY", stage.desktop.display()}});
-  });
-}
-
-double vorrinWindow(const Stage& stage, Windows& windows) {
-  std::unique_ptr<x11_tests::Program> vorrin;
-  return timeToWindow(windows, "Vorrin", [&] { vorrin = startVorrin(stage); });
-}
-
-void waitUntilClosed(Windows& windows) {
+  const auto end = std::chrono::steady_clock::now();
+  starter.milliseconds.push_back(std::chrono::duration<double, std::milli>(end - begin).count());
+  program.reset();
   x11_tests::waitUntil([&] { return windows.all().empty(); });
+}
+
+Starter processWith(const Stage& stage, const std::string& title,
+                    const std::vector<std::string>& command) {
+  return {title, [&stage, command] {
+            return std::make_shared<x11_tests::Process>(
+                command, x11_tests::Environment{{"DISPLAY", stage.desktop.display()}});
+          }};
+}
+
+Row row(const std::string& who, const Starter& starter, const Starter& reference) {
+  const auto& times = starter.milliseconds;
+  return {who, fixed(median(times), 1), fixed(percentile(times, 1), 1),
+          fixed(median(times) / median(reference.milliseconds), 2)};
 }
 
 }  // namespace
@@ -53,29 +57,22 @@ void waitUntilClosed(Windows& windows) {
 void measureStartup() {
   const Stage stage;
   Windows windows(stage.desktop.display());
-  std::vector<double> plain;
-  std::vector<double> vorrin;
+  auto plain = processWith(stage, "plain", {VORRIN_TEST_CLIENT, "plain"});
+  auto toolkit = processWith(stage, "toolkit", {VORRIN_TOOLKIT_WINDOW});
+  Starter vorrin{"Vorrin", [&] { return std::shared_ptr<void>(startVorrin(stage)); }};
+  Starter withPresets = vorrin;
   for (int round = 0; round < rounds; ++round) {
-    plain.push_back(plainWindow(stage, windows));
-    waitUntilClosed(windows);
-    vorrin.push_back(vorrinWindow(stage, windows));
-    waitUntilClosed(windows);
+    for (auto* const starter : std::array{&plain, &toolkit, &vorrin})
+      measureStart(windows, *starter);
   }
   storePresets(1000);
-  std::vector<double> vorrinWithPresets;
-  for (int round = 0; round < rounds; ++round) {
-    vorrinWithPresets.push_back(vorrinWindow(stage, windows));
-    waitUntilClosed(windows);
-  }
+  for (int round = 0; round < rounds; ++round) measureStart(windows, withPresets);
   printTable("From the start of the program to its window, in ms (10 rounds)",
-             {{"who", "p50", "worst", "of the plain window's"},
-              {"a plain X11 window (reference)", fixed(median(plain), 1),
-               fixed(percentile(plain, 1), 1), "1.00"},
-              {"Vorrin", fixed(median(vorrin), 1), fixed(percentile(vorrin, 1), 1),
-               fixed(median(vorrin) / median(plain), 2)},
-              {"Vorrin with 1,000 presets", fixed(median(vorrinWithPresets), 1),
-               fixed(percentile(vorrinWithPresets, 1), 1),
-               fixed(median(vorrinWithPresets) / median(plain), 2)}});
+             {{"who", "p50", "worst", "of the toolkit window's"},
+              row("a plain X11 window", plain, toolkit),
+              row("an empty window of the toolkit (reference)", toolkit, toolkit),
+              row("Vorrin", vorrin, toolkit),
+              row("Vorrin with 1,000 presets", withPresets, toolkit)});
 }
 
 }  // namespace vorrin::bench

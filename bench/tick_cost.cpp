@@ -1,5 +1,6 @@
-#include <csignal>
+#include <algorithm>
 #include <fstream>
+#include <iterator>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -53,6 +54,24 @@ double instructionsPerTick(const Stage& stage, const std::string& program,
   return (run(2 * ticks) - run(ticks)) / ticks;
 }
 
+/// System calls of a tick, by strace, counted in the same way.
+double systemCallsPerTick(const Stage& stage, const std::string& program,
+                          const std::vector<std::string>& arguments) {
+  const auto run = [&](int ticks) {
+    const std::string log = (stage.home.path() / "strace.log").string();
+    std::vector<std::string> command{"strace", "-f", "--quiet=all", "-o", log, program};
+    command.insert(command.end(), arguments.begin(), arguments.end());
+    command.push_back(std::to_string(ticks));
+    Process process(command, environmentOf(stage));
+    if (!process.waitForEnd(std::chrono::minutes(2))) throw std::runtime_error("strace hangs");
+    std::ifstream file(log);
+    return static_cast<double>(
+        std::count(std::istreambuf_iterator(file), std::istreambuf_iterator<char>(), '\n'));
+  };
+  constexpr int ticks = 1000;
+  return (run(2 * ticks) - run(ticks)) / ticks;
+}
+
 std::string allocations(const Stage& stage) {
   Process ticker({VORRIN_TICKER, "10000"}, environmentOf(stage));
   return ticker.readLine(std::chrono::minutes(1)).value_or("no answer");
@@ -62,14 +81,17 @@ std::string allocations(const Stage& stage) {
 
 void measureTickCost() {
   const Stage stage;
-  const double limit = instructionsPerTick(stage, VORRIN_BARE_CLICKER, {"1000000"});
+  const std::vector<std::string> everyMillisecond{"1000000"};
+  const double limit = instructionsPerTick(stage, VORRIN_BARE_CLICKER, everyMillisecond);
   const double vorrin = instructionsPerTick(stage, VORRIN_TICKER, {});
+  const double limitCalls = systemCallsPerTick(stage, VORRIN_BARE_CLICKER, everyMillisecond);
+  const double calls = systemCallsPerTick(stage, VORRIN_TICKER, {});
   printTable("A tick of the click macro, from its timer to the X request",
-             {{"who", "instructions", "of the bare loop's", "of what was recorded",
+             {{"who", "instructions", "of the bare loop's", "of what was recorded", "system calls",
                "allocations in 5,000"},
-              {"bare loop (reference)", fixed(limit, 0), "1.00", "", ""},
+              {"bare loop (reference)", fixed(limit, 0), "1.00", "", fixed(limitCalls, 1), ""},
               {"Vorrin", fixed(vorrin, 0), fixed(vorrin / limit, 2),
-               fixed(vorrin / recordedInstructions, 3), allocations(stage)}});
+               fixed(vorrin / recordedInstructions, 3), fixed(calls, 1), allocations(stage)}});
 }
 
 }  // namespace vorrin::bench
