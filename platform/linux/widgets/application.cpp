@@ -29,18 +29,6 @@ namespace {
 
 constexpr auto identifier = "org.vorrin.Vorrin";
 
-/// The icon's pictures beside the program, in an installation or in the build tree: for places that
-/// are none of the system's.
-QIcon iconBesideProgram() {
-  QIcon icon;
-  const QDir pictures(QApplication::applicationDirPath() + "/../share/icons/hicolor");
-  for (const QString& size : pictures.entryList({"*x*"}, QDir::Dirs)) {
-    const QString picture = pictures.filePath(size + "/apps/" + identifier + ".png");
-    if (QFile::exists(picture)) icon.addFile(picture);
-  }
-  return icon;
-}
-
 bool holdsInterfaceTest(int argumentCount, char** arguments) {
   const std::span all(arguments, static_cast<std::size_t>(argumentCount));
   return std::any_of(all.begin(), all.end(),
@@ -174,9 +162,15 @@ void Application::setMainMenu(const std::vector<Menu>& menus) {
 }
 
 void Application::loadIcon() {
-  QIcon icon = QIcon::fromTheme(identifier);
-  if (icon.isNull()) icon = iconBesideProgram();
-  if (!icon.isNull()) QApplication::setWindowIcon(icon);
+  // The pictures beside the program, in an installation or in the build tree. To ask for the icon
+  // by its name would read the indexes of all themes first.
+  QIcon icon;
+  const QDir pictures(QApplication::applicationDirPath() + "/../share/icons/hicolor");
+  for (const QString& size : pictures.entryList({"*x*"}, QDir::Dirs)) {
+    const QString picture = pictures.filePath(size + "/apps/" + identifier + ".png");
+    if (QFile::exists(picture)) icon.addFile(picture);
+  }
+  QApplication::setWindowIcon(icon);
 }
 
 }  // namespace vorrin
