@@ -1,6 +1,7 @@
 // Measures Vorrin against named references in one run and prints the tables.
 // usage: vorrin_benchmark [SECTION...]     (clicks, latency, idle, list, startup, store, tick,
 // typing; all without one)
+//        vorrin_benchmark soak [CLICKS]     (ten million)
 #include <algorithm>
 #include <cstdio>
 #include <exception>
@@ -14,6 +15,7 @@
 
 namespace {
 
+using vorrin::bench::measureSoak;
 using Section = std::pair<std::string, void (*)()>;
 
 const std::vector<Section> sections{
@@ -43,8 +45,13 @@ void runSections(const std::vector<std::string>& wanted) {
 int main(int argumentCount, char** arguments) {
   std::printf("Machine: %s, %u processors\n", processorName().c_str(),
               std::thread::hardware_concurrency());
+  const std::vector<std::string> words(arguments + 1, arguments + argumentCount);
   try {
-    runSections({arguments + 1, arguments + argumentCount});
+    if (!words.empty() && words.front() == "soak") {
+      measureSoak(words.size() > 1 ? std::stol(words[1]) : 10'000'000);
+    } else {
+      runSections(words);
+    }
   } catch (const std::exception& error) {
     std::fprintf(stderr, "vorrin: the measurement ended early: %s\n", error.what());
     return 1;

@@ -12,4 +12,7 @@ void measureStore();
 void measureTickCost();
 void measureTyping();
 
+/// Runs only when it is asked for: ten million clicks take three hours.
+void measureSoak(long clicks);
+
 }  // namespace vorrin::bench
