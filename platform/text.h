@@ -2,6 +2,7 @@
 
 #include <compare>
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -16,6 +17,11 @@ std::string trimmed(std::string_view text);
 
 /// Number of characters as a user counts them (extended grapheme clusters).
 std::size_t characterCount(std::string_view text);
+
+/// `text`, or what `fits` of it: as many characters of its beginning and its end as can be, with an
+/// ellipsis between them. Without any character it is taken to fit.
+std::string shortenedInMiddle(const std::string& text,
+                              const std::function<bool(const std::string&)>& fits);
 
 /// Order of two names shown to the user: by the rules of the user's language, without regard to
 /// case, runs of digits by their number ("Preset 2" before "Preset 10").

@@ -10,6 +10,7 @@
 #endif
 
 #include <cerrno>
+#include <vector>
 
 #include "platform/portable/utf8.h"
 
@@ -34,6 +35,23 @@ bool isWhiteSpace(char32_t code) {
   }
 }
 
+/// Where each character begins, as a user counts them.
+std::vector<std::size_t> characterStarts(std::string_view text) {
+  std::vector<std::size_t> starts;
+  utf8proc_int32_t state = 0;
+  utf8proc_int32_t previous = 0;
+  for (std::size_t place = 0; place < text.size();) {
+    const Character character = firstCharacter(text.substr(place));
+    const auto code = static_cast<utf8proc_int32_t>(character.code);
+    if (starts.empty() || utf8proc_grapheme_break_stateful(previous, code, &state)) {
+      starts.push_back(place);
+    }
+    previous = code;
+    place += character.length;
+  }
+  return starts;
+}
+
 }  // namespace
 
 std::string trimmed(std::string_view text) {
@@ -51,17 +69,24 @@ std::string trimmed(std::string_view text) {
 }
 
 std::size_t characterCount(std::string_view text) {
-  std::size_t count = 0;
-  utf8proc_int32_t state = 0;
-  utf8proc_int32_t previous = 0;
-  while (!text.empty()) {
-    const Character character = firstCharacter(text);
-    const auto code = static_cast<utf8proc_int32_t>(character.code);
-    if (count == 0 || utf8proc_grapheme_break_stateful(previous, code, &state)) ++count;
-    previous = code;
-    text.remove_prefix(character.length);
+  return characterStarts(text).size();
+}
+
+std::string shortenedInMiddle(const std::string& text,
+                              const std::function<bool(const std::string&)>& fits) {
+  if (fits(text)) return text;
+  auto starts = characterStarts(text);
+  starts.push_back(text.size());
+  const auto withOnly = [&](std::size_t characters) {
+    const std::size_t end = starts[starts.size() - 1 - characters / 2];
+    return text.substr(0, starts[(characters + 1) / 2]) + "…" + text.substr(end);
+  };
+  std::size_t most = 0;
+  for (std::size_t tooMany = starts.size() - 1; tooMany - most > 1;) {
+    const std::size_t middle = most + (tooMany - most) / 2;
+    (fits(withOnly(middle)) ? most : tooMany) = middle;
   }
-  return count;
+  return withOnly(most);
 }
 
 std::optional<double> parseNumber(std::string_view text) {

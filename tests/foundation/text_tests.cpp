@@ -47,6 +47,18 @@ TEST(Trimmed, keeps_bytes_that_are_not_utf8) {
   EXPECT_EQ(trimmed("\x83 \x80\xA0 "), "\x83 \x80\xA0");
 }
 
+TEST(ShortenedInMiddle, keeps_as_much_of_both_ends_as_fits) {
+  const auto shortened = [](const std::string& text, std::size_t most) {
+    return shortenedInMiddle(text,
+                             [most](const auto& some) { return characterCount(some) <= most; });
+  };
+  EXPECT_EQ(shortened("Saved “abcdef”.", 15), "Saved “abcdef”.");
+  EXPECT_EQ(shortened("Saved “abcdef”.", 14), "Saved “…cdef”.");
+  EXPECT_EQ(shortened("👩‍👩‍👧‍👦Größe👩‍👩‍👧‍👦", 3),
+            "👩‍👩‍👧‍👦…👩‍👩‍👧‍👦");
+  EXPECT_EQ(shortened("ab", 1), "…");
+}
+
 TEST(CharacterCount, counts_what_is_not_utf8_and_a_leading_byte_order_mark) {
   EXPECT_EQ(characterCount("a\xC3"), 2u);
   EXPECT_EQ(characterCount("\xED\xA0\x80"), 3u);  // half of a surrogate pair

@@ -4,6 +4,9 @@
 #include <algorithm>
 #include <cmath>
 
+#include "platform/linux/foundation/native_text.h"
+#include "platform/text.h"
+
 namespace vorrin {
 
 namespace {
@@ -21,16 +24,6 @@ QString drawnText(QString text) {
     }
   }
   return text;
-}
-
-/// The text with every word that is wider than `most` shortened in its middle.
-QString withShortWords(const QString& text, const QFontMetrics& metrics, int most) {
-  QStringList words = text.split(QLatin1Char(' '));
-  for (QString& word : words) {
-    if (word.contains(QChar::LineSeparator) || metrics.horizontalAdvance(word) <= most) continue;
-    word = metrics.elidedText(word, Qt::ElideMiddle, most);
-  }
-  return words.join(QLatin1Char(' '));
 }
 
 }  // namespace
@@ -78,40 +71,23 @@ int LabelWidget::heightForWidth(int width) const {
 void LabelWidget::paintEvent(QPaintEvent*) {
   QTextLayout layout(fittedText(width()), font());
   const int lines = breakLines(layout, width());
-  const int shown = shownLines(lines);
-  const QFontMetrics metrics = fontMetrics();
-  const int firstBaseline = baselineInLine();
   QPainter painter(this);
   painter.setPen(palette().color(foregroundRole()));
-  for (int i = 0; i < shown; ++i) {
+  for (int i = 0; i < lines; ++i) {
     // Lines that borrow letters from a taller font keep the label's own line height.
     const QTextLine line = layout.lineAt(i);
-    const int baseline = firstBaseline + i * lineHeight();
-    if (i == shown - 1 && lines > shown) {
-      const QString rest = layout.text().mid(line.textStart());
-      painter.drawText(0, baseline, metrics.elidedText(rest, Qt::ElideRight, width()));
-    } else {
-      line.draw(&painter, QPointF(0, baseline - line.ascent() - line.y()));
-    }
+    const int baseline = baselineInLine() + i * lineHeight();
+    line.draw(&painter, QPointF(0, baseline - line.ascent() - line.y()));
   }
 }
 
 QString LabelWidget::fittedText(int width) const {
-  const QString whole = drawnText(text());
-  const auto fits = [this, width](const QString& text) {
-    QTextLayout layout(text, font());
+  const auto fits = [this, width](const std::string& text) {
+    QTextLayout layout(nativeText(text), font());
     const int lines = breakLines(layout, width);
     return shownLines(lines) == lines;
   };
-  if (fits(whole)) return whole;
-  const auto shortened = [&](int most) { return withShortWords(whole, fontMetrics(), most); };
-  int least = fontMetrics().horizontalAdvance(QStringLiteral("\u201cM\u2026M\u201d."));
-  if (!fits(shortened(least))) return whole;
-  for (int most = width; least < most;) {
-    const int middle = (least + most + 1) / 2;
-    fits(shortened(middle)) ? least = middle : most = middle - 1;
-  }
-  return shortened(least);
+  return nativeText(shortenedInMiddle(drawnText(text()).toStdString(), fits));
 }
 
 int LabelWidget::lineHeight() const {

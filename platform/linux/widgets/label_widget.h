@@ -22,8 +22,8 @@ class LabelWidget : public QLabel, public NativeView {
 
   Color textColor;
 
-  /// The text as it is drawn in lines of this width. Where not all of them may be shown, words that
-  /// are too long give up their middles, so that the end is seen.
+  /// The text as it is drawn in lines of this width. Where it needs more of them than may be shown,
+  /// it gives up its middle, so that the end is seen.
   [[nodiscard]] QString fittedText(int width) const;
 
   [[nodiscard]] std::string_view kindName() const override { return "Label"; }

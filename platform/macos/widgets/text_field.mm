@@ -7,6 +7,7 @@
 #include "platform/macos/foundation/ns_string.h"
 #include "platform/macos/widgets/appearance.h"
 #include "platform/macos/widgets/editable_field.h"
+#include "platform/macos/widgets/label.h"
 #include "platform/macos/widgets/view_native.h"
 
 /// Passes the edits of a native field on to a `TextFieldDelegate`.
@@ -51,7 +52,7 @@ NSTextField* nsTextField(const TextField& field) {
 }  // namespace
 
 TextField TextField::wrappingLabel(const std::string& text) {
-  return TextField(nativeOf([NSTextField wrappingLabelWithString:nsString(text)]));
+  return TextField(nativeOf([VorrinLabel wrappingLabelWithString:nsString(text)]));
 }
 
 TextField TextField::field(const std::string& text) {
