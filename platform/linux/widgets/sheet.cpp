@@ -84,7 +84,9 @@ void Sheet::addAccessory(const Alert& alert) {
   auto& field = widgetOf<QLineEdit>(*accessory_);
   panel_->layout()->addWidget(&field);
   if (field.accessibleName().isEmpty()) field.setAccessibleName(nativeText(alert.messageText));
-  field.selectAll();
+  // All of it, seen from its beginning.
+  field.end(false);
+  field.home(true);
   setFocusProxy(&field);
 }
 

@@ -6,6 +6,7 @@
 #include <QMenu>
 #include <QScreen>
 #include <QShortcut>
+#include <QWindow>
 #include <algorithm>
 #include <string_view>
 
@@ -87,9 +88,17 @@ void WindowWidget::setContentMinSize(QSize size) {
 
 void WindowWidget::center() {
   const QRect room = screen()->availableGeometry();
-  const int left = room.x() + (room.width() - frameGeometry().width()) / 2;
-  const int top = room.y() + (room.height() - frameGeometry().height()) / 2;
-  move(std::max(left, room.x()), std::max(top, room.y()));
+  const QSize whole = size() + frameSize();
+  const QPoint corner(std::max(room.x() + (room.width() - whole.width()) / 2, room.x()),
+                      std::max(room.y() + (room.height() - whole.height()) / 2, room.y()));
+  // Until the window manager has told of the frame, the library's widgets take theirs to have none,
+  // and would be put below its title.
+  windowHandle() == nullptr ? move(corner) : windowHandle()->setFramePosition(corner);
+}
+
+QSize WindowWidget::frameSize() const {
+  const QMargins frame = windowHandle() == nullptr ? QMargins() : windowHandle()->frameMargins();
+  return {frame.left() + frame.right(), frame.top() + frame.bottom()};
 }
 
 void WindowWidget::showOverContent(QWidget& view) {
@@ -130,7 +139,7 @@ void WindowWidget::openFirstMenu() {
 
 void WindowWidget::fitToScreen() {
   if (isMaximized() || isFullScreen()) return;
-  const QSize room = screen()->availableSize() - (frameGeometry().size() - size());
+  const QSize room = screen()->availableSize() - frameSize();
   setMinimumSize(minimumSize().boundedTo(room));
   if (size() == size().boundedTo(room)) return;
   resize(size().boundedTo(room));

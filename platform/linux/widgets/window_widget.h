@@ -45,6 +45,8 @@ class WindowWidget : public QWidget {
   void openFirstMenu();
   /// A window manager takes the smallest size at its word, and the screen may have less room.
   void fitToScreen();
+  /// What the window manager puts around it, as far as it has told.
+  [[nodiscard]] QSize frameSize() const;
   [[nodiscard]] QSize withMenuBar(QSize contentSize) const;
 
   ScrollView* const scrollView_;

@@ -108,6 +108,22 @@ TEST_F(QtPopUpMenu, marks_the_current_item_while_the_pointer_is_at_another) {
   EXPECT_EQ(greenPixels(row(0)), 0);
 }
 
+TEST_F(QtPopUpMenu, shows_the_widest_title_whole) {
+  const std::string widest = "Backtick `";
+  made_.addItems(std::vector{widest});
+  fill(2);
+  open();
+  const QImage shown = row(0);
+  const QRect title(0, 0,
+                    popUp_.fontMetrics().horizontalAdvance(QString::fromStdString(widest)) + 6,
+                    shown.height());
+  popUp_.hidePopup();
+  made_.addItems(std::vector{widest + " and more"});
+  popUp_.resize(popUp_.sizeHint());
+  open();
+  EXPECT_EQ(row(0).copy(title), shown.copy(title));
+}
+
 TEST_F(QtPopUpMenu, that_is_long_has_a_slim_bar) {
   fill(40);
   open();
