@@ -67,7 +67,7 @@ void EndToEndTest::waitUntilListening() {
 }
 
 bool EndToEndTest::hasSheet() {
-  return windows.pixelOf(vorrinWindow(), 290, 55) != 0;
+  return windows.pictureOf(vorrinWindow()).at(290, 55) != Picture::Pixel{};
 }
 
 Preset EndToEndTest::stored() {

@@ -34,13 +34,35 @@ TEST_F(WindowTest, macros_pause_while_the_window_is_in_front_where_escape_stops_
 TEST_F(WindowTest, the_place_for_the_permission_is_a_sheet_that_return_closes) {
   start();
   showVorrin();
+  const auto before = windows.all();
   panel.push(Control::openSettings);
   ASSERT_TRUE(waitUntil([&] { return hasSheet(); }));
+  EXPECT_EQ(windows.all(), before);
   user.tap(keys::enter);
   ASSERT_TRUE(waitUntil([&] { return !hasSheet(); }));
   showClient();
   user.tap(keys::tab);
   expectActions(mouseMacro);
+}
+
+TEST_F(WindowTest, the_menu_of_a_pop_up_is_as_wide_as_it_and_leaves_no_trace) {
+  start();
+  showVorrin();
+  panel.focus(Control::keyboardShortcut);
+  Picture before = windows.pictureOf(vorrinWindow());
+  const auto change = [&] { return windows.pictureOf(vorrinWindow()).aroundDifference(before); };
+  ASSERT_TRUE(waitUntil([&] {
+    before = windows.pictureOf(vorrinWindow());
+    waitFor(std::chrono::milliseconds(100));
+    return change().right < 0;
+  }));
+  const auto ends = before.edges(184, 100, 222);
+  user.tap(keys::space);
+  ASSERT_TRUE(waitUntil([&] { return change().bottom > 300; }));
+  EXPECT_EQ(change().left, ends.front());
+  EXPECT_EQ(change().right + 1, ends.back());
+  user.tap(keys::escape);
+  EXPECT_TRUE(waitUntil([&] { return change().right < 0; }));
 }
 
 TEST_F(WindowTest, what_is_changed_in_it_works_at_once) {

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "tests/x11/harness/display.h"
+#include "tests/x11/harness/picture.h"
 
 namespace vorrin::x11_tests {
 
@@ -31,8 +32,8 @@ class Windows {
   /// Its width in pixels, without the frame.
   unsigned widthOf(unsigned long window);
 
-  /// The colour at this place of the window, as 0xRRGGBB.
-  unsigned long pixelOf(unsigned long window, int x, int y);
+  /// What the screen shows at the window's place.
+  Picture pictureOf(unsigned long window);
 
   /// Asks the program that shows the window to close it.
   void close(unsigned long window);
