@@ -183,6 +183,14 @@ class Accessibility(unittest.TestCase):
         wait_until(lambda: self.has("combo box", "Saved presets").get_name() == "No saved presets",
                    "an empty list")
 
+    def test_the_place_of_the_permission_is_a_dialog_that_return_closes(self):
+        title = "No permission is needed in an X11 session"
+        self.go_to("button", "Open Accessibility Settings")
+        self.desktop.type("space")
+        self.has("dialog", title)
+        self.desktop.type("Return")
+        wait_until(lambda: not self.find("dialog", title), "the end of the dialog")
+
 
 if __name__ == "__main__":
     unittest.main(verbosity=2)

@@ -82,15 +82,6 @@ class OneInstance(unittest.TestCase):
             second = desktop.start_ready_vorrin()
             wait_until(lambda: desktop.name_owner_process() == second.pid, "the name's new owner")
 
-    def test_the_self_checks_take_no_part(self):
-        with Desktop() as desktop:
-            first = desktop.start_ready_vorrin()
-            for check in ("--self-test", "--ui-test"):
-                run = desktop.start_vorrin(check, cwd=desktop.home)
-                self.assertEqual(run.wait(60), 0, run.stderr.read())
-            self.assertTrue((desktop.home / "ui-preview.png").exists())
-            self.assertEqual(desktop.name_owner_process(), first.pid)
-
 
 class DesktopRequests(unittest.TestCase):
     def test_activate_and_open_show_the_window_and_stop_all_stops_both_macros(self):
@@ -175,14 +166,6 @@ class StartByTheBus(unittest.TestCase):
                 self.assertEqual(desktop.start_vorrin().wait(PATIENCE), 0)
                 self.assertEqual((desktop.name_owner_process(), desktop.vorrin_windows()), (first, window))
 
-    def test_a_start_while_the_bus_starts_another_leaves_one(self):
-        with self.desktop_with_service() as desktop:
-            started = desktop.start_vorrin()
-            desktop.call(APPLICATION + ".Activate", "{}")
-            wait_until(lambda: started.poll() == 0 or
-                       desktop.name_owner_process() == started.pid, "one Vorrin")
-            wait_until(lambda: len(desktop.vorrin_windows()) == 1, "one window")
-
 
 class WithoutSessionBus(unittest.TestCase):
     def assert_runs_on(self, vorrin):
@@ -190,7 +173,7 @@ class WithoutSessionBus(unittest.TestCase):
             vorrin.wait(0.3)
 
     def test_none_or_one_that_cannot_be_reached_is_no_obstacle(self):
-        for address in (None, "", "nonsense", "unix:path=/nonexistent/bus", "autolaunch:"):
+        for address in (None, "nonsense", "unix:path=/nonexistent/bus"):
             variables = {} if address is None else {"DBUS_SESSION_BUS_ADDRESS": address}
             with self.subTest(address), Desktop(session_bus=False, variables=variables) as desktop:
                 vorrin = desktop.start_ready_vorrin()

@@ -11,7 +11,6 @@ from desktop import Client, Desktop, Service, wait_until
 NAME = "org.freedesktop.RealtimeKit1"
 GRANT = """import os
 os.sched_setscheduler(args[0], os.SCHED_RR | os.SCHED_RESET_ON_FORK, os.sched_param(args[1]))"""
-REFUSE = "raise dbus.exceptions.DBusException('no', name='org.freedesktop.DBus.Error.AccessDenied')"
 
 # Root has every right; Vorrin's users have this one seldom.
 WITHOUT_RIGHT = ["setpriv", "--bounding-set", "-sys_nice"] if os.geteuid() == 0 else []
@@ -55,12 +54,6 @@ class Scheduling(unittest.TestCase):
         client.drain()
         wait_until(lambda: not is_real_time(vorrin), "ordinary scheduling")
 
-    def test_its_own_right_is_used(self):
-        with Desktop() as desktop:
-            vorrin, client = self.start_clicking(desktop)
-            self.assertEqual(is_real_time(vorrin), may_grant())
-            self.assert_ordinary_after_escape(desktop, vorrin, client)
-
     def test_the_service_is_asked_and_the_right_given_back(self):
         with Desktop() as desktop:
             kit = RealtimeKit(desktop, GRANT)
@@ -71,14 +64,6 @@ class Scheduling(unittest.TestCase):
                 bounds = next(line for line in limits if line.startswith("Max realtime timeout"))
             self.assertEqual(bounds.split()[3:5], ["100000", "200000"])
             self.assert_ordinary_after_escape(desktop, vorrin, client)
-
-    def test_a_refusal_is_no_obstacle(self):
-        with Desktop() as desktop:
-            kit = RealtimeKit(desktop, REFUSE)
-            vorrin, client = self.start_clicking(desktop, by=WITHOUT_RIGHT)
-            kit.wait_for_request(vorrin.pid)
-            client.sees_both_macros()
-            self.assertFalse(is_real_time(vorrin))
 
     def test_a_grant_that_comes_after_the_end_is_given_back(self):
         with Desktop() as desktop:

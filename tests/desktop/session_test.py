@@ -263,24 +263,6 @@ class Savers(SessionTest):
             saver.process.kill()
             client.sees_both_macros()
 
-    def test_escape_and_a_lock_end_the_macros_behind_one(self):
-        with Desktop() as desktop:
-            manager = LoginManager(desktop)
-            client = self.at_work(desktop)
-            saver = ScreenSaver(desktop, *GNOME_SAVER)
-            saver.set_active(True)
-            self.assert_away(client)
-            desktop.type("Escape")
-            desktop.settle()
-            saver.set_active(False)
-            self.assert_back_and_off(desktop, client)
-            saver.set_active(True)
-            manager.set("LockedHint", True)
-            self.assert_away(client)
-            manager.set("LockedHint", False)
-            saver.set_active(False)
-            self.assert_back_and_off(desktop, client)
-
 
 if __name__ == "__main__":
     unittest.main(verbosity=2)

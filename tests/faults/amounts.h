@@ -7,8 +7,8 @@ namespace vorrin::faults {
 /// How much is done of what can be done for ever. The variable VORRIN_FAULT_NAME of the environment
 /// decides; without it `usual`, which keeps the run of all tests short:
 ///
-///   VORRIN_FAULT_ROUNDS=500      kills of the whole program (usual: 60)
-///   VORRIN_FAULT_TICKS=10000000  posted presses and clicks of the soak (usual: 50000)
+///   VORRIN_FAULT_ROUNDS=500      kills of the whole program (usual: 40)
+///   VORRIN_FAULT_TICKS=10000000  posted presses and clicks of the soak (usual: 20000)
 ///   VORRIN_FAULT_STOP=10         seconds for which programs are stopped (usual: 3)
 ///   VORRIN_FAULT_LAG=400         milliseconds that the server lags by (usual: 20)
 ///   VORRIN_FAULT_SEED=7          of everything that is random (usual: 1)

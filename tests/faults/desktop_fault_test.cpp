@@ -52,12 +52,12 @@ TEST_F(DesktopFault,
 
 TEST_F(DesktopFault, the_death_of_its_server_ends_the_program_and_loses_nothing) {
   startMacros();
-  const Stored before = readStored();
+  const Preset before = stored();
   desktop.server().process().signal(SIGKILL);
   const std::optional<Ending> ending = program->process().waitForEnd();
   ASSERT_TRUE(ending);
   EXPECT_FALSE(ending->bySignal);
-  EXPECT_EQ(readStored(), before);
+  EXPECT_EQ(stored(), before);
   Desktop other;
   const Program again(other.display(), home);
   EXPECT_TRUE(again.waitUntilReady());
@@ -97,7 +97,7 @@ TEST_F(DesktopFault,
        what_is_left_down_in_front_of_a_server_that_stood_still_goes_with_the_next_run) {
   settings.intervals = {0.001, 0.001};
   start();
-  const std::int64_t rounds = (amount("ROUNDS", 60) + 11) / 12;
+  const std::int64_t rounds = (amount("ROUNDS", 40) + 11) / 12;
   const std::chrono::milliseconds lag{amount("LAG", 20)};
   for (std::int64_t round = 0; round < rounds && !HasFailure(); ++round) {
     SCOPED_TRACE("round " + std::to_string(round));

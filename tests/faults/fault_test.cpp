@@ -2,30 +2,11 @@
 
 #include <X11/Xlib.h>
 
-#include <algorithm>
 #include <array>
-#include <ostream>
 
-#include "input_watch.h"
-#include "platform/user_defaults.h"
-#include "settings/preset_json.h"
-#include "settings/settings_persistence.h"
-#include "tests/foundation/defaults_sandbox.h"
 #include "tests/x11/harness/display.h"
 
 namespace vorrin::faults {
-
-Stored readStored() {
-  const auto defaults = UserDefaults::standard();
-  const auto [settings, failure] = loadCurrentSettings(defaults);
-  EXPECT_FALSE(failure);
-  return {settings, PresetStore(defaults).all().value};
-}
-
-std::ostream& operator<<(std::ostream& stream, const Stored& stored) {
-  return stream << encodePreset(stored.settings).value_or("?") << " and "
-                << encodePresets(stored.presets).value_or("?");
-}
 
 void FaultTest::startMacros() {
   start();
@@ -42,15 +23,6 @@ void FaultTest::runMacros() {
 void FaultTest::passMoment(std::chrono::microseconds bound) {
   waitFor(std::chrono::microseconds(
       std::uniform_int_distribution<std::int64_t>(0, bound.count())(random)));
-}
-
-double FaultTest::pressesPerSecond(std::chrono::milliseconds duration) {
-  const std::int64_t begin = monotonicNanoseconds();
-  InputWatch watch(desktop.display());
-  waitFor(duration);
-  // On a busy machine this process may wake up late.
-  const int presses = watch.takePresses();
-  return presses * 1e9 / static_cast<double>(monotonicNanoseconds() - begin);
 }
 
 std::string FaultTest::heldInput() const {
@@ -77,14 +49,6 @@ void FaultTest::expectUsableInput() {
   client->readAll(user);
   user.type("a");
   EXPECT_EQ(keysOf(client->readAll(user)), tapOf(keys::a));
-}
-
-void FaultTest::expectNoLeftovers() const {
-  // What a killed program left of a new file is used up by the next edit.
-  EXPECT_FALSE(store("edited", !(vorrin::stored("edited").value == DefaultsObject(true))));
-  EXPECT_EQ(namesIn(settingsDirectory()), std::vector<std::string>{"org.vorrin.Vorrin.json"});
-  EXPECT_EQ(namesIn(home.path() / "Library" / "Logs"),
-            std::vector<std::string>{"Vorrin-status.txt"});
 }
 
 void FaultTest::expectWorkingProgram() {

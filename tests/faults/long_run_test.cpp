@@ -25,7 +25,7 @@ std::int64_t residentMemory(pid_t process) {
 constexpr std::int64_t mebibyte = 1 << 20;
 
 TEST(LongRun, posting_for_very_long_takes_no_more_memory) {
-  const std::int64_t ticks = amount("TICKS", 50'000);
+  const std::int64_t ticks = amount("TICKS", 20'000);
   constexpr std::int64_t inOneGo = 500;
   // The sanitizer keeps what was freed for a while.
   ::setenv("ASAN_OPTIONS", "quarantine_size_mb=1:thread_local_quarantine_size_kb=64", 1);
@@ -40,7 +40,7 @@ TEST(LongRun, posting_for_very_long_takes_no_more_memory) {
     }
   };
   // Until the buffers have the size that they keep.
-  post(25'000);
+  post(10'000);
   const std::int64_t before = residentMemory(tap.process().id());
   post(ticks);
   const std::int64_t growth = residentMemory(tap.process().id()) - before;

@@ -1,5 +1,6 @@
 #include <csignal>
-#include <fstream>
+#include <memory>
+#include <vector>
 
 #include "fault_test.h"
 #include "input_watch.h"
@@ -15,55 +16,16 @@ struct StopTest : FaultTest {
     program->process().signal(SIGCONT);
   }
 
-  /// Stops the program where it waits for something to do. What it is at it would do afterwards.
-  void stopBetweenActions() {
-    ASSERT_TRUE(waitUntil([&] {
-      const long sleepsIn = systemCall();
-      program->process().signal(SIGSTOP);
-      if (waitUntil([&] { return isStopped(); }) && sleepsIn >= 0 && systemCall() == sleepsIn) {
-        return true;
-      }
-      program->process().signal(SIGCONT);
-      return false;
-    }));
-  }
-
-  /// The number of the system call that the program sleeps in or was stopped in; -1 where there is
-  /// none.
-  [[nodiscard]] long systemCall() const {
-    long number = -1;
-    return fileOf("syscall") >> number ? number : -1;
-  }
-
-  [[nodiscard]] bool isStopped() const {
-    std::ifstream stat = fileOf("stat");
-    std::string field;
-    stat >> field >> field >> field;
-    return field == "T";
-  }
-
-  [[nodiscard]] std::ifstream fileOf(const std::string& name) const {
-    return std::ifstream("/proc/" + std::to_string(program->process().id()) + "/" + name);
-  }
-
   const std::chrono::seconds duration{amount("STOP", 3)};
 };
-
-TEST_F(StopTest, the_keyboard_works_while_the_program_is_stopped) {
-  startMacros();
-  program->process().signal(SIGSTOP);
-  expectUsableInput();
-  waitFor(duration);
-  user.tap(keys::tab);
-  expectUsableInput();
-  program->process().signal(SIGCONT);
-}
 
 TEST_F(StopTest, the_macros_go_on_afterwards_without_making_up_for_what_they_missed) {
   startMacros();
   stopAWhile();
   // Both act a hundred times a second.
-  EXPECT_LT(pressesPerSecond(std::chrono::milliseconds(500)), 300);
+  InputWatch watch(desktop.display());
+  waitFor(std::chrono::milliseconds(500));
+  EXPECT_LT(watch.takePresses(), 300);
   expectActions(keyboardMacro);
   expectActions(mouseMacro);
   user.tap(keys::escape);
@@ -71,17 +33,15 @@ TEST_F(StopTest, the_macros_go_on_afterwards_without_making_up_for_what_they_mis
   expectUsableInput();
 }
 
-TEST_F(StopTest, escape_pressed_meanwhile_stops_the_macros_at_once_afterwards) {
+TEST_F(StopTest, the_keyboard_works_meanwhile_and_escape_stops_the_macros_afterwards) {
   startMacros();
-  stopBetweenActions();
+  program->process().signal(SIGSTOP);
+  expectUsableInput();
   waitFor(duration);
-  client->readAll(user);
   user.tap(keys::escape);
-  InputWatch watch(desktop.display());
+  expectUsableInput();
   program->process().signal(SIGCONT);
-  waitFor(std::chrono::milliseconds(500));
-  // One of each macro, which was due all the while.
-  EXPECT_LE(watch.takePresses(), 2);
+  expectSilence();
   expectUsableInput();
 }
 
@@ -92,6 +52,34 @@ TEST_F(StopTest, asked_to_end_while_stopped_it_ends_as_usual_afterwards) {
   waitFor(std::chrono::milliseconds(200));
   program->process().signal(SIGCONT);
   EXPECT_EQ(program->process().waitForEnd(), Ending{});
+  expectUsableInput();
+}
+
+// The machine has other things to do.
+struct LoadFault : FaultTest {
+  std::vector<std::unique_ptr<Process>> load;
+
+  void startLoad() {
+    for (int count = 0; count < 6; ++count) {
+      load.push_back(
+          std::make_unique<Process>(std::vector<std::string>{"sh", "-c", "while :; do :; done"}));
+    }
+  }
+};
+
+TEST_F(LoadFault, on_a_busy_machine_no_key_is_lost_and_what_a_macro_presses_it_releases) {
+  settings.intervals = {3600, 0.001};
+  start();
+  startLoad();
+  user.tap(keys::tab);
+  expectActions(mouseMacro);
+  const std::string text = "the quick brown fox jumps over a lazy dog 0123456789";
+  client->readAll(user);
+  user.type(text);
+  EXPECT_EQ(textOf(client->readAll(user)), text);
+  user.tap(keys::escape);
+  expectSilence();
+  load.clear();
   expectUsableInput();
 }
 

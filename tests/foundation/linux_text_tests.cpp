@@ -1,11 +1,61 @@
 #include <gtest/gtest.h>
+#include <pwd.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <cstdlib>
+#include <string>
+#include <vector>
 
 #include "platform/text.h"
+#include "platform/text_file.h"
+#include "tests/foundation/child_process.h"
+#include "tests/foundation/defaults_sandbox.h"
 
 namespace vorrin {
 namespace {
+
+class LinuxTextFile : public DefaultsSandbox {
+ protected:
+  LinuxTextFile() { std::filesystem::create_directory(directory); }
+
+  const std::filesystem::path directory = root / "directory";
+  const std::filesystem::path file = directory / "text";
+};
+
+TEST_F(LinuxTextFile, keeps_the_old_text_and_leaves_nothing_behind_when_the_new_one_does_not_fit) {
+  fill(file, "old");
+  ChildProcess child([&] {
+    ::signal(SIGXFSZ, SIG_IGN);
+    const rlimit limit{.rlim_cur = 100, .rlim_max = 100};
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+    return !writeTextFileAtomically(file, std::string(200, 'x')) &&
+           !writeTextFileAtomically(file, std::string(20'000, 'x'));
+  });
+  EXPECT_TRUE(child.wait());
+  EXPECT_EQ(contentOf(file), "old");
+  EXPECT_EQ(namesIn(directory), std::vector<std::string>{"text"});
+}
+
+using HomeDirectory = DefaultsSandbox;
+
+TEST_F(HomeDirectory, is_what_the_environment_says) {
+  EXPECT_EQ(homeDirectory(), home);
+  ::setenv("HOME", "/does/not/exist", 1);
+  EXPECT_EQ(homeDirectory(), "/does/not/exist");
+}
+
+TEST_F(HomeDirectory, is_that_of_the_account_when_the_environment_names_none) {
+  const std::string account = ::getpwuid(::getuid())->pw_dir;
+  ::unsetenv("HOME");
+  EXPECT_EQ(homeDirectory(), account);
+  for (const char* none : {"", "not/absolute"}) {
+    ::setenv("HOME", none, 1);
+    EXPECT_EQ(homeDirectory(), account);
+  }
+}
 
 /// Whether "zebra" comes before "ärlig" where the environment names these languages. In a process
 /// of its own, since a program finds out its language once.

@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 
 #include <chrono>
 #include <cmath>
@@ -51,17 +50,6 @@ TEST(LinuxTimer, gives_its_descriptor_back) {
     timer.invalidate();
   }
   EXPECT_EQ(openDescriptors(), before);
-}
-
-void scheduleWithoutDescriptors() {
-  RunLoop::main().runFor(0.001);
-  const rlimit none{.rlim_cur = 0, .rlim_max = 0};
-  ::setrlimit(RLIMIT_NOFILE, &none);
-  schedule(Timer(1, [] {}));
-}
-
-TEST(LinuxTimer, that_the_system_does_not_give_ends_the_process) {
-  EXPECT_DEATH(scheduleWithoutDescriptors(), "The system gave no timer");
 }
 
 }  // namespace

@@ -152,14 +152,6 @@ TEST_F(LinuxUserDefaults, follows_the_file_when_it_is_replaced_or_removed) {
   EXPECT_EQ(defaults.object("key").value, DefaultsObject(std::int64_t{3}));
 }
 
-TEST_F(LinuxUserDefaults, opens_no_descriptor_for_good) {
-  EXPECT_FALSE(store("key", true));
-  const auto open = openDescriptors();
-  EXPECT_FALSE(store("key", 1.0));
-  EXPECT_TRUE(stored("key").value);
-  EXPECT_EQ(openDescriptors(), open);
-}
-
 using Suite = LinuxUserDefaults;
 
 TEST_F(Suite, is_refused_a_name_that_is_none) {

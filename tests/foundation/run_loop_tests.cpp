@@ -41,33 +41,6 @@ TEST(RunLoop, serves_timers_of_both_modes) {
   EXPECT_GT(common, 0);
 }
 
-TEST(RunLoop, serves_timers_only_while_it_runs) {
-  int count = 0;
-  const Timer timer(0.001, [&] { ++count; });
-  RunLoop::main().add(timer, RunLoopMode::common);
-  RunLoop::main().runFor(0.02);
-  const int after = count;
-  const auto start = Clock::now();
-  while (secondsFrom(start) < 0.01) {
-  }
-  EXPECT_EQ(count, after);
-  RunLoop::main().runFor(0.02);
-  EXPECT_GT(count, after);
-  timer.invalidate();
-}
-
-TEST(RunLoop, takes_a_timer_added_twice_for_one) {
-  int count = 0;
-  const auto start = Clock::now();
-  const Timer timer(0.01, [&] { ++count; });
-  RunLoop::main().add(timer, RunLoopMode::common);
-  RunLoop::main().add(timer, RunLoopMode::common);
-  RunLoop::main().runFor(0.055);
-  timer.invalidate();
-  EXPECT_GT(count, 0);
-  EXPECT_LE(count, static_cast<int>(secondsFrom(start) / 0.01));
-}
-
 TEST(RunLoop, runs_within_itself) {
   const auto start = Clock::now();
   double inner = 0;

@@ -46,18 +46,6 @@ TEST_F(TextFile, is_not_written_in_a_missing_directory_and_does_not_make_it) {
   EXPECT_FALSE(writeTextFileAtomically("", "new"));
 }
 
-TEST_F(TextFile, does_not_replace_a_directory) {
-  std::filesystem::create_directories(file / "inner");
-  EXPECT_FALSE(writeTextFileAtomically(file, "new"));
-  EXPECT_TRUE(std::filesystem::is_directory(file));
-  EXPECT_EQ(filesInDirectory(), 1);
-}
-
-TEST_F(TextFile, cannot_be_read_from_a_directory_or_nothing) {
-  EXPECT_FALSE(readTextFile(directory));
-  EXPECT_FALSE(readTextFile(file));
-}
-
 TEST_F(TextFile, gives_nothing_when_it_is_not_utf8) {
   for (const char* content : {"\xFF", "a\xC3", "\xED\xA0\x80", "\xC0\x80", "\xF5\x80\x80\x80"}) {
     fill(content);

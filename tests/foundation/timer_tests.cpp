@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <memory>
 #include <optional>
 #include <thread>
 #include <vector>
@@ -133,46 +132,6 @@ TEST(Timer, does_not_fire_once_invalidated_even_if_it_was_due_already) {
   EXPECT_EQ(count, 1);
 }
 
-TEST(Timer, releases_its_block_when_it_is_invalidated_or_has_no_copy_left) {
-  auto owned = std::make_shared<int>();
-  const Timer timer(0.001, [owned] {});
-  schedule(timer);
-  {
-    const Timer never(0.001, [owned] {});
-  }
-  EXPECT_EQ(owned.use_count(), 2);
-  timer.invalidate();
-  EXPECT_EQ(owned.use_count(), 1);
-}
-
-TEST(Timer, releases_its_block_after_it_when_it_invalidates_the_timer) {
-  auto owned = std::make_shared<int>();
-  std::optional<Timer> timer;
-  long usesInside = 0;
-  timer.emplace(0.001, [&, owned] {
-    timer->invalidate();
-    usesInside = owned.use_count();
-  });
-  schedule(*timer);
-  ASSERT_TRUE(runUntil([&] { return usesInside > 0; }));
-  EXPECT_EQ(usesInside, 2);
-  EXPECT_EQ(owned.use_count(), 1);
-}
-
-TEST(Timer, may_be_owned_by_its_own_block) {
-  auto owner = std::make_shared<std::vector<Timer>>();
-  int count = 0;
-  owner->emplace_back(0.001, [owner, &count] {
-    ++count;
-    owner->front().invalidate();
-  });
-  schedule(owner->front());
-  const std::weak_ptr<std::vector<Timer>> watched = owner;
-  owner.reset();
-  ASSERT_TRUE(runUntil([&] { return count > 0; }));
-  EXPECT_TRUE(watched.expired());
-}
-
 TEST(Timer, does_not_enter_a_block_that_is_still_running) {
   int depth = 0;
   int deepest = 0;
@@ -187,22 +146,6 @@ TEST(Timer, does_not_enter_a_block_that_is_still_running) {
   ASSERT_TRUE(runUntil([&] { return count >= 3; }));
   timer.invalidate();
   EXPECT_EQ(deepest, 1);
-}
-
-TEST(Timer, may_be_invalidated_while_its_block_runs_the_run_loop) {
-  int count = 0;
-  std::optional<Timer> timer;
-  timer.emplace(0.001, [&] {
-    const Timer other(0.001, [&] { timer->invalidate(); });
-    schedule(other);
-    RunLoop::main().runFor(0.01);
-    other.invalidate();
-    ++count;
-  });
-  schedule(*timer);
-  ASSERT_TRUE(runUntil([&] { return count > 0; }));
-  RunLoop::main().runFor(0.01);
-  EXPECT_EQ(count, 1);
 }
 
 }  // namespace

@@ -124,49 +124,44 @@ TEST_F(BackendTest, allowing_for_good_connects) {
   EXPECT_EQ(helper.calls().back(), "AskEveryTime");
 }
 
-TEST_F(BackendTest, a_helper_of_another_version_is_left) {
-  backend.isTrustedWithPrompt();
-  helper.say(Hello{.version = version + 1});
-  expectLeft("another version");
-}
-
-TEST_F(BackendTest, a_message_before_the_hello_is_refused) {
-  backend.isTrustedWithPrompt();
-  helper.say(Availability{});
-  expectLeft("no place");
-}
-
-TEST_F(BackendTest, a_second_hello_is_refused) {
-  makeTap();
-  helper.say(Hello{});
-  expectLeft("no place");
-  EXPECT_TRUE(invalidated);
-}
-
-/// Packets that no message is made of.
-struct BadPacket : BackendTest, testing::WithParamInterface<std::string> {};
-
-std::string whole() {
-  const auto packet = encode(FromHelper(Question{1, evdevTab, 0}));
+std::string bytesOf(const FromHelper& message) {
+  const auto packet = encode(message);
   return {reinterpret_cast<const char*>(packet.bytes.data()), packet.size};
 }
 
-INSTANTIATE_TEST_SUITE_P(FromTheHelper, BadPacket,
-                         testing::Values("x", std::string(60'000, 'x'), whole().substr(0, 6),
-                                         whole() + "more", std::string("\1\0\4", 3)),
-                         [](const auto& packet) { return std::to_string(packet.index); });
+struct BadWord {
+  std::string bytes;
+  const char* log;
+};
 
-TEST_P(BadPacket, ends_the_connection_and_the_tap) {
-  makeTap();
-  helper.sayBytes(GetParam());
-  expectLeft("no meaning");
-  EXPECT_TRUE(invalidated);
+/// What a helper may not say first, and what it may never say.
+const BadWord badFirstWords[] = {{bytesOf(Hello{.version = version + 1}), "another version"},
+                                 {bytesOf(Availability{}), "no place"},
+                                 {"x", "no meaning"}};
+const BadWord badWords[] = {{bytesOf(Hello{}), "no place"},
+                            {"x", "no meaning"},
+                            {std::string(60'000, 'x'), "no meaning"},
+                            {bytesOf(Question{1, evdevTab, 0}).substr(0, 6), "no meaning"},
+                            {bytesOf(Question{1, evdevTab, 0}) + "more", "no meaning"},
+                            {std::string("\1\0\4", 3), "no meaning"}};
+
+struct BadFirstWord : BackendTest, testing::WithParamInterface<BadWord> {};
+INSTANTIATE_TEST_SUITE_P(FromTheHelper, BadFirstWord, testing::ValuesIn(badFirstWords));
+
+TEST_P(BadFirstWord, ends_the_connection) {
+  backend.isTrustedWithPrompt();
+  helper.sayBytes(GetParam().bytes);
+  expectLeft(GetParam().log);
 }
 
-TEST_P(BadPacket, as_the_first_word_ends_the_connection) {
-  backend.isTrustedWithPrompt();
-  helper.sayBytes(GetParam());
-  expectLeft("no meaning");
+struct BadLaterWord : BackendTest, testing::WithParamInterface<BadWord> {};
+INSTANTIATE_TEST_SUITE_P(FromTheHelper, BadLaterWord, testing::ValuesIn(badWords));
+
+TEST_P(BadLaterWord, ends_the_connection_and_the_tap) {
+  makeTap();
+  helper.sayBytes(GetParam().bytes);
+  expectLeft(GetParam().log);
+  EXPECT_TRUE(invalidated);
 }
 
 }  // namespace

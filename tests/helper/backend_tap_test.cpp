@@ -4,6 +4,7 @@ namespace vorrin::helper {
 namespace {
 
 using namespace helper_protocol;
+using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
@@ -12,16 +13,6 @@ TEST_F(BackendTest, a_held_keyboard_gives_the_permission_but_no_tap) {
   helper.serve(Listening::keyboardTaken);
   EXPECT_TRUE(until([this] { return backend.isTrusted(); }));
   EXPECT_FALSE(backend.createTap(keyEvents, remember, {}));
-}
-
-TEST_F(BackendTest, an_enabled_tap_is_told_to_the_helper) {
-  connect();
-  tap = backend.createTap(keyEvents, remember, {});
-  ASSERT_TRUE(tap);
-  tap->addToMainRunLoop();
-  tap->setEnabled(true);
-  ASSERT_TRUE(tap->claim(claimed));
-  EXPECT_EQ(nextHeard(), ToHelper(Configure{1, shortcutSet(evdevTab)}));
 }
 
 TEST_F(BackendTest, a_question_is_answered_with_the_tap_s_verdict) {
@@ -66,15 +57,6 @@ TEST_F(BackendTest, other_keys_that_are_claimed_are_told_to_the_helper) {
   EXPECT_EQ(nextHeard(), ToHelper(Configure{1, 0b11}));
 }
 
-TEST_F(BackendTest, a_tap_without_a_helper_can_claim_nothing) {
-  makeTap();
-  const auto kept = tap;
-  helper.hangUp();
-  ASSERT_TRUE(until([this] { return invalidated; }));
-  EXPECT_FALSE(kept->canClaim(claimed));
-  EXPECT_FALSE(kept->claim(claimed));
-}
-
 TEST_F(BackendTest, a_helper_found_gone_when_it_is_told_something_invalidates_the_tap) {
   makeTap();
   helper.hangUp();
@@ -99,8 +81,11 @@ TEST_F(BackendTest, a_tap_disabled_for_want_of_an_answer_is_told_so_and_asked_no
 
 TEST_F(BackendTest, a_helper_that_ends_invalidates_the_tap_and_is_reached_again) {
   makeTap();
+  const auto kept = tap;
   helper.hangUp();
   EXPECT_TRUE(until([this] { return invalidated; }));
+  EXPECT_FALSE(kept->canClaim(claimed));
+  EXPECT_FALSE(kept->claim(claimed));
   EXPECT_FALSE(backend.isTrusted());
   EXPECT_TRUE(until([this] { return helper.calls().size() == 2; }));
   EXPECT_EQ(helper.calls().back(), "connect");
@@ -120,6 +105,29 @@ TEST_F(BackendTest, a_keyboard_that_is_taken_or_a_session_that_is_away_invalidat
     }));
     invalidated = false;
   }
+}
+
+TEST_F(BackendTest, posts_of_one_tick_are_one_message) {
+  connect();
+  const std::array click{SyntheticEvent{.type = EventType::leftMouseDown, .location = {}},
+                         SyntheticEvent{.type = EventType::leftMouseUp, .location = {}}};
+  backend.post(click);
+  EXPECT_THAT(helper.heard(), ElementsAre(ToHelper(Post{2, {{{0, 1}, {0, 0}}}})));
+}
+
+TEST_F(BackendTest, a_digit_is_posted_by_its_place_on_the_keyboard) {
+  connect();
+  const std::array press{
+      SyntheticEvent{.type = EventType::keyDown, .location = {}, .keyCode = oneKey},
+      SyntheticEvent{.type = EventType::keyUp, .location = {}, .keyCode = oneKey}};
+  backend.post(press);
+  EXPECT_THAT(helper.heard(), ElementsAre(ToHelper(Post{2, {{{evdevOne, 1}, {evdevOne, 0}}}})));
+}
+
+TEST_F(BackendTest, without_a_helper_nothing_is_posted) {
+  const std::array click{SyntheticEvent{.type = EventType::leftMouseDown, .location = {}}};
+  backend.post(click);
+  EXPECT_THAT(helper.calls(), IsEmpty());
 }
 
 }  // namespace

@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -17,6 +16,11 @@
 #include "ui/app.h"
 
 namespace vorrin {
+
+using driver::choose;
+using driver::click;
+using driver::type;
+using driver::waitFor;
 
 /// The real window, worked as a user works it, with the scripted input services behind it and a
 /// home directory of its own.
@@ -36,18 +40,8 @@ class InterfaceTest : public testing::Test {
   /// The label with this text.
   [[nodiscard]] TextField label(const std::string& text) const;
 
-  /// Serves events until `condition` holds; false when that takes longer than a few seconds.
-  [[nodiscard]] static bool waitFor(const std::function<bool()>& condition) {
-    return driver::waitFor(condition);
-  }
-  /// Clicks a control of the window.
-  static void click(const View& view) { driver::click(view); }
   /// Enters text where the keyboard is.
   void enter(const std::string& text) const { driver::enter(app->window, text); }
-  /// Replaces the text of a field.
-  static void type(const TextField& field, const std::string& text) { driver::type(field, text); }
-  /// Picks an item of a pop-up.
-  static void choose(const PopUpButton& popUp, int item) { driver::choose(popUp, item); }
 
   /// Whether a question waits for an answer.
   [[nodiscard]] bool hasSheet() const { return driver::hasSheet(app->window); }

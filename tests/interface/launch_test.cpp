@@ -1,6 +1,6 @@
 #include "bridge/program_engine.h"
 #include "interface_test.h"
-#include "platform/fake/system/fake_system.h"
+#include "ui/theme.h"
 
 namespace vorrin {
 namespace {
@@ -42,16 +42,6 @@ TEST_F(Launch, the_window_has_these_buttons) {
                           "Rename", "Delete", "Open Accessibility Settings", "Retry connection"));
 }
 
-TEST_F(Launch, both_macros_are_off) {
-  for (const int macro : {0, 1}) {
-    const auto index = static_cast<std::size_t>(macro);
-    EXPECT_FALSE(engine.running[macro]);
-    EXPECT_EQ(app->states[index].text(), "OFF");
-    EXPECT_EQ(app->buttons[index].title(), "Start");
-    EXPECT_TRUE(app->buttons[index].isEnabled());
-  }
-}
-
 TEST_F(Launch, an_empty_domain_gives_the_start_values) {
   EXPECT_EQ(app->fields[0].text(), "0.05");
   EXPECT_EQ(app->fields[1].text(), "0.001");
@@ -82,35 +72,6 @@ TEST_F(Launch, saved_settings_fill_the_controls) {
   EXPECT_TRUE(app->buttons[1].isEnabled());
 }
 
-TEST_F(Launch, unusable_saved_settings_are_replaced_without_a_word) {
-  store({{"interval0", std::string("0.2")},
-         {"interval1", 5000.0},
-         {"key0", std::int64_t{53}},
-         {"key1", std::int64_t{48}},
-         {"digit", std::int64_t{42}}});
-  launch();
-  EXPECT_EQ(app->fields[0].text(), "0.05");
-  EXPECT_EQ(app->fields[1].text(), "0.001");
-  EXPECT_EQ(app->shortcuts[0].titleOfSelectedItem(), "Backtick `");
-  EXPECT_EQ(app->output.titleOfSelectedItem(), "9");
-  EXPECT_EQ(app->saveNotice.text(), "Settings save automatically.");
-  EXPECT_EQ(stored("interval1"), DefaultsObject(5000.0));
-}
-
-TEST_F(Launch, equal_saved_shortcuts_become_the_start_values) {
-  store({{"key0", std::int64_t{97}}, {"key1", std::int64_t{97}}, {"digit", std::int64_t{-3}}});
-  launch();
-  EXPECT_EQ(app->shortcuts[0].titleOfSelectedItem(), "Backtick `");
-  EXPECT_EQ(app->shortcuts[1].titleOfSelectedItem(), "Tab");
-  EXPECT_EQ(app->output.titleOfSelectedItem(), "0");
-}
-
-TEST_F(Launch, the_keyboard_listener_is_connected_before_the_window_is_shown) {
-  EXPECT_EQ(fake::system().tapMasks.size(), 1U);
-  EXPECT_TRUE(fake::tapIsListening());
-  EXPECT_TRUE(driver::isVisible(app->window));
-}
-
 TEST_F(Launch, every_control_that_is_worked_has_a_name_for_screen_readers) {
   for (const View& view : allControls()) {
     const auto field = TextField::from(view);
@@ -123,6 +84,21 @@ TEST_F(Launch, the_check_boxes_are_named_after_their_macros) {
   EXPECT_EQ(driver::spokenName(app->checks[0]), "Enable keyboard repeat");
   EXPECT_EQ(driver::spokenName(app->checks[1]), "Enable left mouse click");
   EXPECT_THAT(app->checks[0].title(), IsEmpty());
+}
+
+constexpr Color labelColor = Color::sRgb(0.55, 0.61, 0.57);
+
+TEST_F(Launch, the_window_is_black) {
+  EXPECT_EQ(app->window.backgroundColor(), Color::black());
+}
+
+TEST_F(Launch, labels_have_the_label_colour_but_for_the_headings) {
+  EXPECT_EQ(label("Keyboard repeat").textColor(), labelColor);
+  EXPECT_EQ(label("Shortcut").textColor(), labelColor);
+  EXPECT_EQ(app->saveNotice.textColor(), labelColor);
+  EXPECT_EQ(app->presetNotice.textColor(), labelColor);
+  EXPECT_EQ(label("> VORRIN").textColor(), hackerGreen);
+  EXPECT_EQ(label("NAMED PRESETS").textColor(), Color::sRgb(0.77, 0.82, 0.79));
 }
 
 }  // namespace

@@ -61,32 +61,5 @@ TEST_F(Lifecycle, a_window_that_was_closed_still_exists) {
   EXPECT_TRUE(driver::isVisible(app->window));
 }
 
-TEST_F(Lifecycle, the_interface_check_gets_a_window_that_is_not_shown_and_no_listener) {
-  const auto arguments = std::vector<std::string>{"vorrin", "--ui-test"};
-  fake::resetSystem();
-  bool checked = false;
-  const auto checkedApp = std::make_shared<App>(arguments, [&checked](App& built) {
-    checked = true;
-    EXPECT_FALSE(driver::isVisible(built.window));
-    EXPECT_FALSE(built.poll.has_value());
-  });
-  checkedApp->applicationDidFinishLaunching();
-  EXPECT_TRUE(checked);
-  EXPECT_TRUE(fake::system().tapMasks.empty());
-  UserDefaults::removePersistentDomain(checkedApp->testSuite);
-}
-
-TEST_F(Lifecycle, the_interface_check_leaves_the_users_settings_alone) {
-  const auto arguments = std::vector<std::string>{"vorrin", "--ui-test"};
-  const auto checkedApp = std::make_shared<App>(arguments, [](App& built) {
-    built.fields[0].setText("9");
-    built.autoSave();
-  });
-  checkedApp->applicationDidFinishLaunching();
-  EXPECT_EQ(stored("interval0"), std::nullopt);
-  EXPECT_EQ(checkedApp->defaults().object("interval0").value, DefaultsObject(9.0));
-  UserDefaults::removePersistentDomain(checkedApp->testSuite);
-}
-
 }  // namespace
 }  // namespace vorrin

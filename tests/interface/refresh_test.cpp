@@ -1,6 +1,3 @@
-#include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <tuple>
 
 #include "bridge/program_engine.h"
@@ -11,14 +8,7 @@
 namespace vorrin {
 namespace {
 
-class Refresh : public InterfaceTest {
- protected:
-  [[nodiscard]] std::string statusFile() const {
-    std::ostringstream text;
-    text << std::ifstream(home.path / "Library/Logs/Vorrin-status.txt").rdbuf();
-    return text.str();
-  }
-};
+using Refresh = InterfaceTest;
 
 /// Both macros, each with the other at rest.
 class RefreshOfMacro : public InterfaceTest, public testing::WithParamInterface<int> {
@@ -72,15 +62,6 @@ TEST_P(RefreshOfMacro, the_button_is_enabled_when_ready_and_enabled_and_valid) {
       }
     }
   }
-}
-
-TEST_P(RefreshOfMacro, a_running_macro_that_may_not_start_shows_a_disabled_stop) {
-  click(startButton());
-  app->settingsValid = false;
-  app->refresh();
-  EXPECT_EQ(state().text(), "RUNNING");
-  EXPECT_EQ(startButton().title(), "Stop");
-  EXPECT_FALSE(startButton().isEnabled());
 }
 
 TEST_P(RefreshOfMacro, screen_readers_hear_which_macro_the_button_starts_or_stops) {
@@ -137,23 +118,6 @@ TEST_F(Refresh, the_connection_comes_by_itself_soon_after_the_permission_is_give
 TEST_F(Refresh, the_button_for_the_settings_opens_them) {
   click(button("Open Accessibility Settings"));
   EXPECT_EQ(fake::system().settingsOpenings, 1U);
-}
-
-TEST_F(Refresh, the_status_file_says_what_the_window_says) {
-  EXPECT_EQ(statusFile(), "accessibility=true eventTap=true ready=true\n");
-  fake::system().trusted = false;
-  app->refresh();
-  EXPECT_EQ(statusFile(), "accessibility=false eventTap=true ready=false\n");
-}
-
-TEST_F(Refresh, a_second_one_changes_neither_window_nor_status_file) {
-  app->refresh();
-  const std::string picture = app->window.contentView().pngSnapshot();
-  const auto file = home.path / "Library/Logs/Vorrin-status.txt";
-  const auto written = std::filesystem::last_write_time(file);
-  app->refresh();
-  EXPECT_EQ(app->window.contentView().pngSnapshot(), picture);
-  EXPECT_EQ(std::filesystem::last_write_time(file), written);
 }
 
 }  // namespace

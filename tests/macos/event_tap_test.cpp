@@ -94,14 +94,6 @@ TEST_F(MacosEventTap, reads_three_fields_and_the_flags_for_the_callback_and_does
   EXPECT_EQ(seen[0].userData, 5);
 }
 
-TEST_F(MacosEventTap, passes_numbers_on_that_fit_no_key_code) {
-  const EventTap tap = connected();
-  for (const std::int64_t keyCode : {-1, 65536}) {
-    quartz.deliver({.type = 10, .keyCode = keyCode});
-    EXPECT_EQ(seen.back().keyCode, keyCode);
-  }
-}
-
 TEST_F(MacosEventTap, never_swallows_a_notice) {
   const EventTap tap = connected();
   verdict = TapVerdict::swallow;
@@ -110,14 +102,6 @@ TEST_F(MacosEventTap, never_swallows_a_notice) {
   ASSERT_EQ(seen.size(), 2U);
   EXPECT_EQ(seen[0].type, EventType::tapDisabledByTimeout);
   EXPECT_EQ(seen[1].type, EventType::tapDisabledByUserInput);
-}
-
-TEST_F(MacosEventTap, grants_any_keys) {
-  const EventTap tap = connected();
-  const std::vector<std::uint16_t> keys{50, 48};
-  EXPECT_TRUE(tap.claim(keys));
-  EXPECT_TRUE(tap.canClaim(keys));
-  EXPECT_THAT(quartz.takeCalls(), IsEmpty());
 }
 
 TEST_F(MacosEventTap, watches_the_grant_ten_times_a_second_even_while_menus_are_open) {
@@ -159,13 +143,6 @@ TEST_F(MacosEventTap, has_ended_when_the_grant_is_back_and_it_cannot_be_enabled_
   quartz.fireTimers();
   EXPECT_FALSE(dropped);
   EXPECT_EQ(quartz.liveObjects(), 0U);
-}
-
-TEST_F(MacosEventTap, is_left_alone_while_the_grant_lasts) {
-  const EventTap tap = connected();
-  quartz.fireTimers();
-  EXPECT_THAT(quartz.takeCalls(), ElementsAre("AXIsProcessTrusted()"));
-  EXPECT_THAT(seen, IsEmpty());
 }
 
 TEST_F(MacosEventTap, that_died_unheard_counts_as_disabled_by_the_system_and_is_enabled_again) {

@@ -59,14 +59,6 @@ TEST_F(MacosKeyboardListener, connects_by_these_calls_in_this_order) {
   EXPECT_TRUE(engine.tap);
 }
 
-TEST_F(MacosKeyboardListener, makes_no_tap_without_trust) {
-  quartz.trusted = false;
-  connectKeyboardListener();
-  EXPECT_THAT(quartz.takeCalls(),
-              ElementsAre("AXIsProcessTrustedWithOptions(kAXTrustedCheckOptionPrompt: true, 1)"));
-  EXPECT_FALSE(engine.tap);
-}
-
 TEST_F(MacosKeyboardListener, swallows_both_halves_of_a_shortcut_and_toggles_once) {
   connectKeyboardListener();
   EXPECT_FALSE(passes({.type = keyDown, .keyCode = backtick}));
@@ -87,27 +79,6 @@ TEST_F(MacosKeyboardListener, a_tap_disabled_by_the_system_stops_everything_and_
     EXPECT_TRUE(engine.held.empty());
     EXPECT_EQ(quartz.tapEnabled(), true);
   }
-}
-
-TEST_F(MacosKeyboardListener, a_lost_grant_stops_the_macros_and_holds_the_tap_back) {
-  connectKeyboardListener();
-  passes({.type = keyDown, .keyCode = backtick});
-  quartz.trusted = false;
-  quartz.fireTimers();
-  EXPECT_FALSE(engine.running[0]);
-  EXPECT_TRUE(engine.held.empty());
-  EXPECT_EQ(quartz.tapEnabled(), false);
-  EXPECT_TRUE(engine.tap) << "the tap is still there, only off";
-}
-
-TEST_F(MacosKeyboardListener, listens_again_when_the_grant_is_back) {
-  connectKeyboardListener();
-  quartz.trusted = false;
-  quartz.fireTimers();
-  quartz.trusted = true;
-  quartz.fireTimers();
-  EXPECT_FALSE(passes({.type = keyDown, .keyCode = backtick}));
-  EXPECT_TRUE(engine.running[0]);
 }
 
 TEST_F(MacosKeyboardListener, a_deleted_grant_costs_one_time_out_though_the_system_denies_it) {
@@ -167,16 +138,6 @@ TEST_F(MacosKeyboardListener, a_tap_that_is_disabled_three_times_in_a_minute_is_
     std::_Exit(dropped && !engine.tap && isProcessTrusted() ? 0 : 1);
   };
   EXPECT_EXIT(giveUp(), testing::ExitedWithCode(0), "");
-}
-
-TEST_F(MacosKeyboardListener, a_tap_that_ended_by_itself_is_gone_and_can_be_made_anew) {
-  connectKeyboardListener();
-  passes({.type = keyDown, .keyCode = backtick});
-  quartz.invalidatePort();
-  EXPECT_FALSE(engine.tap);
-  EXPECT_FALSE(engine.running[0]);
-  connectKeyboardListener();
-  EXPECT_TRUE(engine.tap);
 }
 
 }  // namespace

@@ -2,11 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <type_traits>
 
 #include "support/engine_test.h"
-#include "support/required.h"
 
 namespace vorrin {
 namespace {
@@ -15,7 +13,6 @@ static_assert(!std::is_copy_constructible_v<Engine> && !std::is_copy_assignable_
 static_assert(!std::is_polymorphic_v<Engine>);
 
 using test::EngineTest;
-using test::required;
 
 PerMacro<bool> both(bool value) {
   return {value, value};
@@ -34,16 +31,6 @@ TEST(FreshEngine, has_its_start_values) {
   EXPECT_FALSE(fresh.changed);
 }
 
-TEST(FreshEngine, starts_and_acts_without_any_closure_installed) {
-  fake::resetTime();
-  Engine fresh;
-  fresh.toggle(0);
-  fake::advance(0.1);
-  EXPECT_TRUE(fresh.running[0]);
-  fresh.stop(0);
-  EXPECT_FALSE(fresh.running[0]);
-}
-
 TEST_F(EngineTest, a_start_sets_the_macro_running_and_then_calls_changed_once) {
   PerMacro<bool> seen;
   macros.changed = [&] {
@@ -52,7 +39,7 @@ TEST_F(EngineTest, a_start_sets_the_macro_running_and_then_calls_changed_once) {
   };
   macros.toggle(0);
   EXPECT_EQ(seen, (PerMacro<bool>{true, false}));
-  EXPECT_TRUE(required(macros.timers[0]).isValid());
+  EXPECT_TRUE(macros.timers[0].value().isValid());
   EXPECT_EQ(changes, 1);
 }
 
@@ -89,7 +76,7 @@ TEST_F(EngineTest, a_macro_without_permission_does_not_start) {
 
 TEST_F(EngineTest, toggling_a_running_macro_stops_it) {
   macros.toggle(0);
-  const Timer timer = required(macros.timers[0]);
+  const Timer timer = macros.timers[0].value();
   macros.toggle(0);
   EXPECT_EQ(macros.running, both(false));
   EXPECT_FALSE(macros.timers[0]);
@@ -175,41 +162,6 @@ TEST_F(EngineTest, an_action_may_stop_the_other_macro_that_is_due_at_the_same_mo
   macros.toggle(1);
   fake::advance(1);
   EXPECT_EQ(actions, (PerMacro<int>{1, 0}));
-}
-
-TEST_F(EngineTest, an_action_may_restart_its_own_macro) {
-  macros.emit = [this](int macro) {
-    ++actions[macro];
-    macros.toggle(macro);
-    macros.toggle(macro);
-  };
-  macros.toggle(0);
-  fake::advance(0.25);
-  EXPECT_EQ(actions[0], 5);
-  EXPECT_EQ(fake::scheduledTimers(), 1U);
-}
-
-TEST_F(EngineTest, changed_may_stop_the_macro_that_just_started) {
-  macros.changed = [this] {
-    if (macros.running[0]) macros.stop(0);
-  };
-  macros.toggle(0);
-  fake::advance(1);
-  EXPECT_FALSE(macros.running[0]);
-  EXPECT_EQ(actions[0], 0);
-  EXPECT_EQ(fake::scheduledTimers(), 0U);
-}
-
-TEST_F(EngineTest, a_timer_that_outlives_its_engine_does_nothing) {
-  int count = 0;
-  auto mortal = std::make_unique<Engine>();
-  mortal->emit = [&count](int) { ++count; };
-  mortal->toggle(1);
-  fake::advance(0.005);
-  mortal.reset();
-  EXPECT_EQ(fake::scheduledTimers(), 1U);
-  fake::advance(1);
-  EXPECT_EQ(count, 5);
 }
 
 using EngineDeathTest = EngineTest;

@@ -117,16 +117,5 @@ TEST_F(EventSynthesisTest, macros_are_permitted_with_valid_settings_a_tap_and_tr
   EXPECT_EQ(fake::system().promptingQueries, 0U);
 }
 
-using EventSynthesisDeathTest = EventSynthesisTest;
-
-TEST_F(EventSynthesisDeathTest, pressing_a_digit_outside_0_to_9_ends_the_process) {
-  engine.digit = 10;
-  EXPECT_DEATH(emit(0), "Fatal error: Index out of range");
-  engine.digit = -1;
-  EXPECT_DEATH(emit(0), "Fatal error: Index out of range");
-  emit(1);
-  EXPECT_EQ(posted().size(), 2U);
-}
-
 }  // namespace
 }  // namespace vorrin

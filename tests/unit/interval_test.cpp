@@ -1,14 +1,12 @@
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <cstdlib>
-#include <limits>
+#include <iterator>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "settings/preset.h"
-#include "support/random.h"
 
 namespace vorrin {
 namespace {
@@ -41,22 +39,17 @@ TEST(ValidInterval, gives_the_number_unrounded_in_every_form_that_the_c_library_
 }
 
 TEST(ValidInterval, refuses_everything_else) {
-  const std::vector<std::string> outOfRange{"0.0009", "3600.5", "0",        "-0",    "-1",
-                                            "-0.05",  "1e9",    "1e-9",     "1e999", "-1e999",
-                                            "1e-999", "1e-310", "0x1p99999"};
-  const std::vector<std::string> justOutside{"0.00099999999999999980", "3600.0000000000005"};
-  const std::vector<std::string> notFinite{"inf", "INF", "-inf",  "infinity",
-                                           "nan", "NaN", "nan(1)"};
-  const std::vector<std::string> noNumber{"",    "abc", ".",    "+",       "-",
-                                          "e5",  "1e",  "0x",   "1..2",    "--1",
-                                          "+-1", "½",   "1\0"s, "1\0002"s, "\0001"s};
-  const std::vector<std::string> spaceBefore{" 1", "\t1", "\n1", "\v1", "\f1", "\r1", " "};
-  const std::vector<std::string> moreAfter{"1 ",   "1\n",   "1 s",   "1s",   "1,5",
-                                           "1.5.", "1'000", "1 000", "0.05f"};
-  for (const auto& texts : {outOfRange, justOutside, notFinite, noNumber, spaceBefore, moreAfter}) {
-    for (const std::string& text : texts) {
-      EXPECT_FALSE(validInterval(text)) << testing::PrintToString(text);
-    }
+  std::istringstream words(
+      "0.0009 3600.5 0 -0 -1 -0.05 1e9 1e-9 1e999 -1e999 1e-999 1e-310 0x1p99999 "
+      "0.00099999999999999980 3600.0000000000005 inf INF -inf infinity nan NaN nan(1) "
+      "abc . + - e5 1e 0x 1..2 --1 +-1 ½ 1s 1,5 1.5. 1'000 0.05f");
+  std::vector<std::string> texts{std::istream_iterator<std::string>(words), {}};
+  for (const std::string& space : {" "s, "\t"s, "\n"s, "\v"s, "\f"s, "\r"s, "\0"s}) {
+    texts.insert(texts.end(), {space, space + "1", "1" + space, "1" + space + "000"});
+  }
+  texts.emplace_back();
+  for (const std::string& text : texts) {
+    EXPECT_FALSE(validInterval(text)) << testing::PrintToString(text);
   }
 }
 
@@ -89,28 +82,6 @@ TEST(DecimalText, is_the_shortest_with_a_point_or_an_exponent) {
                                                           {1e16, "1e+16"},
                                                           {-1.5e300, "-1.5e+300"}};
   for (const auto& [number, text] : cases) EXPECT_EQ(decimalText(number), text);
-}
-
-TEST(DecimalText, writes_the_extremes_of_double) {
-  using Limits = std::numeric_limits<double>;
-  for (const double number : {Limits::max(), Limits::lowest(), Limits::min(), Limits::denorm_min(),
-                              9999999999999998.0, 0.00010000000000000002}) {
-    EXPECT_EQ(std::strtod(decimalText(number).c_str(), nullptr), number);
-  }
-  EXPECT_FALSE(validInterval(decimalText(Limits::infinity())));
-  EXPECT_FALSE(validInterval(decimalText(Limits::quiet_NaN())));
-}
-
-TEST(DecimalText, of_random_intervals_reads_back_as_the_same_number) {
-  test::Random random;
-  for (int count = 0; count < 20'000; ++count) {
-    double number = random.real(0.001, random.chance(0.5) ? 1 : 3600);
-    if (random.chance(0.5)) number = std::round(number * 1000) / 1000;
-    if (number < 0.001) continue;
-    const std::string text = decimalText(number);
-    ASSERT_EQ(validInterval(text), number) << text;
-    ASSERT_EQ(text.find_first_not_of("0123456789."), std::string::npos) << text;
-  }
 }
 
 }  // namespace

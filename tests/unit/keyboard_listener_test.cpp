@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <limits>
 #include <set>
 #include <vector>
 
@@ -17,13 +16,6 @@ constexpr std::uint16_t letter = 0;
 
 using test::ConnectedTest;
 using test::ListenerTest;
-
-TEST(EventMaskBit, is_the_bit_of_the_raw_value_or_0_from_64_on) {
-  EXPECT_EQ(eventMaskBit(EventType::keyDown), 0x400U);
-  EXPECT_EQ(eventMaskBit(EventType::keyUp), 0x800U);
-  EXPECT_EQ(eventMaskBit(EventType::tapDisabledByTimeout), 0U);
-  EXPECT_EQ(eventMaskBit(EventType::tapDisabledByUserInput), 0U);
-}
 
 TEST_F(ListenerTest, connecting_makes_a_tap_for_presses_and_releases_of_keys_and_enables_it) {
   connectKeyboardListener();
@@ -171,18 +163,6 @@ TEST_F(ConnectedTest, a_tap_that_ends_stops_everything_and_a_new_one_can_be_made
   fake::setApplicationActive(false);
   connectKeyboardListener();
   EXPECT_EQ(press(tab), TapVerdict::swallow);
-}
-
-using ListenerDeathTest = ConnectedTest;
-
-TEST_F(ListenerDeathTest, a_key_code_outside_0_to_65535_ends_the_process) {
-  EXPECT_EQ(press(0), TapVerdict::pass);
-  EXPECT_EQ(press(65535), TapVerdict::pass);
-  EXPECT_DEATH(press(-1), "Fatal error: Negative value is not representable");
-  EXPECT_DEATH(press(65536), "Fatal error: Not enough bits to represent the passed value");
-  fake::setApplicationActive(true);
-  EXPECT_DEATH(release(std::numeric_limits<std::int64_t>::min()), "Negative value");
-  EXPECT_DEATH(release(std::numeric_limits<std::int64_t>::max()), "Not enough bits");
 }
 
 }  // namespace

@@ -64,15 +64,5 @@ TEST_F(PermissionWatchTest, a_tap_that_ended_is_made_anew) {
   EXPECT_TRUE(fake::tapIsListening());
 }
 
-TEST_F(PermissionWatchTest, it_pauses_while_a_menu_is_open) {
-  const Timer poll = schedulePermissionPoll(connect, refresh);
-  fake::setTracking(true);
-  fake::advance(5);
-  EXPECT_EQ(calls, "");
-  fake::setTracking(false);
-  fake::advance(0);
-  EXPECT_EQ(calls, "cr");
-}
-
 }  // namespace
 }  // namespace vorrin

@@ -10,20 +10,18 @@
 
 #include "support/preset_text.h"
 #include "support/presets.h"
-#include "support/required.h"
 
 namespace vorrin {
 namespace {
 
 using test::otherPreset;
 using test::presetText;
-using test::required;
 using test::startJson;
 using test::startPreset;
 using namespace std::string_literals;
 
 TEST(PresetJson, a_record_has_exactly_the_four_members) {
-  EXPECT_EQ(required(encodePreset(startPreset())),
+  EXPECT_EQ(encodePreset(startPreset()).value(),
             R"({"digit":1,"enabled":[true,true],"intervals":[0.05,0.001],"keys":[50,48]})");
 }
 
@@ -38,7 +36,7 @@ TEST(PresetJson, an_encoded_record_reads_back_equal_valid_or_not) {
   const Preset odd{
       {1e300, -5e-324, 0}, {0, 65535, 53}, std::numeric_limits<std::int64_t>::min(), {}};
   for (const Preset& preset : {otherPreset(), odd, Preset{}}) {
-    EXPECT_EQ(decodePreset(required(encodePreset(preset))), preset);
+    EXPECT_EQ(decodePreset(encodePreset(preset).value()), preset);
   }
 }
 
@@ -82,12 +80,12 @@ TEST(PresetJson, a_member_of_another_type_or_beyond_its_range_is_refused) {
 
 TEST(PresetJson, numbers_are_read_however_they_are_written) {
   const auto intervals = [](const char* value) {
-    return required(decodePreset(presetText("intervals", value))).intervals;
+    return decodePreset(presetText("intervals", value)).value().intervals;
   };
   EXPECT_EQ(intervals("[1,2]"), (std::vector<double>{1, 2}));
   EXPECT_EQ(intervals("[18446744073709551615,-3]"),
             (std::vector<double>{18446744073709551616.0, -3}));
-  EXPECT_EQ(required(decodePreset(presetText("keys", "[0,65535.0]"))).keys,
+  EXPECT_EQ(decodePreset(presetText("keys", "[0,65535.0]")).value().keys,
             (std::vector<std::uint16_t>{0, 65535}));
   const std::map<std::string, std::int64_t> digitTexts{
       {"42", 42},
@@ -96,7 +94,7 @@ TEST(PresetJson, numbers_are_read_however_they_are_written) {
       {"0.4e1", 4},
       {"9223372036854775807", std::numeric_limits<std::int64_t>::max()}};
   for (const auto& [text, digit] : digitTexts) {
-    EXPECT_EQ(required(decodePreset(presetText("digit", text))).digit, digit) << text;
+    EXPECT_EQ(decodePreset(presetText("digit", text)).value().digit, digit) << text;
   }
 }
 
@@ -142,12 +140,7 @@ TEST(PresetsJson, names_with_every_kind_of_character_read_back_the_same) {
       {std::string(2000, '['), startPreset()},
       {"\\\"" + std::string(2000, '{'), otherPreset()},
       {std::string(2'000'000, 'n'), startPreset()}};
-  EXPECT_EQ(decodePresets(required(encodePresets(presets))), presets);
-}
-
-TEST(PresetsJson, escaped_names_are_read) {
-  EXPECT_EQ(decodePresets(named(R"(\u0057ork \ud83d\ude00\u0000)")),
-            (std::map<std::string, Preset>{{"Work 😀\0"s, startPreset()}}));
+  EXPECT_EQ(decodePresets(encodePresets(presets).value()), presets);
 }
 
 TEST(PresetsJson, names_that_are_not_utf_8_can_neither_be_written_nor_read) {
@@ -158,22 +151,6 @@ TEST(PresetsJson, names_that_are_not_utf_8_can_neither_be_written_nor_read) {
   }
   EXPECT_FALSE(decodePresets(named("\\ud800")));
   EXPECT_FALSE(decodePresets("\xFF\xFE{\0}\0"s));
-}
-
-TEST(PresetsJson, one_broken_preset_makes_the_whole_unreadable) {
-  const std::string good(startJson);
-  EXPECT_TRUE(decodePresets("{\"a\":" + good + ",\"b\":" + presetText("intervals", "[0]") + "}"));
-  for (const std::string& broken : {"{}"s, "null"s, presetText("digit", "\"1\"")}) {
-    EXPECT_FALSE(decodePresets("{\"a\":" + good + ",\"b\":" + broken + "}")) << broken;
-  }
-}
-
-TEST(PresetsJson, anything_but_an_object_is_refused) {
-  for (const std::string& text :
-       {""s, "not JSON"s, "[]"s, "null"s, "1"s, "\"{}\""s, "[{}]"s, std::string(2'000'000, 'x'),
-        "{\"" + std::string(2'000'000, 'x')}) {
-    EXPECT_FALSE(decodePresets(text)) << text.substr(0, 20);
-  }
 }
 
 TEST(PresetsJson, a_million_levels_do_no_harm) {

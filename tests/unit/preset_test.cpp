@@ -4,8 +4,12 @@
 
 #include <cmath>
 #include <limits>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "settings/choices.h"
+#include "settings/preset_store.h"
 #include "support/presets.h"
 
 namespace vorrin {
@@ -13,73 +17,59 @@ namespace {
 
 using test::startPreset;
 
-Preset withIntervals(const std::vector<double>& intervals) {
-  return {intervals, {50, 48}, 1, {true, true}};
-}
-
-Preset withKeys(const std::vector<std::uint16_t>& keys) {
-  return {{0.05, 0.001}, keys, 1, {true, true}};
-}
-
-Preset withDigit(std::int64_t digit) {
-  return {{0.05, 0.001}, {50, 48}, digit, {true, true}};
-}
-
-Preset withEnabled(const std::vector<bool>& enabled) {
-  return {{0.05, 0.001}, {50, 48}, 1, enabled};
-}
-
 TEST(Preset, the_start_values_are_valid_and_an_empty_record_is_not) {
   EXPECT_TRUE(startPreset().valid());
   EXPECT_FALSE(Preset{}.valid());
 }
 
 TEST(Preset, two_intervals_within_the_bounds_are_valid) {
-  EXPECT_TRUE(withIntervals({0.001, 3600}).valid());
-  EXPECT_TRUE(withIntervals({3600, 0.001}).valid());
+  Preset preset = startPreset();
+  preset.intervals = {0.001, 3600};
+  EXPECT_TRUE(preset.valid());
   using Limits = std::numeric_limits<double>;
   for (const double wrong : {0.0, -1.0, std::nextafter(0.001, 0), std::nextafter(3600, 1e9), 5000.0,
                              1e300, 1e-300, Limits::quiet_NaN(), Limits::infinity()}) {
-    EXPECT_FALSE(withIntervals({wrong, 1}).valid()) << wrong;
-    EXPECT_FALSE(withIntervals({1, wrong}).valid()) << wrong;
-  }
-}
-
-TEST(Preset, every_pair_of_different_choices_is_valid) {
-  for (const auto& first : choices) {
-    for (const auto& second : choices) {
-      EXPECT_EQ(withKeys({first.keyCode, second.keyCode}).valid(), first.keyCode != second.keyCode)
-          << first.name << ", " << second.name;
+    for (const auto& intervals : std::vector<std::vector<double>>{{wrong, 1}, {1, wrong}}) {
+      preset.intervals = intervals;
+      EXPECT_FALSE(preset.valid()) << wrong;
     }
   }
 }
 
-TEST(Preset, a_key_that_is_no_choice_is_not_valid) {
-  for (const std::uint16_t key : {std::uint16_t{53}, std::uint16_t{0}, std::uint16_t{65535}}) {
-    EXPECT_FALSE(withKeys({50, key}).valid()) << key;
-    EXPECT_FALSE(withKeys({key, 50}).valid()) << key;
+TEST(Preset, every_pair_of_different_choices_is_valid_and_no_other_key) {
+  Preset preset = startPreset();
+  for (const auto& first : choices) {
+    for (const auto& second : choices) {
+      preset.keys = {first.keyCode, second.keyCode};
+      EXPECT_EQ(preset.valid(), first.keyCode != second.keyCode) << first.name << second.name;
+    }
+    for (const int other : {53, 0, 65535}) {
+      preset.keys = {first.keyCode, static_cast<std::uint16_t>(other)};
+      EXPECT_FALSE(preset.valid()) << other;
+    }
   }
 }
 
 TEST(Preset, digits_from_0_to_9_are_valid) {
-  for (int digit = 0; digit <= 9; ++digit) EXPECT_TRUE(withDigit(digit).valid()) << digit;
+  Preset preset = startPreset();
+  for (preset.digit = 0; preset.digit <= 9; ++preset.digit) EXPECT_TRUE(preset.valid());
   using Limits = std::numeric_limits<std::int64_t>;
   for (const std::int64_t digit :
        {std::int64_t{-1}, std::int64_t{10}, Limits::min(), Limits::max()}) {
-    EXPECT_FALSE(withDigit(digit).valid()) << digit;
+    preset.digit = digit;
+    EXPECT_FALSE(preset.valid()) << digit;
   }
 }
 
 TEST(Preset, a_number_of_values_other_than_two_is_not_valid) {
-  for (const std::vector<double>& list : {std::vector<double>{}, {1}, {1, 1, 1}}) {
-    EXPECT_FALSE(withIntervals(list).valid());
-  }
-  for (const std::vector<std::uint16_t>& list :
-       {std::vector<std::uint16_t>{}, {50}, {50, 48, 97}}) {
-    EXPECT_FALSE(withKeys(list).valid());
-  }
-  for (const std::vector<bool>& list : {std::vector<bool>{}, {true}, {true, true, true}}) {
-    EXPECT_FALSE(withEnabled(list).valid());
+  for (const std::size_t count : {0U, 1U, 3U}) {
+    Preset intervals = startPreset();
+    Preset keys = intervals;
+    Preset enabled = intervals;
+    intervals.intervals.resize(count, 1);
+    keys.keys.resize(count, 97);
+    enabled.enabled.resize(count, true);
+    EXPECT_FALSE(intervals.valid() || keys.valid() || enabled.valid()) << count;
   }
 }
 
@@ -90,12 +80,39 @@ TEST(Choices, are_the_six_keys_in_the_order_of_the_menus) {
       listed,
       (decltype(listed){
           {"Backtick `", 50}, {"Tab", 48}, {"F6", 97}, {"F7", 98}, {"F8", 100}, {"F9", 101}}));
-}
-
-TEST(Choices, a_number_is_not_cut_to_16_bits_before_it_is_looked_up) {
   EXPECT_TRUE(isChoice(50));
   EXPECT_FALSE(isChoice(50 + 65536));
-  EXPECT_FALSE(isChoice(50 - 65536));
+}
+
+std::string times(int count, const std::string& text) {
+  std::string result;
+  for (; count > 0; --count) result += text;
+  return result;
+}
+
+TEST(PresetName, is_the_text_without_the_white_space_around_it) {
+  EXPECT_EQ(presetName("\t\r\n\u3000Night shift 2\n\u200B"), "Night shift 2");
+  for (const char* blank : {"", " ", "\t\r\n", "\u00A0\u2028", "\u0085\u200B"}) {
+    EXPECT_FALSE(presetName(blank)) << testing::PrintToString(blank);
+  }
+}
+
+TEST(PresetName, has_at_most_80_characters_without_the_white_space_around_it) {
+  EXPECT_EQ(presetName(times(50, " ") + times(80, "a") + times(50, "\n")), times(80, "a"));
+  EXPECT_FALSE(presetName(" " + times(81, "a") + " "));
+  EXPECT_TRUE(presetName("a" + times(78, " ") + "b"));
+  EXPECT_FALSE(presetName("a" + times(79, " ") + "b"));
+}
+
+TEST(PresetName, characters_are_counted_as_a_user_counts_them) {
+  const std::vector<std::string> characters{
+      "é", "e\u0301", "ก\u0E33", "नि", "👩‍👩‍👧‍👦", "🇩🇪"};
+  for (const std::string& character : characters) {
+    EXPECT_TRUE(presetName(times(80, character))) << character;
+    EXPECT_FALSE(presetName(times(81, character))) << character;
+  }
+  EXPECT_TRUE(presetName("x" + times(78, "\r\n") + "x"));
+  EXPECT_FALSE(presetName("x" + times(79, "\r\n") + "x"));
 }
 
 }  // namespace

@@ -37,15 +37,6 @@ TEST_F(SettingsPersistenceTest, stored_settings_are_loaded_again) {
   EXPECT_EQ(loadCurrentSettings(reopened()).value, otherPreset());
 }
 
-TEST_F(SettingsPersistenceTest, random_settings_are_loaded_as_they_were_stored) {
-  test::Random random;
-  for (int count = 0; count < 50; ++count) {
-    const Preset preset = test::randomValidPreset(random);
-    EXPECT_FALSE(storeCurrentSettings(defaults, preset));
-    ASSERT_EQ(loaded(), preset);
-  }
-}
-
 TEST_F(SettingsPersistenceTest, storing_leaves_the_named_presets_alone) {
   const PresetStore presets{defaults};
   EXPECT_TRUE(presets.save(startPreset(), "Work"));
@@ -121,43 +112,6 @@ TEST_F(SettingsPersistenceTest, an_entry_of_another_type_or_out_of_range_is_repl
       EXPECT_EQ(loaded(), startPreset()) << entry << " " << &value - values.data();
     }
   }
-}
-
-DefaultsObject randomObject(test::Random& random) {
-  const auto number = [&] {
-    return random.chance(0.5) ? random.between<std::int64_t>(-2, 110)
-                              : random.between(std::numeric_limits<std::int64_t>::min(),
-                                               std::numeric_limits<std::int64_t>::max());
-  };
-  switch (random.between(0, 4)) {
-    case 0:
-      return random.chance(0.5);
-    case 1:
-      return number();
-    case 2:
-      return random.chance(0.5) ? static_cast<double>(number()) : random.real(-1, 4000);
-    case 3:
-      return std::to_string(number());
-    default:
-      return Data{std::to_string(number())};
-  }
-}
-
-TEST_F(SettingsPersistenceTest, whatever_is_stored_the_settings_loaded_are_valid) {
-  test::Random random;
-  for (int count = 0; count < 100; ++count) {
-    for (const char* key :
-         {"interval0", "interval1", "key0", "key1", "enabled0", "enabled1", "digit"}) {
-      if (random.chance(0.5)) put(key, randomObject(random));
-    }
-    ASSERT_TRUE(loaded().valid());
-  }
-}
-
-using SettingsPersistenceDeathTest = SettingsPersistenceTest;
-
-TEST_F(SettingsPersistenceDeathTest, storing_settings_that_are_not_valid_ends_the_process) {
-  EXPECT_DEATH(static_cast<void>(storeCurrentSettings(defaults, Preset{})), "Precondition failed");
 }
 
 }  // namespace

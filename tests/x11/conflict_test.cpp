@@ -60,21 +60,11 @@ TEST_P(KeyboardGrabbed, shortcuts_are_swallowed_and_escape_is_seen_under_another
   for (int count = 0; count < 2; ++count) {
     user.tap(keys::backtick);
     EXPECT_EQ(describe(tap.readSeen()), "50+ 50-");
-    other.pressesReceived();
+    const int received = other.pressesReceived();
+    EXPECT_TRUE(GetParam() || received == 0) << received;
   }
   user.tap(keys::escape);
   EXPECT_EQ(describe(tap.readSeen()), "53+ 53-");
-}
-
-TEST_F(TapTest, a_swallowed_key_does_not_reach_the_program_that_grabbed_the_keyboard) {
-  swallow("50");
-  OtherClient other(desktop.display());
-  ASSERT_TRUE(other.grabKeyboard(false));
-  user.tap(keys::backtick);
-  tap.readSeen();
-  EXPECT_EQ(other.pressesReceived(), 0);
-  user.tap(keys::a);
-  EXPECT_EQ(other.pressesReceived(), 1);
 }
 
 }  // namespace

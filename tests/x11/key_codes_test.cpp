@@ -2,24 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <set>
-
 namespace vorrin {
 namespace {
-
-TEST(KeyCodesTest, no_name_stands_for_two_keys) {
-  std::set<std::uint16_t> virtualKeys;
-  std::set<std::uint16_t> evdevCodes;
-  std::set<std::string_view> xkbNames;
-  for (const KeyNames& key : keyTable) {
-    virtualKeys.insert(key.virtualKey);
-    evdevCodes.insert(key.evdev);
-    xkbNames.insert(key.xkb);
-  }
-  EXPECT_EQ(virtualKeys.size(), keyTable.size());
-  EXPECT_EQ(evdevCodes.size(), keyTable.size());
-  EXPECT_EQ(xkbNames.size(), keyTable.size());
-}
 
 TEST(KeyCodesTest, the_keys_of_the_macros_have_their_positions) {
   EXPECT_EQ(evdevCode(50), KEY_GRAVE);

@@ -15,27 +15,21 @@ constexpr unsigned lock = 2;
 constexpr unsigned control = 4;
 constexpr ModifierMasks usual{.alternate = 0x88, .command = 0x40, .numLock = 0x10, .scrollLock = 0};
 
-TEST(ModifiersTest, no_modifier_shows_no_flag) {
-  EXPECT_EQ(eventFlags(0, usual), 0U);
-}
-
-TEST(ModifiersTest, each_modifier_shows_its_flag) {
-  EXPECT_EQ(eventFlags(shift, usual), event_flags::maskShift);
-  EXPECT_EQ(eventFlags(lock, usual), event_flags::maskAlphaShift);
-  EXPECT_EQ(eventFlags(control, usual), event_flags::maskControl);
-  EXPECT_EQ(eventFlags(0x08, usual), event_flags::maskAlternate);
-  EXPECT_EQ(eventFlags(0x80, usual), event_flags::maskAlternate);
-  EXPECT_EQ(eventFlags(0x40, usual), event_flags::maskCommand);
-}
-
-TEST(ModifiersTest, modifiers_add_up) {
-  EXPECT_EQ(eventFlags(shift | control | 0x40, usual),
-            event_flags::maskShift | event_flags::maskControl | event_flags::maskCommand);
-}
-
-TEST(ModifiersTest, num_lock_and_scroll_lock_show_no_flag) {
-  const ModifierMasks masks{.alternate = 0x8, .command = 0x40, .numLock = 0x10, .scrollLock = 0x20};
-  EXPECT_EQ(eventFlags(0x30, masks), 0U);
+TEST(ModifiersTest, each_modifier_shows_its_flag_and_num_lock_and_scroll_lock_show_none) {
+  const std::pair<unsigned, std::uint64_t> cases[] = {
+      {0, 0},
+      {shift, event_flags::maskShift},
+      {lock, event_flags::maskAlphaShift},
+      {control, event_flags::maskControl},
+      {0x08, event_flags::maskAlternate},
+      {0x80, event_flags::maskAlternate},
+      {0x40, event_flags::maskCommand},
+      {0x30, 0},
+      {shift | control | 0x40,
+       event_flags::maskShift | event_flags::maskControl | event_flags::maskCommand}};
+  ModifierMasks masks = usual;
+  masks.scrollLock = 0x20;
+  for (const auto& [state, flags] : cases) EXPECT_EQ(eventFlags(state, masks), flags) << state;
 }
 
 TEST(ModifiersTest, a_key_alone_may_have_every_mixture_of_locks) {

@@ -17,10 +17,8 @@ inline constexpr std::uint16_t f7 = 98;
 inline constexpr std::uint16_t f8 = 100;
 inline constexpr std::uint16_t f9 = 101;
 inline constexpr std::uint16_t escape = 53;
-inline constexpr std::uint16_t enter = 36;
 inline constexpr std::uint16_t space = 49;
 inline constexpr std::uint16_t down = 125;
-inline constexpr std::uint16_t up = 126;
 inline constexpr std::uint16_t a = 0;
 inline constexpr std::uint16_t b = 11;
 

@@ -1,4 +1,4 @@
-#include "alert_test.h"
+#include <gmock/gmock.h>
 
 #include <QAccessible>
 #include <QLabel>
@@ -6,7 +6,9 @@
 #include <QPointer>
 #include <QScrollBar>
 #include <QTest>
+#include <vector>
 
+#include "platform/alert.h"
 #include "platform/linux/widgets/sheet.h"
 #include "qt_driver.h"
 
@@ -16,8 +18,28 @@ namespace {
 using driver::deleteWhatIsLeft;
 using testing::ElementsAre;
 
-class QtAlertSheet : public AlertSheet {
+/// A window that is asked something.
+class QtAlertSheet : public testing::Test {
  protected:
+  QtAlertSheet() : window(Window::make({580, 400}, window_style::titled)) {
+    window.orderFront();
+    driver::activate(window);
+  }
+  ~QtAlertSheet() override {
+    driver::takeAway(window);
+    driver::deleteWhatIsLeft();
+  }
+
+  void ask(const Alert& alert) {
+    beginSheet(alert, window, [this](int answer) { answers.push_back(answer); });
+  }
+
+  static Alert question() {
+    return {.messageText = "Sure?",
+            .informativeText = "It cannot be undone.",
+            .buttons = {"Yes", "Cancel"}};
+  }
+
   [[nodiscard]] Sheet* sheet() const { return driver::sheetOf(window); }
   [[nodiscard]] WindowWidget& parent() const { return widgetOf(window); }
   /// The plane that the question stands on.
@@ -35,7 +57,18 @@ class QtAlertSheet : public AlertSheet {
     parent().windowHandle()->resize(width, height);
     ASSERT_TRUE(driver::waitFor([&] { return parent().size() == QSize(width, height); }));
   }
+
+  Window window;
+  std::vector<int> answers;
 };
+
+TEST_F(QtAlertSheet, its_answer_may_ask_the_next_question) {
+  beginSheet(question(), window, [this](int) { ask(question()); });
+  press(Qt::Key_Return);
+  EXPECT_TRUE(sheet()->isVisible());
+  press(Qt::Key_Escape);
+  EXPECT_THAT(answers, ElementsAre(1));
+}
 
 TEST_F(QtAlertSheet, it_hangs_inside_its_window_and_moves_with_it) {
   ask(question());

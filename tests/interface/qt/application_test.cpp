@@ -167,29 +167,6 @@ TEST_F(ApplicationProcess, a_window_is_never_higher_than_the_screen_and_as_high_
               testing::ExitedWithCode(0), "\nfits\nwill terminate\n$");
 }
 
-TEST_F(ApplicationProcess, views_may_outlive_it) {
-  EXPECT_EXIT(
-      {
-        Window window;
-        TextField field;
-        runApplication([&] {
-          window = Window::make({300, 200}, window_style::titled);
-          field = TextField::field("on its own");
-          Application::terminate();
-        });
-      },
-      testing::ExitedWithCode(0), "will terminate");
-}
-
-TEST_F(ApplicationProcess, leaving_by_exit_while_it_runs_is_no_crash) {
-  EXPECT_EXIT(runApplication([] {
-                const Window window = Window::make({300, 200}, window_style::titled);
-                window.orderFront();
-                std::exit(3);
-              }),
-              testing::ExitedWithCode(3), "^launched\n");
-}
-
 TEST_F(ApplicationProcess, signals_that_ask_to_end_end_it_properly) {
   for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
     EXPECT_EXIT(
@@ -238,16 +215,6 @@ TEST_F(ApplicationProcess, with_a_display_that_does_not_answer_it_names_it_and_f
     setenv("LC_ALL", locale, 1);
     EXPECT_EXIT(runApplication([] {}), testing::ExitedWithCode(1),
                 "^vorrin: no display · could not connect to display :4095\n$");
-  }
-}
-
-TEST_F(ApplicationProcess,
-       the_interface_check_needs_no_display_and_minds_none_that_does_not_answer) {
-  unsetenv("QT_QPA_PLATFORM");
-  for (const char* display : {"", ":4095"}) {
-    setenv("DISPLAY", display, 1);
-    EXPECT_EXIT(runApplication([] { Application::terminate(); }, {"vorrin", "--ui-test"}),
-                testing::ExitedWithCode(0), "^launched\nwill terminate\n$");
   }
 }
 

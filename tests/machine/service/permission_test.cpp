@@ -25,22 +25,7 @@ using testing::HasSubstr;
 
 constexpr const char* rightPassword = "correct horse";
 
-class ServicePermission : public MachineService {
- protected:
-  void connectByRule() {
-    std::ofstream(rule) << "polkit.addRule(function(action, subject) {\n"
-                           "  if (action.id == 'org.vorrin.input-helper.connect' &&\n"
-                           "      subject.user == 'player') return polkit.Result.YES;\n});\n";
-    ASSERT_TRUE(until([this] {
-      auto answer = caller->call("Connect");
-      if (answer.socket.isOpen()) peer.emplace(std::move(answer.socket));
-      return peer.has_value();
-    }));
-    ASSERT_NO_FATAL_FAILURE(holdKeyboard());
-  }
-
-  const std::filesystem::path rule = "/etc/polkit-1/rules.d/60-test.rules";
-};
+using ServicePermission = MachineService;
 
 TEST_F(ServicePermission, without_one_nothing_is_given_and_no_device_is_open_to_the_user) {
   EXPECT_THAT(caller->call("Connect").error, HasSubstr("not given"));
@@ -51,13 +36,6 @@ TEST_F(ServicePermission, without_one_nothing_is_given_and_no_device_is_open_to_
     return open + (::access("/dev/uinput", R_OK) == 0 ? 1 : 0);
   });
   EXPECT_EQ(opened, 0);
-}
-
-TEST_F(ServicePermission, a_rule_of_the_administrator_s_that_goes_lets_go_at_once) {
-  ASSERT_NO_FATAL_FAILURE(connectByRule());
-  std::filesystem::remove(rule);
-  EXPECT_TRUE(hasEnded(EndReason::revoked));
-  EXPECT_TRUE(keyboardIsFree());
 }
 
 /// polkit's own dialogue for terminals, for the questions about one program.

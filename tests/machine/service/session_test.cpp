@@ -97,21 +97,5 @@ TEST_F(ServiceSession, another_user_s_is_served_when_it_is_in_front_and_then_alo
   expectAway();
 }
 
-TEST_F(ServiceSession, one_that_ends_takes_the_permission_with_it) {
-  const Login other(visitor, 2);
-  allow(visitor);
-  ASSERT_TRUE(succeeds("busybox chvt 2"));
-  {
-    const Caller theirs(other);
-    Caller::Answer answer;
-    ASSERT_TRUE(until([&] { return (answer = theirs.call("Connect")).socket.isOpen(); }));
-    peer.emplace(std::move(answer.socket));
-    ASSERT_NO_FATAL_FAILURE(holdKeyboard());
-    ASSERT_TRUE(succeeds("loginctl terminate-session " + other.id()));
-    EXPECT_TRUE(until([this] { return keyboardIsFree(); }));
-  }
-  ASSERT_TRUE(succeeds("busybox chvt 1"));
-}
-
 }  // namespace
 }  // namespace vorrin::machine

@@ -6,7 +6,6 @@
 #include <string>
 
 #include "platform/user_defaults.h"
-#include "support/required.h"
 
 namespace vorrin::test {
 
@@ -22,10 +21,10 @@ class StorageTest : public testing::Test {
   }
 
   /// A second view of the same domain, as another part of the program would have it.
-  [[nodiscard]] UserDefaults reopened() const { return required(UserDefaults::suite(domain)); }
+  [[nodiscard]] UserDefaults reopened() const { return UserDefaults::suite(domain).value(); }
 
   const std::string domain = "vorrin-unit-" + std::to_string(getpid());
-  const UserDefaults defaults = required(UserDefaults::suite(domain));
+  const UserDefaults defaults = UserDefaults::suite(domain).value();
 };
 
 }  // namespace vorrin::test

@@ -31,18 +31,6 @@ struct ActivationTest : EndToEndTest {
   static void lookAtWindow() { waitFor(milliseconds(250)); }
 };
 
-TEST_F(ActivationTest, a_click_that_brings_the_window_to_the_front_does_nothing_else) {
-  start();
-  pointAtFullScreen();
-  const unsigned width = windows.widthOf(vorrinWindow());
-  user.click();
-  ASSERT_TRUE(waitUntilVorrinIsInFront());
-  lookAtWindow();
-  EXPECT_EQ(windows.widthOf(vorrinWindow()), width);
-  user.click();
-  EXPECT_TRUE(waitUntil([&] { return windows.widthOf(vorrinWindow()) > width; }));
-}
-
 TEST_F(ActivationTest, clicks_of_the_macro_over_the_window_do_no_more_than_pause_it) {
   start();
   const unsigned width = windows.widthOf(vorrinWindow());

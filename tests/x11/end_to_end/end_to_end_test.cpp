@@ -66,10 +66,6 @@ void EndToEndTest::waitUntilListening() {
   }
 }
 
-bool EndToEndTest::hasSheet() {
-  return windows.pictureOf(vorrinWindow()).at(290, 55) != Picture::Pixel{};
-}
-
 Preset EndToEndTest::stored() {
   return loadCurrentSettings(UserDefaults::standard()).value;
 }

@@ -56,10 +56,6 @@ struct EndToEndTest : testing::Test {
   void showVorrin();
   void showClient();
 
-  /// Whether a question is shown in Vorrin's window, by what lies at its top where otherwise
-  /// nothing does.
-  [[nodiscard]] bool hasSheet();
-
   /// The settings that are stored now.
   [[nodiscard]] static Preset stored();
 

@@ -1,15 +1,39 @@
 #include "end_to_end_test.h"
 #include "input_watch.h"
-#include "panel.h"
 #include "platform/user_defaults.h"
 #include "settings/preset_store.h"
 
 namespace vorrin::x11_tests {
 namespace {
 
+/// Controls of Vorrin's window, by how often the Tab key is pressed to get to them.
+enum class Control {
+  enableKeyboard = 2,
+  keyboardShortcut = 4,
+  mouseShortcut = 8,
+  presetName = 12,
+  savePreset = 13
+};
+
 // The user works Vorrin's own window.
 struct WindowTest : EndToEndTest {
-  Panel panel{user};
+  /// Moves the keyboard there from where it is; at first it is before all controls.
+  void focus(Control control) {
+    for (; place < static_cast<int>(control); ++place) user.tap(keys::tab);
+    for (; place > static_cast<int>(control); --place) {
+      user.pressEvdev(modifier_keys::shift);
+      user.tap(keys::tab);
+      user.releaseEvdev(modifier_keys::shift);
+    }
+  }
+
+  /// Presses a button or switches a box.
+  void push(Control control) {
+    focus(control);
+    user.tap(keys::space);
+  }
+
+  int place = 0;
 };
 
 TEST_F(WindowTest, macros_pause_while_the_window_is_in_front_where_escape_stops_them_too) {
@@ -31,24 +55,10 @@ TEST_F(WindowTest, macros_pause_while_the_window_is_in_front_where_escape_stops_
   expectSilence();
 }
 
-TEST_F(WindowTest, the_place_for_the_permission_is_a_sheet_that_return_closes) {
-  start();
-  showVorrin();
-  const auto before = windows.all();
-  panel.push(Control::openSettings);
-  ASSERT_TRUE(waitUntil([&] { return hasSheet(); }));
-  EXPECT_EQ(windows.all(), before);
-  user.tap(keys::enter);
-  ASSERT_TRUE(waitUntil([&] { return !hasSheet(); }));
-  showClient();
-  user.tap(keys::tab);
-  expectActions(mouseMacro);
-}
-
 TEST_F(WindowTest, the_menu_of_a_pop_up_is_as_wide_as_it_and_leaves_no_trace) {
   start();
   showVorrin();
-  panel.focus(Control::keyboardShortcut);
+  focus(Control::keyboardShortcut);
   Picture before = windows.pictureOf(vorrinWindow());
   const auto change = [&] { return windows.pictureOf(vorrinWindow()).aroundDifference(before); };
   ASSERT_TRUE(waitUntil([&] {
@@ -68,8 +78,9 @@ TEST_F(WindowTest, the_menu_of_a_pop_up_is_as_wide_as_it_and_leaves_no_trace) {
 TEST_F(WindowTest, what_is_changed_in_it_works_at_once) {
   start();
   showVorrin();
-  panel.choose(Control::mouseShortcut, 2);
-  panel.push(Control::enableKeyboard);
+  focus(Control::mouseShortcut);
+  for (int step = 0; step < 2; ++step) user.tap(keys::down);
+  push(Control::enableKeyboard);
   ASSERT_TRUE(waitUntil([] { return stored().keys[1] == keys::f7 && !stored().enabled[0]; }));
   showClient();
   user.tap(keys::backtick);
@@ -90,8 +101,9 @@ TEST_F(WindowTest, a_layout_chosen_while_another_program_is_in_front_is_known_af
   user.type("a");
   showVorrin();
   // In English letters.
-  panel.enter(Control::presetName, "yz");
-  panel.push(Control::savePreset);
+  focus(Control::presetName);
+  user.type("yz");
+  push(Control::savePreset);
   EXPECT_TRUE(waitUntil([&] { return presets.all().value.contains("zy"); }));
   Process former({"setxkbmap", "-display", desktop.display(), "us"});
   EXPECT_EQ(former.waitForEnd(), Ending{});

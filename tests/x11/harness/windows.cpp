@@ -1,6 +1,5 @@
 #include "tests/x11/harness/windows.h"
 
-#include <X11/Xatom.h>
 #include <X11/Xutil.h>
 
 #include <algorithm>
