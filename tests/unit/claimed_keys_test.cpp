@@ -130,15 +130,6 @@ TEST_F(SessionLockTest, the_shortcuts_are_back_after_unlocking_with_both_macros_
   EXPECT_TRUE(engine.running[1]);
 }
 
-TEST_F(SessionLockTest, a_tap_made_while_locked_claims_nothing_until_unlocked) {
-  fake::sendSessionDidResignActive();
-  engine.tap.reset();
-  connectKeyboardListener();
-  EXPECT_EQ(fake::claimedKeys(), KeySet{});
-  fake::setSessionActive(true);
-  EXPECT_EQ(fake::claimedKeys(), (KeySet{backtick, tab}));
-}
-
 TEST_F(SessionLockTest, a_screen_saver_that_does_not_lock_pauses_a_macro_and_ends_none) {
   press(tab);
   release(tab);

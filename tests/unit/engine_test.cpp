@@ -93,15 +93,6 @@ TEST_F(EngineTest, a_running_macro_can_be_stopped_when_disabled_and_without_perm
   EXPECT_EQ(questions, 1);
 }
 
-TEST_F(EngineTest, stopping_one_macro_leaves_the_other_running) {
-  macros.toggle(0);
-  macros.toggle(1);
-  macros.stop(0);
-  fake::advance(0.1);
-  EXPECT_EQ(macros.running, (PerMacro<bool>{false, true}));
-  EXPECT_EQ(actions, (PerMacro<int>{0, 100}));
-}
-
 TEST_F(EngineTest, stop_all_stops_both_and_says_so) {
   macros.toggle(0);
   macros.toggle(1);

@@ -98,13 +98,6 @@ TEST_F(EventSynthesisTest,
   EXPECT_EQ(fake::system().promptingQueries, 0U);
 }
 
-TEST_F(EventSynthesisTest, losing_the_permission_without_a_window_to_refresh_stops_the_macros) {
-  engine.toggle(1);
-  fake::system().trusted = false;
-  emitMacro(1, nullptr);
-  EXPECT_FALSE(engine.running[1]);
-}
-
 TEST_F(EventSynthesisTest, macros_are_permitted_with_valid_settings_a_tap_and_trust_only) {
   EXPECT_FALSE(macrosPermitted(true));
   connectKeyboardListener();

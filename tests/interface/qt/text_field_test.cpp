@@ -95,13 +95,6 @@ TEST(QtTextField, a_label_shortens_long_words_in_their_middles_rather_than_lose_
   EXPECT_EQ(wrapping(loaded("Night")).fittedText(532), "Loaded “Night”. Both macros are OFF.");
 }
 
-TEST(QtTextField, a_label_of_ten_thousand_characters_can_be_shown) {
-  const TextField text = TextField::wrappingLabel(std::string(10000, 'w'));
-  const auto& label = wrapping(text);
-  EXPECT_GT(label.heightForWidth(500), 500);
-  EXPECT_FALSE(widgetOf(TextField::wrappingLabel(std::string(10000, 'w'))).grab().isNull());
-}
-
 /// How many rows of the picture hold anything but its ground.
 int inkedRows(const QImage& picture) {
   int rows = 0;
