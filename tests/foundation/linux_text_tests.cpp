@@ -1,43 +1,16 @@
 #include <gtest/gtest.h>
 #include <pwd.h>
-#include <signal.h>
-#include <sys/resource.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdlib>
 #include <string>
-#include <vector>
 
 #include "platform/text.h"
 #include "platform/text_file.h"
-#include "tests/foundation/child_process.h"
 #include "tests/foundation/defaults_sandbox.h"
 
 namespace vorrin {
 namespace {
-
-class LinuxTextFile : public DefaultsSandbox {
- protected:
-  LinuxTextFile() { std::filesystem::create_directory(directory); }
-
-  const std::filesystem::path directory = root / "directory";
-  const std::filesystem::path file = directory / "text";
-};
-
-TEST_F(LinuxTextFile, keeps_the_old_text_and_leaves_nothing_behind_when_the_new_one_does_not_fit) {
-  fill(file, "old");
-  ChildProcess child([&] {
-    ::signal(SIGXFSZ, SIG_IGN);
-    const rlimit limit{.rlim_cur = 100, .rlim_max = 100};
-    ::setrlimit(RLIMIT_FSIZE, &limit);
-    return !writeTextFileAtomically(file, std::string(200, 'x')) &&
-           !writeTextFileAtomically(file, std::string(20'000, 'x'));
-  });
-  EXPECT_TRUE(child.wait());
-  EXPECT_EQ(contentOf(file), "old");
-  EXPECT_EQ(namesIn(directory), std::vector<std::string>{"text"});
-}
 
 using HomeDirectory = DefaultsSandbox;
 

@@ -40,12 +40,6 @@ TEST_F(TextFile, is_read_as_it_was_written) {
   EXPECT_EQ(filesInDirectory(), 1);
 }
 
-TEST_F(TextFile, is_not_written_in_a_missing_directory_and_does_not_make_it) {
-  EXPECT_FALSE(writeTextFileAtomically(directory / "missing" / "text", "new"));
-  EXPECT_FALSE(std::filesystem::exists(directory / "missing"));
-  EXPECT_FALSE(writeTextFileAtomically("", "new"));
-}
-
 TEST_F(TextFile, gives_nothing_when_it_is_not_utf8) {
   for (const char* content : {"\xFF", "a\xC3", "\xED\xA0\x80", "\xC0\x80", "\xF5\x80\x80\x80"}) {
     fill(content);

@@ -15,17 +15,6 @@ constexpr std::array<SyntheticEvent, 2> keyPress{
     {{.type = EventType::keyDown, .location = {}, .keyCode = 29, .userData = 77},
      {.type = EventType::keyUp, .location = {}, .keyCode = 29, .userData = 77}}};
 
-TEST(MacosEventPost, the_pointer_is_where_a_throw_away_event_is) {
-  QuartzStandIn quartz;
-  quartz.pointer = {640.25, -3};
-  const auto location = pointerLocation();
-  if (!location) FAIL() << "the pointer is nowhere";
-  EXPECT_EQ(location->x, 640.25);
-  EXPECT_EQ(location->y, -3);
-  EXPECT_THAT(quartz.calls, ElementsAre("CGEventCreate(null)", "CGEventGetLocation(event)"));
-  EXPECT_EQ(quartz.liveObjects(), 0U);
-}
-
 TEST(MacosEventPost, without_a_throw_away_event_the_pointer_is_nowhere) {
   QuartzStandIn quartz;
   quartz.refusedEvents = {0};

@@ -62,13 +62,6 @@ TEST_F(ConnectedTest, other_keys_pass) {
   EXPECT_EQ(release(letter), TapVerdict::pass);
 }
 
-TEST_F(ConnectedTest, any_autorepeat_value_but_0_is_a_repetition) {
-  for (const std::int64_t value : {std::int64_t{1}, std::int64_t{-1}, std::int64_t{1} << 40}) {
-    fake::feed({.type = EventType::keyDown, .keyCode = tab, .autorepeat = value});
-    EXPECT_FALSE(engine.running[1]) << value;
-  }
-}
-
 TEST_F(ConnectedTest, only_command_control_option_and_shift_make_a_shortcut_pass) {
   std::uint64_t others = ~std::uint64_t{0};
   for (const std::uint64_t flag : {event_flags::maskCommand, event_flags::maskControl,

@@ -46,15 +46,6 @@ TEST_F(PermissionWatchTest, a_permission_given_later_is_noticed_within_a_second_
   EXPECT_EQ(calls, "rrrcrrr");
 }
 
-TEST_F(PermissionWatchTest, a_tap_refused_is_tried_for_again_at_every_look) {
-  fake::system().refusesTaps = true;
-  const Timer poll = schedulePermissionPoll(connect, refresh);
-  fake::advance(2);
-  fake::system().refusesTaps = false;
-  fake::advance(2);
-  EXPECT_EQ(calls, "crcrcrr");
-}
-
 TEST_F(PermissionWatchTest, a_tap_that_ended_is_made_anew) {
   const Timer poll = schedulePermissionPoll(connect, refresh);
   fake::advance(1);

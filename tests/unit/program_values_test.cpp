@@ -5,8 +5,6 @@
 #include <utility>
 #include <vector>
 
-#include "ui/theme.h"
-
 namespace vorrin {
 namespace {
 
@@ -21,11 +19,6 @@ TEST(DryRun, is_asked_for_by_one_argument_at_any_place_and_by_nothing_else) {
   EXPECT_FALSE(dryRunWith({}));
   EXPECT_FALSE(dryRunWith({"vorrin", "--ui-test", "-self-test", "--self-tests", "--self-test=1",
                            "--Self-Test", " --self-test", ""}));
-}
-
-TEST(Greens, are_those_of_the_theme) {
-  EXPECT_EQ(hackerGreen, (Color{0.25, 0.9, 0.48, 1}));
-  EXPECT_EQ(dimGreen, (Color{0.35, 0.58, 0.42, 1}));
 }
 
 }  // namespace

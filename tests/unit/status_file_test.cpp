@@ -38,11 +38,6 @@ class StatusFileTest : public test::SystemTest {
   const files::path path = statusFilePath();
 };
 
-TEST_F(StatusFileTest, lies_among_the_logs_of_the_users_library) {
-  EXPECT_TRUE(path.is_absolute());
-  EXPECT_TRUE(path.generic_string().ends_with("/Library/Logs/Vorrin-status.txt"));
-}
-
 TEST_F(StatusFileTest, tells_trust_and_tap_as_they_are_and_ready_as_given) {
   updateStatusFile(false);
   EXPECT_EQ(content(), "accessibility=true eventTap=false ready=false\n");

@@ -32,11 +32,8 @@ TEST(ModifiersTest, each_modifier_shows_its_flag_and_num_lock_and_scroll_lock_sh
   for (const auto& [state, flags] : cases) EXPECT_EQ(eventFlags(state, masks), flags) << state;
 }
 
-TEST(ModifiersTest, a_key_alone_may_have_every_mixture_of_locks) {
+TEST(ModifiersTest, a_key_alone_may_have_every_mixture_of_the_locks_there_are) {
   EXPECT_THAT(lockStates(usual), UnorderedElementsAre(0U, lock, 0x10U, lock | 0x10U));
-}
-
-TEST(ModifiersTest, without_num_lock_only_caps_lock_remains) {
   EXPECT_THAT(lockStates({}), UnorderedElementsAre(0U, lock));
 }
 

@@ -9,9 +9,7 @@ struct EachShortcutKey : TapTest, testing::WithParamInterface<std::uint16_t> {
   std::string key = std::to_string(GetParam());
 };
 
-INSTANTIATE_TEST_SUITE_P(SixKeys, EachShortcutKey,
-                         testing::Values(keys::backtick, keys::tab, keys::f6, keys::f7, keys::f8,
-                                         keys::f9),
+INSTANTIATE_TEST_SUITE_P(SixKeys, EachShortcutKey, testing::ValuesIn(keys::shortcuts),
                          [](const auto& key) { return "key" + std::to_string(key.param); });
 
 TEST_P(EachShortcutKey, is_seen_and_swallowed_with_its_repeats_and_release) {
