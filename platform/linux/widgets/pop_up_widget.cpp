@@ -76,6 +76,8 @@ void PopUpWidget::showPopup() {
     view()->parentWidget()->setPalette(darkPalette());
   }
   QComboBox::showPopup();
+  // Qt 6.8 starts at the first item where the list is new.
+  view()->setCurrentIndex(model()->index(currentIndex(), modelColumn()));
   view()->parentWidget()->setMask(menuMask(view()->parentWidget()->size()));
 }
 
