@@ -21,8 +21,6 @@ constexpr long fastEnough = 25;
 
 class PacedClicks : public WaylandDesktop {
  protected:
-  static void TearDownTestSuite() { endDesktop(); }
-
   /// Clicks for `duration`, then counts what the pointer made and what the client got.
   struct Counts {
     long made = 0;

@@ -42,12 +42,13 @@ std::string keyLine(int key, bool isDown) {
   return "key " + std::to_string(key) + (isDown ? " down" : " up");
 }
 
-void WaylandDesktop::SetUpTestSuite() {
-  if (session_) return;
+void WaylandDesktop::useDesktop(Compositor compositor) {
+  if (session_ && session_->compositor() == compositor) return;
+  endDesktop();
   allow(player);
   keyboard_ = std::make_unique<UhidKeyboard>("Test keyboard");
-  session_ = std::make_unique<DesktopSession>();
-  client_ = session_->start({CLIENT_PATH});
+  session_ = std::make_unique<DesktopSession>(compositor);
+  if (compositor == Compositor::sway) client_ = session_->start({CLIENT_PATH});
 }
 
 void WaylandDesktop::endDesktop() {
@@ -70,14 +71,18 @@ void WaylandDesktop::startVorrin(const std::string& keyInterval, const std::stri
     settings_ = settings;
     std::filesystem::remove(statusFile);
     storeSettings(keyInterval, clickInterval, digit);
+    focusClient();
+    takeLines(1s);
     vorrin_ = session_->start({VORRIN_PATH});
     ASSERT_TRUE(waitUntil([] { return status() == readyStatus; }, 120s)) << status();
     ASSERT_TRUE(waitUntil([] { return session_->hasInput("Vorrin pointer"); }));
-    ASSERT_TRUE(waitUntil([] { return session_->tree().find(vorrinWindow) != std::string::npos; }));
+    // A new window has the keyboard.
+    readUntil("inactive");
   }
   // A window that is still being shown may take the keyboard once more.
   ASSERT_TRUE(waitUntil([this] {
     focusClient();
+    takeLines(1s);
     return !keysComeDirectly();
   }));
 }
@@ -103,15 +108,30 @@ bool WaylandDesktop::keysComeDirectly() {
 }
 
 void WaylandDesktop::focusClient() {
-  waitUntil([] { return session_->tree().find(loggingClient) != std::string::npos; });
-  session_->focus(loggingClient);
-  takeLines(1s);
+  if (session_->compositor() == Compositor::sway) {
+    waitUntil([] { return session_->tree().find(loggingClient) != std::string::npos; });
+    session_->focus(loggingClient);
+  } else if (keysComeDirectly()) {
+    // A new window is in front, below the pointer when it covers the screen.
+    client_ = session_->start({CLIENT_PATH, "--maximized"});
+    readUntil("active");
+  }
+}
+
+void WaylandDesktop::focusVorrin() {
+  if (session_->compositor() == Compositor::sway) {
+    session_->focus(vorrinWindow);
+    readUntil("inactive");
+  } else {
+    // When a window closes, the one below it is in front.
+    client_.reset();
+  }
 }
 
 std::vector<std::string> WaylandDesktop::takeLines(std::chrono::milliseconds silence) {
   const auto end = std::chrono::steady_clock::now() + x11_tests::patience;
   std::vector<std::string> lines;
-  while (const auto line = client_->readLine(silence)) {
+  while (const auto line = client_ ? client_->readLine(silence) : std::nullopt) {
     lines.push_back(*line);
     if (std::chrono::steady_clock::now() < end) continue;
     ADD_FAILURE() << "the client goes on receiving";

@@ -26,8 +26,10 @@ std::string keyLine(int key, bool isDown);
 /// receives, and a keyboard of the kernel's. Runs in the test machine, as root.
 class WaylandDesktop : public testing::Test {
  protected:
-  /// The desktop starts slowly in the test machine, so all suites share one. The last one ends it.
-  static void SetUpTestSuite();
+  /// The desktop starts slowly in the test machine, so the suites on a compositor share one. The
+  /// last one ends it.
+  static void SetUpTestSuite() { useDesktop(Compositor::sway); }
+  static void useDesktop(Compositor compositor);
   static void endDesktop();
   void TearDown() override;
 
@@ -39,7 +41,9 @@ class WaylandDesktop : public testing::Test {
 
   /// Until keys come through the keyboard's clone.
   bool untilKeyboardHeld();
+  /// Puts the other program in front, or Vorrin.
   void focusClient();
+  static void focusVorrin();
 
   /// What the client says until it is silent for `silence`.
   static std::vector<std::string> takeLines(std::chrono::milliseconds silence);

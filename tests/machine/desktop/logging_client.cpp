@@ -1,5 +1,5 @@
 // A window that says what it receives, a line each: "key NUMBER down|up" with the kernel's number,
-// "click down|up", "active" and "inactive".
+// "click down|up", "active" and "inactive". It is small, or covers the screen with --maximized.
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -37,7 +37,11 @@ int main(int count, char** arguments) {
   QGuiApplication::setDesktopFileName("logging-client");
   LoggingWindow window;
   window.setWindowTitle("Logging client");
-  window.setFixedSize(500, 400);
-  window.show();
+  if (application.arguments().contains("--maximized")) {
+    window.showMaximized();
+  } else {
+    window.setFixedSize(500, 400);
+    window.show();
+  }
   return QApplication::exec();
 }

@@ -16,8 +16,25 @@ using namespace std::chrono_literals;
 using testing::Contains;
 using testing::Not;
 using x11_tests::waitFor;
+using x11_tests::waitUntil;
 
-TEST_F(WaylandDesktop, tab_starts_clicking_and_stops_it_and_never_reaches_the_client) {
+class DesktopMacros : public WaylandDesktop, public testing::WithParamInterface<Compositor> {
+ protected:
+  static void SetUpTestSuite() {}
+  static void TearDownTestSuite() { endDesktop(); }
+  void SetUp() override { useDesktop(GetParam()); }
+
+  /// Whether nothing is typed or clicked for a second.
+  bool isQuiet() {
+    watch_.look();
+    watch_.forget();
+    waitFor(1s);
+    watch_.look();
+    return watch_.keys().empty();
+  }
+};
+
+TEST_P(DesktopMacros, tab_starts_clicking_and_stops_it_and_never_reaches_the_client) {
   startVorrin("0.05", "0.05", 7);
   toggle(KEY_TAB);
   auto lines = readUntil("click up", 20);
@@ -30,7 +47,7 @@ TEST_F(WaylandDesktop, tab_starts_clicking_and_stops_it_and_never_reaches_the_cl
   EXPECT_THAT(lines, Not(Contains(keyLine(KEY_TAB, false))));
 }
 
-TEST_F(WaylandDesktop, backtick_types_the_digit_until_escape) {
+TEST_P(DesktopMacros, backtick_types_the_digit_until_escape) {
   startVorrin("0.05", "0.05", 7);
   toggle(KEY_GRAVE);
   const auto lines = readUntil(keyLine(KEY_7, false), 10);
@@ -40,7 +57,7 @@ TEST_F(WaylandDesktop, backtick_types_the_digit_until_escape) {
   EXPECT_THAT(takeLines(1s), Not(Contains(keyLine(KEY_7, true))));
 }
 
-TEST_F(WaylandDesktop, other_keys_arrive_while_clicking) {
+TEST_P(DesktopMacros, other_keys_arrive_while_clicking) {
   startVorrin("0.05", "0.05", 7);
   toggle(KEY_TAB);
   toggle(KEY_A);
@@ -49,20 +66,35 @@ TEST_F(WaylandDesktop, other_keys_arrive_while_clicking) {
   EXPECT_THAT(readUntil(keyLine(KEY_ESC, false)), Contains(keyLine(KEY_ESC, true)));
 }
 
-TEST_F(WaylandDesktop, clicking_pauses_while_vorrin_has_the_keyboard) {
+TEST_P(DesktopMacros, clicking_pauses_while_vorrin_has_the_keyboard) {
   startVorrin("0.05", "0.05", 7);
   toggle(KEY_TAB);
   readUntil("click up", 5);
-  session_->focus(vorrinWindow);
-  readUntil("inactive");
-  watch_.look();
-  watch_.forget();
-  waitFor(1s);
-  watch_.look();
-  EXPECT_TRUE(watch_.keys().empty());
-  session_->focus(loggingClient);
+  focusVorrin();
+  EXPECT_TRUE(waitUntil([this] { return isQuiet(); }, 5s));
+  focusClient();
   readUntil("click up", 5);
 }
+
+// The last one: it ends the desktop.
+TEST_P(DesktopMacros, end_with_the_desktop_and_give_the_keyboard_back) {
+  startVorrin("0.05", "0.05", 7);
+  toggle(KEY_TAB);
+  readUntil("click up", 3);
+  keyboard_->press(KEY_LEFTCTRL);
+  readUntil(keyLine(KEY_LEFTCTRL, true));
+  session_->kill();
+  EXPECT_TRUE(vorrin_->waitForEnd());
+  keyboard_->release(KEY_LEFTCTRL);
+  EXPECT_TRUE(waitUntil([this] {
+    watch_.look();
+    return !watch_.has("vorrin-input-helper") && watch_.held().empty() &&
+           watch_.isFree("test/Test keyboard", "Test keyboard");
+  }));
+}
+
+INSTANTIATE_TEST_SUITE_P(Sway, DesktopMacros, testing::Values(Compositor::sway));
+INSTANTIATE_TEST_SUITE_P(Weston, DesktopMacros, testing::Values(Compositor::weston));
 
 }  // namespace
 }  // namespace vorrin::machine

@@ -1,5 +1,7 @@
 #include "session.h"
 
+#include <algorithm>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <stdexcept>
@@ -12,16 +14,31 @@ namespace {
 constexpr const char* runtime = "/run/user/4242";
 constexpr const char* ipc = "/run/user/4242/sway.sock";
 constexpr const char* display = "/run/user/4242/wayland-1";
-constexpr const char* configuration = "/tmp/sway.conf";
+constexpr const char* swayConfiguration = "/tmp/sway.conf";
+constexpr const char* westonConfiguration = "/tmp/weston.ini";
 
-void writeConfiguration() {
-  std::ofstream(configuration) << "xwayland disable\n"
-                                  "output HEADLESS-1 resolution 1280x800\n"
-                                  "focus_follows_mouse no\n"
-                                  "default_border none\n"
-                                  "for_window [app_id=\".*\"] floating enable\n"
-                                  "for_window [app_id=\"logging-client\"] move position 740 40\n"
-                                  "for_window [app_id=\"org.vorrin.Vorrin\"] move position 40 20\n";
+std::vector<std::string> prepareSway() {
+  std::ofstream(swayConfiguration)
+      << "xwayland disable\n"
+         "output HEADLESS-1 resolution 1280x800\n"
+         "focus_follows_mouse no\n"
+         "default_border none\n"
+         "for_window [app_id=\".*\"] floating enable\n"
+         "for_window [app_id=\"logging-client\"] move position 740 40\n"
+         "for_window [app_id=\"org.vorrin.Vorrin\"] move position 40 20\n";
+  return {"sway", "-c", swayConfiguration};
+}
+
+/// Weston takes input only beside a real screen, as the kernel sees it.
+std::vector<std::string> prepareWeston() {
+  succeeds("modprobe -d \"$MACHINE_KERNEL\" bochs && udevadm settle");
+  // Newer ones know `renderer`, older ones `use-pixman`.
+  std::ofstream(westonConfiguration) << "[core]\nbackend=drm-backend.so\nuse-pixman=true\n"
+                                        "renderer=pixman\nidle-time=0\nrequire-input=false\n"
+                                        "[shell]\npanel-position=none\nlocking=false\n"
+                                        "close-animation=none\nstartup-animation=none\n";
+  return {"weston", std::string("--config=") + westonConfiguration, "--socket=wayland-1",
+          "--log=/tmp/weston.log"};
 }
 
 Environment environment() {
@@ -38,13 +55,19 @@ Environment environment() {
 
 }  // namespace
 
-DesktopSession::DesktopSession() {
-  writeConfiguration();
-  sway_ = start({"env", "-u", "WAYLAND_DISPLAY", "sway", "-c", configuration});
+DesktopSession::DesktopSession(Compositor compositor) : compositor_(compositor) {
+  // One that was killed leaves them.
+  for (const auto* socket : {display, ipc}) std::filesystem::remove(socket);
+  std::vector<std::string> command = {"env", "-u", "WAYLAND_DISPLAY"};
+  const bool isSway = compositor == Compositor::sway;
+  for (const auto& word : isSway ? prepareSway() : prepareWeston()) command.push_back(word);
+  process_ = start(command);
   if (!x11_tests::waitUntil(
-          [&] { return std::filesystem::exists(display) && std::filesystem::exists(ipc); },
+          [&] {
+            return std::filesystem::exists(display) && (!isSway || std::filesystem::exists(ipc));
+          },
           std::chrono::seconds(60))) {
-    throw std::runtime_error("sway does not start");
+    throw std::runtime_error("the compositor does not start");
   }
 }
 
@@ -83,7 +106,18 @@ std::string DesktopSession::tree() const {
 }
 
 bool DesktopSession::hasInput(const std::string& name) const {
-  return outputOf({"swaymsg", "-rt", "get_inputs"}).find('"' + name + '"') != std::string::npos;
+  const auto opened = "/proc/" + std::to_string(process_->id()) + "/fd";
+  return std::ranges::any_of(std::filesystem::directory_iterator(opened), [&](const auto& entry) {
+    std::error_code failure;
+    const auto device = std::filesystem::read_symlink(entry.path(), failure).filename();
+    std::string found;
+    std::getline(std::ifstream("/sys/class/input" / device / "device/name"), found);
+    return found == name;
+  });
+}
+
+void DesktopSession::kill() const {
+  process_->signal(SIGKILL);
 }
 
 void DesktopSession::takeScreenshot() const {

@@ -20,15 +20,30 @@ inline constexpr const char* vorrinWindow = "org.vorrin.Vorrin";
 
 inline constexpr const char* screenshot = "/home/player/screenshot.png";
 
-/// A sway with libinput below and no screen but one in memory, in a session of the ordinary user's.
+/// What shows the windows.
+enum class Compositor {
+  sway,   ///< on a screen in memory, told by its own commands what to do
+  weston  ///< of another family, on a graphics card; only a user can tell it what to do
+};
+
+/// A compositor with libinput below, in a session of the ordinary user's.
 class DesktopSession {
  public:
-  DesktopSession();
+  explicit DesktopSession(Compositor compositor = Compositor::sway);
+
+  [[nodiscard]] Compositor compositor() const { return compositor_; }
 
   /// A program of the session.
   [[nodiscard]] std::unique_ptr<Process> start(const std::vector<std::string>& command) const;
   /// What one prints; it has to succeed.
   std::string outputOf(const std::vector<std::string>& command) const;
+
+  /// Whether the compositor has the device of this name open.
+  [[nodiscard]] bool hasInput(const std::string& name) const;
+  /// Ends the compositor without a chance to say so.
+  void kill() const;
+
+  // What follows only sway can be told.
 
   /// Gives the keyboard to the window with this application id, Vorrin's or the client's, and moves
   /// the pointer over it.
@@ -36,8 +51,6 @@ class DesktopSession {
   /// Moves the pointer to this place of the screen.
   void pointAt(int x, int y) const;
   [[nodiscard]] std::string tree() const;
-  /// Whether libinput has the device of this name.
-  [[nodiscard]] bool hasInput(const std::string& name) const;
   /// Leaves a picture of the desktop in `screenshot`.
   void takeScreenshot() const;
 
@@ -45,7 +58,8 @@ class DesktopSession {
   void command(const std::string& text) const;
 
   const Login& login_ = playerLogin();
-  std::unique_ptr<Process> sway_;
+  Compositor compositor_;
+  std::unique_ptr<Process> process_;
 };
 
 }  // namespace vorrin::machine
