@@ -29,8 +29,9 @@ namespace {
 constexpr std::chrono::seconds sessionPatience{90};
 
 std::string sessionAt(const std::string& user, const std::string& console) {
-  return outputOf("loginctl list-sessions --no-legend | awk '$3 == \"" + user + "\" && $5 == \"" +
-                  console + "\" { print $1 }'");
+  // Newer ones list more before the console.
+  return outputOf("loginctl list-sessions --no-legend | awk '$3 == \"" + user + "\" && / " +
+                  console + "( |$)/ { print $1 }'");
 }
 
 void sendAnswer(int socket, const std::string& text, int descriptor) {
