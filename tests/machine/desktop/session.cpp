@@ -4,6 +4,8 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <functional>
+#include <nlohmann/json.hpp>
 #include <stdexcept>
 
 #include "tests/x11/harness/wait.h"
@@ -94,7 +96,33 @@ void DesktopSession::focus(const std::string& application) const {
   // A click gives the keyboard to the window below it, so the pointer goes first; in Vorrin's
   // window to where a click does nothing, for an open menu would keep the keyboard.
   application == loggingClient ? pointAt(900, 200) : pointAt(60, 725);
+  switchTo(application);
+}
+
+void DesktopSession::switchTo(const std::string& application) const {
   command("[app_id=\"" + application + "\"] focus");
+}
+
+void DesktopSession::click() const {
+  command("seat seat0 cursor press button1; seat seat0 cursor release button1");
+}
+
+void DesktopSession::arrangeVorrin(const std::string& what) const {
+  command("[app_id=\"" + std::string(vorrinWindow) + "\"] " + what);
+}
+
+ShownWindow DesktopSession::vorrin() const {
+  std::vector<nlohmann::json> found;
+  const std::function<void(const nlohmann::json&)> search = [&](const nlohmann::json& node) {
+    if (node.value("app_id", nlohmann::json()) == vorrinWindow) found.push_back(node);
+    for (const char* kind : {"nodes", "floating_nodes"}) std::ranges::for_each(node[kind], search);
+  };
+  search(nlohmann::json::parse(tree()));
+  if (found.size() != 1) throw std::runtime_error("Vorrin has not one window");
+  const auto& window = found.front();
+  const auto& rect = window["rect"];
+  return {window["focused"], window["fullscreen_mode"] != 0, rect["x"], rect["y"], rect["width"],
+          rect["height"]};
 }
 
 void DesktopSession::pointAt(int x, int y) const {
@@ -122,6 +150,12 @@ void DesktopSession::kill() const {
 
 void DesktopSession::takeScreenshot() const {
   outputOf({"grim", screenshot});
+}
+
+Picture DesktopSession::picture() const {
+  constexpr const char* file = "/home/player/picture.ppm";
+  outputOf({"grim", "-t", "ppm", file});
+  return Picture(file);
 }
 
 }  // namespace vorrin::machine
