@@ -17,7 +17,11 @@ struct Place {
   int x, y;
 };
 constexpr Place fullScreen{544, 75};
+constexpr Place startKeyboard{549, 165};
 constexpr Place startMouse{549, 275};
+constexpr Place interval{355, 201};
+constexpr Place presetName{200, 527};
+constexpr Place savePreset{364, 527};
 constexpr Place openSettings{170, 684};
 /// Outside all windows.
 constexpr Place nowhere{1240, 760};
@@ -61,6 +65,9 @@ class WaylandWindow : public WaylandDesktop {
     EXPECT_TRUE(watch_.keys().empty());
     EXPECT_FALSE(isFullScreen());
   }
+
+  /// The green of marks and of the ring around what has the keyboard.
+  static bool isGreen(const Picture::Pixel& pixel) { return pixel[1] > 200 && pixel[0] < 100; }
 
   static bool isDimmed() {
     const Picture title = session_->picture().part(heading);
@@ -128,6 +135,64 @@ TEST_F(WaylandWindow, a_sheet_hangs_inside_it_and_moves_with_it_floating_and_in_
   EXPECT_GT(place.right - place.left, 300);
   EXPECT_NEAR(place.left + place.right, session_->vorrin().width, 4);
   keyboard_->tap(KEY_ESC);
+}
+
+TEST_F(WaylandWindow, the_menu_of_a_pop_up_is_as_wide_as_it_and_round_and_leaves_no_trace) {
+  showVorrin();
+  // From the field back to the pop-up of the shortcut, by the keyboard; the pointer is elsewhere.
+  click(interval);
+  pointAt(nowhere);
+  keyboard_->press(KEY_LEFTSHIFT);
+  keyboard_->tap(KEY_TAB);
+  keyboard_->release(KEY_LEFTSHIFT);
+  ASSERT_TRUE(waitUntil([] { return isGreen(session_->picture().at(145, 201)); }));
+  const Picture before = settledPicture();
+  const auto ends = before.edges(201, 140, 262);
+  keyboard_->tap(KEY_SPACE);
+  Picture opened = before;
+  Box menu;
+  ASSERT_TRUE(waitUntil([&] {
+    opened = session_->picture();
+    menu = opened.aroundDifference(before);
+    return menu.bottom > 330;
+  }));
+  EXPECT_EQ(menu.left, ends.front());
+  EXPECT_EQ(menu.right + 1, ends.back());
+  EXPECT_EQ(opened.at(menu.left, menu.bottom), before.at(menu.left, menu.bottom));
+  keyboard_->tap(KEY_DOWN);
+  ASSERT_TRUE(waitUntil([&] { return session_->picture() != opened; }));
+  // The mark stays with the present item, the first one.
+  opened = settledPicture();
+  const Box mark = opened.around([&](int x, int y) {
+    return x > menu.left && x < menu.right && y > 216 && y < menu.bottom &&
+           isGreen(opened.at(x, y));
+  });
+  EXPECT_LT(mark.bottom, 250);
+  EXPECT_GT(mark.left, (menu.left + menu.right) / 2);
+  keyboard_->tap(KEY_ESC);
+  EXPECT_TRUE(waitUntil([&] { return session_->picture() == before; }));
+}
+
+TEST_F(WaylandWindow, nothing_moves_when_a_macro_starts_and_a_preset_comes) {
+  showVorrin();
+  // Rows of the screen that cut through the bezels of buttons and of no text.
+  const auto edges = [] {
+    const Picture picture = session_->picture();
+    return std::vector{picture.edges(158, 508, 590), picture.edges(556, 70, 590)};
+  };
+  constexpr Box title{522, 157, 576, 173};
+  const Picture start = session_->picture().part(title);
+  const auto before = edges();
+  ASSERT_EQ(before[0].size(), 2u);
+  ASSERT_EQ(before[1].size(), 8u);
+  click(startKeyboard);
+  click(presetName);
+  for (const int key : {KEY_N, KEY_I, KEY_G, KEY_H, KEY_T}) keyboard_->tap(key);
+  click(savePreset);
+  pointAt(nowhere);
+  lookAtWindow();
+  EXPECT_NE(session_->picture().part(title), start);
+  EXPECT_EQ(edges(), before);
 }
 
 }  // namespace
