@@ -27,7 +27,9 @@ if(CMAKE_SYSTEM_NAME STREQUAL "Linux" AND NOT VORRIN_SANITIZE)
 endif()
 if(VORRIN_SANITIZE)
   target_compile_options(vorrin_options INTERFACE
-    -fsanitize=${VORRIN_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    -fsanitize=${VORRIN_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer
+    # In the tests' own sources these take a third of the time to compile and find what ends them anyway.
+    $<$<PATH:IS_PREFIX,${CMAKE_SOURCE_DIR}/tests,$<TARGET_PROPERTY:SOURCE_DIR>>:-fno-sanitize=alignment,null,vptr>)
   target_link_options(vorrin_options INTERFACE -fsanitize=${VORRIN_SANITIZE})
 endif()
 if(VORRIN_COVERAGE)
