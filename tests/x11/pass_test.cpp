@@ -9,7 +9,7 @@ struct PassTest : TapTest {
 };
 
 TEST_F(PassTest, a_key_let_through_arrives_as_one_press_and_release_and_is_reported_once) {
-  for (const Source source : {Source::keyboard, Source::xtest}) {
+  for (const Source source : sources) {
     user.tap(keys::backtick, source);
     EXPECT_EQ(describe(tap.readSeen()), "50+ 50-");
     EXPECT_EQ(keysOf(client.readAll(user)), tapOf(keys::backtick));
@@ -31,7 +31,7 @@ TEST_F(PassTest, a_key_is_held_back_again_after_it_was_let_through) {
   user.tap(keys::backtick);
   received();
   ASSERT_TRUE(tap.command("swallow 50"));
-  for (const Source source : {Source::keyboard, Source::xtest}) {
+  for (const Source source : sources) {
     user.tap(keys::backtick, source);
     EXPECT_EQ(keysOf(received()), "");
   }

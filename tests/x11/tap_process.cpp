@@ -23,7 +23,10 @@ std::optional<SeenKey> parseEvent(const std::string& line) {
 }  // namespace
 
 TapProcess::TapProcess(const std::string& display)
-    : process_({VORRIN_TAP_PROGRAM}, {{"DISPLAY", display}, {"VORRIN_INPUT", "x11"}}) {}
+    : TapProcess(Environment{{"DISPLAY", display}, {"VORRIN_INPUT", "x11"}}) {}
+
+TapProcess::TapProcess(const Environment& environment, std::vector<std::string> command)
+    : process_((command.emplace_back(VORRIN_TAP_PROGRAM), command), environment) {}
 
 bool TapProcess::command(const std::string& line) {
   process_.writeLine(line);
@@ -64,6 +67,10 @@ bool TapProcess::waitForEvent(const std::function<bool(const SeenKey&)>& wanted)
 std::vector<SeenKey> TapProcess::readSeen() {
   command("fence");
   command("fence");
+  return takeSeen();
+}
+
+std::vector<SeenKey> TapProcess::takeSeen() {
   return std::exchange(seen_, {});
 }
 

@@ -21,6 +21,8 @@ struct SeenKey {
 class TapProcess {
  public:
   explicit TapProcess(const std::string& display);
+  /// With the way to listen that the environment says, started by another command if there is one.
+  explicit TapProcess(const Environment& environment, std::vector<std::string> command = {});
 
   /// Gives a command and reads on to its answer.
   bool command(const std::string& line);
@@ -39,6 +41,9 @@ class TapProcess {
 
   /// All keys that the callback saw since the last call, up to now. What it made of them is done.
   std::vector<SeenKey> readSeen();
+
+  /// What the callback saw since the last call, as far as its output was read.
+  std::vector<SeenKey> takeSeen();
 
   Process& process() { return process_; }
 

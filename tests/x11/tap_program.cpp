@@ -115,6 +115,13 @@ void answerBehindEvents(const std::string& command) {
       Qt::SingleShotConnection);
 }
 
+void pressOnly(std::uint16_t keyCode) {
+  const std::array events{
+      SyntheticEvent{.type = EventType::keyDown, .location = {}, .keyCode = keyCode},
+      SyntheticEvent{.type = EventType::leftMouseDown, .location = {}}};
+  vorrin::postEvents(events);
+}
+
 void obey(const std::string& line) {
   std::istringstream fields(line);
   std::string command;
@@ -122,6 +129,8 @@ void obey(const std::string& line) {
   if (command == "create") return answer(command, createTap(readNumbers<std::uint16_t>(fields)));
   if (command == "fence") return answerBehindEvents(command);
   if (command == "trusted") return answer(command, vorrin::isProcessTrusted());
+  if (command == "ask") return answer(command, vorrin::isProcessTrustedWithPrompt());
+  if (command == "pointer") return answer(command, vorrin::pointerLocation().has_value());
   if (command == "choose") {
     return answer(command, state().tap->claim(readNumbers<std::uint16_t>(fields)));
   }
@@ -138,6 +147,7 @@ void obey(const std::string& line) {
     post(static_cast<std::uint16_t>(numbers.at(0)), numbers.at(1), numbers.at(2));
   }
   if (command == "click") click(readNumbers<int>(fields).at(0));
+  if (command == "press-only") pressOnly(readNumbers<std::uint16_t>(fields).at(0));
   if (command == "click-on") clickEveryMillisecond();
   if (command == "quit") QCoreApplication::quit();
   answer(command, true);

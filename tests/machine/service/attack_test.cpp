@@ -93,12 +93,45 @@ TEST_F(ServiceAttack, the_user_can_neither_signal_nor_trace_nor_limit_nor_hold_i
   EXPECT_EQ(service(), process);
 }
 
+TEST_F(ServiceAttack, what_its_caller_ignores_blocks_or_limits_does_not_reach_it) {
+  caller.reset();
+  std::signal(SIGCHLD, SIG_IGN);
+  std::signal(SIGTERM, SIG_IGN);
+  rlimit before{};
+  ::getrlimit(RLIMIT_NOFILE, &before);
+  const rlimit few{12, before.rlim_max};
+  ::setrlimit(RLIMIT_NOFILE, &few);
+  caller = std::make_unique<Caller>(login);
+  ::setrlimit(RLIMIT_NOFILE, &before);
+  std::signal(SIGCHLD, SIG_DFL);
+  std::signal(SIGTERM, SIG_DFL);
+  ASSERT_NO_FATAL_FAILURE(startAndGrab());
+  // Of systemd's, for all services.
+  EXPECT_EQ(statusOf(service(), "SigIgn"), "0000000000001000");
+  ASSERT_TRUE(succeeds("busybox chvt 2"));
+  EXPECT_TRUE(until([this] { return keyboardIsFree(); }));
+  ASSERT_TRUE(succeeds("busybox chvt 1"));
+}
+
 TEST_F(ServiceAttack, freezing_all_of_the_user_s_processes_costs_no_key) {
   ASSERT_NO_FATAL_FAILURE(startAndGrab());
   const auto freezer = "/sys/fs/cgroup/user.slice/user-4242.slice/cgroup.freeze";
   ASSERT_TRUE(succeeds(std::string("echo 1 >") + freezer));
   for (const int key : {KEY_A, KEY_S, KEY_D}) EXPECT_TRUE(typePassing(key));
   ASSERT_TRUE(succeeds(std::string("echo 0 >") + freezer));
+}
+
+TEST_F(ServiceAttack, of_many_programs_of_a_session_one_is_served) {
+  ASSERT_NO_FATAL_FAILURE(startAndGrab());
+  const auto devices = [] {
+    const std::filesystem::directory_iterator folder("/dev/input");
+    return std::distance(begin(folder), end(folder));
+  };
+  const auto before = devices();
+  for (int count = 0; count < 12; ++count) {
+    EXPECT_THAT(Caller(login).call("Connect").error, testing::HasSubstr("another program"));
+  }
+  EXPECT_EQ(devices(), before);
 }
 
 /// Has udev give the keyboard of this name to a second seat.

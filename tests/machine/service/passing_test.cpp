@@ -14,7 +14,19 @@ namespace {
 
 using namespace helper_protocol;
 using testing::Contains;
+using testing::ElementsAre;
 using testing::IsEmpty;
+
+TEST_F(GrabbedKeyboard, other_keys_arrive_in_order_and_through_the_clone) {
+  keyboard->press(KEY_LEFTSHIFT);
+  keyboard->tap(KEY_B);
+  keyboard->release(KEY_LEFTSHIFT);
+  ASSERT_TRUE(untilSeen(up(KEY_LEFTSHIFT)));
+  EXPECT_THAT(watch.keys(),
+              ElementsAre(down(KEY_LEFTSHIFT), down(KEY_B), up(KEY_B), up(KEY_LEFTSHIFT)));
+  for (const auto& event : watch.seen()) EXPECT_EQ(event.place, ownPlace);
+  EXPECT_THAT(peer->said(), IsEmpty());
+}
 
 TEST_F(GrabbedKeyboard, a_held_key_repeats_once_for_all) {
   keyboard->press(KEY_E);

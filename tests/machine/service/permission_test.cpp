@@ -9,7 +9,9 @@
 #include <unistd.h>
 
 #include <array>
+#include <chrono>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -25,7 +27,28 @@ using testing::HasSubstr;
 
 constexpr const char* rightPassword = "correct horse";
 
-using ServicePermission = MachineService;
+/// What took how long.
+void report(const char* what, std::chrono::steady_clock::time_point begin) {
+  const std::chrono::duration<double, std::milli> taken = std::chrono::steady_clock::now() - begin;
+  std::printf("%s: let go after %.0f ms\n", what, taken.count());
+}
+
+class ServicePermission : public MachineService {
+ protected:
+  void connectByRule() {
+    std::ofstream(rule) << "polkit.addRule(function(action, subject) {\n"
+                           "  if (action.id == 'org.vorrin.input-helper.connect' &&\n"
+                           "      subject.user == 'player') return polkit.Result.YES;\n});\n";
+    ASSERT_TRUE(until([this] {
+      auto answer = caller->call("Connect");
+      if (answer.socket.isOpen()) peer.emplace(std::move(answer.socket));
+      return peer.has_value();
+    }));
+    ASSERT_NO_FATAL_FAILURE(holdKeyboard());
+  }
+
+  const std::filesystem::path rule = "/etc/polkit-1/rules.d/60-test.rules";
+};
 
 TEST_F(ServicePermission, without_one_nothing_is_given_and_no_device_is_open_to_the_user) {
   EXPECT_THAT(caller->call("Connect").error, HasSubstr("not given"));
@@ -36,6 +59,41 @@ TEST_F(ServicePermission, without_one_nothing_is_given_and_no_device_is_open_to_
     return open + (::access("/dev/uinput", R_OK) == 0 ? 1 : 0);
   });
   EXPECT_EQ(opened, 0);
+}
+
+TEST_F(ServicePermission, a_rule_of_the_administrator_s_that_goes_lets_go_at_once) {
+  ASSERT_NO_FATAL_FAILURE(connectByRule());
+  std::filesystem::remove(rule);
+  const auto begin = std::chrono::steady_clock::now();
+  EXPECT_TRUE(hasEnded(EndReason::revoked));
+  EXPECT_TRUE(keyboardIsFree());
+  report("rule removed", begin);
+}
+
+TEST_F(ServicePermission, taking_back_needs_no_password_and_lets_go_at_once) {
+  ASSERT_NO_FATAL_FAILURE(startAndGrab());
+  const auto begin = std::chrono::steady_clock::now();
+  EXPECT_EQ(Caller(login).call("TakeBack").error, "");
+  EXPECT_TRUE(hasEnded(EndReason::revoked));
+  EXPECT_TRUE(keyboardIsFree());
+  report("taken back", begin);
+  EXPECT_THAT(caller->call("?Connect").error, HasSubstr("took the permission back"));
+  EXPECT_EQ(caller->call("AskEveryTime").error, "");
+  EXPECT_THAT(caller->call("Connect").error, HasSubstr("not given"));
+}
+
+TEST_F(ServicePermission, what_was_allowed_is_forgotten_with_the_account) {
+  allow(visitor);
+  ASSERT_TRUE(succeeds("cp /etc/passwd /tmp/passwd && sed -i /^visitor:/d /etc/passwd"));
+  ASSERT_TRUE(succeeds("systemctl restart vorrin-input-helper.service"));
+  EXPECT_TRUE(std::filesystem::is_empty(decisions));
+  allow({"formerly", visitor.number});
+  ASSERT_TRUE(succeeds("cp /tmp/passwd /etc/passwd"));
+  const Login other(visitor, 2);
+  ASSERT_TRUE(succeeds("busybox chvt 2"));
+  const Caller theirs(other);
+  EXPECT_TRUE(until([&] { return theirs.call("Connect").error.ends_with("not given"); }));
+  ASSERT_TRUE(succeeds("busybox chvt 1"));
 }
 
 /// polkit's own dialogue for terminals, for the questions about one program.

@@ -2,9 +2,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <string>
-#include <utility>
-#include <vector>
 
 #include "service_test.h"
 
@@ -51,23 +48,38 @@ class ServiceSession : public MachineService {
   }
 };
 
-TEST_F(ServiceSession, one_that_is_switched_away_or_locked_has_nothing_until_it_is_back) {
+TEST_F(ServiceSession, one_that_is_switched_away_has_nothing_until_it_is_back) {
   ASSERT_NO_FATAL_FAILURE(startAndGrab());
   EXPECT_GT(devicesOpen(), 0);
-  const auto hint = "busctl call org.freedesktop.login1 /org/freedesktop/login1/session/_3" +
-                    login.id() + " org.freedesktop.login1.Session SetLockedHint b ";
-  const std::vector<std::pair<std::string, std::string>> ways{
-      {"busybox chvt 2", "busybox chvt 1"},
-      {"loginctl lock-session " + login.id(), "loginctl unlock-session " + login.id()},
-      {hint + "true", hint + "false"}};
-  for (const auto& [leave, comeBack] : ways) {
-    SCOPED_TRACE(leave);
-    ASSERT_TRUE(succeeds(leave));
-    expectAway();
-    peer->forget();
-    ASSERT_TRUE(succeeds(comeBack));
-    expectBack();
-  }
+  ASSERT_TRUE(succeeds("busybox chvt 2"));
+  expectAway();
+  peer->forget();
+  ASSERT_TRUE(succeeds("busybox chvt 1"));
+  expectBack();
+}
+
+TEST_F(ServiceSession, one_that_is_asked_to_lock_has_nothing_until_it_is_asked_to_unlock) {
+  ASSERT_NO_FATAL_FAILURE(startAndGrab());
+  ASSERT_TRUE(succeeds("loginctl lock-session " + login.id()));
+  expectAway();
+  peer->forget();
+  ASSERT_TRUE(succeeds("loginctl unlock-session " + login.id()));
+  expectBack();
+}
+
+TEST_F(ServiceSession, one_whose_desktop_says_that_it_is_locked_has_nothing) {
+  ASSERT_NO_FATAL_FAILURE(startAndGrab());
+  const auto hint = [this](const char* value) {
+    return succeeds("busctl call org.freedesktop.login1 /org/freedesktop/login1/session/_3" +
+                    login.id() + " org.freedesktop.login1.Session SetLockedHint b " + value);
+  };
+  ASSERT_TRUE(hint("true"));
+  expectAway();
+  ASSERT_TRUE(succeeds("loginctl unlock-session " + login.id()));
+  EXPECT_TRUE(keyboardIsFree()) << "that is a wish; the hint says what is";
+  peer->forget();
+  ASSERT_TRUE(hint("false"));
+  expectBack();
 }
 
 TEST_F(ServiceSession, sleep_frees_the_keyboards_and_its_end_takes_them_again) {
@@ -95,6 +107,22 @@ TEST_F(ServiceSession, another_user_s_is_served_when_it_is_in_front_and_then_alo
   EXPECT_THAT(caller->call("Connect").error, testing::HasSubstr("session in front"));
   ASSERT_TRUE(succeeds("busybox chvt 1"));
   expectAway();
+}
+
+TEST_F(ServiceSession, one_that_ends_takes_the_permission_with_it) {
+  const Login other(visitor, 2);
+  allow(visitor);
+  ASSERT_TRUE(succeeds("busybox chvt 2"));
+  {
+    const Caller theirs(other);
+    Caller::Answer answer;
+    ASSERT_TRUE(until([&] { return (answer = theirs.call("Connect")).socket.isOpen(); }));
+    peer.emplace(std::move(answer.socket));
+    ASSERT_NO_FATAL_FAILURE(holdKeyboard());
+    ASSERT_TRUE(succeeds("loginctl terminate-session " + other.id()));
+    EXPECT_TRUE(until([this] { return keyboardIsFree(); }));
+  }
+  ASSERT_TRUE(succeeds("busybox chvt 1"));
 }
 
 }  // namespace

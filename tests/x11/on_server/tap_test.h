@@ -15,6 +15,9 @@
 
 namespace vorrin::x11_tests {
 
+/// Where keys come from here.
+inline constexpr Source sources[] = {Source::keyboard, Source::xtest};
+
 /// A desktop with somebody else's program in front and a program that holds a tap.
 struct TapTest : testing::Test {
   explicit TapTest(Desktop& place = Desktop::shared()) : desktop(place) {}
