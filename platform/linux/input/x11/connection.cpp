@@ -5,6 +5,7 @@
 #include <xkbcommon/xkbcommon-x11.h>
 
 #include <chrono>
+#include <csignal>
 #include <cstdlib>
 
 #include "platform/linux/foundation/xcb_reply.h"
@@ -12,6 +13,9 @@
 namespace vorrin::x11 {
 
 std::optional<Connection> Connection::open() {
+  // The library writes to a server that is gone as to any other, and what follows by default ends
+  // the process before anybody can say why.
+  std::signal(SIGPIPE, SIG_IGN);
   Connection connection(xcb_connect(nullptr, nullptr));  // one comes back even without a server
   if (connection.lost() || !connection.findExtensions()) return std::nullopt;
   return connection;
