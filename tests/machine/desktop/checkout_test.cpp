@@ -28,7 +28,7 @@ class Checkout : public WaylandDesktop {
   // The other tests need it.
   static void TearDownTestSuite() {
     EXPECT_TRUE(succeeds("/run/checkout/scripts/input-helper install /run/build"));
-    allow(player);
+    endDesktop();
   }
 
   static bool remove() { return succeeds("/run/checkout/scripts/input-helper remove"); }

@@ -26,9 +26,10 @@ std::string keyLine(int key, bool isDown);
 /// receives, and a keyboard of the kernel's. Runs in the test machine, as root.
 class WaylandDesktop : public testing::Test {
  protected:
-  /// The desktop starts slowly in the test machine, so the suites on a compositor share one. The
-  /// last one ends it.
+  /// The desktop starts slowly in the test machine, so the tests of a suite share one. It ends with
+  /// them, for other suites have a Vorrin of their own.
   static void SetUpTestSuite() { useDesktop(Compositor::sway); }
+  static void TearDownTestSuite() { endDesktop(); }
   static void useDesktop(Compositor compositor);
   static void endDesktop();
   void TearDown() override;

@@ -21,7 +21,6 @@ using x11_tests::waitUntil;
 class DesktopMacros : public WaylandDesktop, public testing::WithParamInterface<Compositor> {
  protected:
   static void SetUpTestSuite() {}
-  static void TearDownTestSuite() { endDesktop(); }
   void SetUp() override { useDesktop(GetParam()); }
 
   /// Whether nothing is typed or clicked for a second.
