@@ -70,8 +70,11 @@ TEST_F(ServiceSession, one_that_is_asked_to_lock_has_nothing_until_it_is_asked_t
 TEST_F(ServiceSession, one_whose_desktop_says_that_it_is_locked_has_nothing) {
   ASSERT_NO_FATAL_FAILURE(startAndGrab());
   const auto hint = [this](const char* value) {
-    return succeeds("busctl call org.freedesktop.login1 /org/freedesktop/login1/session/_3" +
-                    login.id() + " org.freedesktop.login1.Session SetLockedHint b " + value);
+    return succeeds(
+        "busctl call org.freedesktop.login1 $(busctl call org.freedesktop.login1 "
+        "/org/freedesktop/login1 org.freedesktop.login1.Manager GetSession s " +
+        login.id() + " | cut -d '\"' -f 2) org.freedesktop.login1.Session SetLockedHint b " +
+        value);
   };
   ASSERT_TRUE(hint("true"));
   expectAway();
