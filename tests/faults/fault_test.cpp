@@ -8,18 +8,6 @@
 
 namespace vorrin::faults {
 
-void FaultTest::startMacros() {
-  start();
-  runMacros();
-}
-
-void FaultTest::runMacros() {
-  user.tap(settings.keys[0]);
-  user.tap(settings.keys[1]);
-  expectActions(keyboardMacro);
-  expectActions(mouseMacro);
-}
-
 void FaultTest::passMoment(std::chrono::microseconds bound) {
   waitFor(std::chrono::microseconds(
       std::uniform_int_distribution<std::int64_t>(0, bound.count())(random)));
@@ -58,7 +46,7 @@ void FaultTest::expectWorkingProgram() {
   showClient();
   // What arrived before would pass for the macros' actions.
   client->readAll(user);
-  runMacros();
+  startMacros();
   user.tap(keys::escape);
   expectSilence();
 }

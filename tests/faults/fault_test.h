@@ -20,10 +20,6 @@ struct FaultTest : OwnDesktop, EndToEndTest {
 
   std::mt19937 random{static_cast<std::mt19937::result_type>(amount("SEED", 1))};
 
-  /// Starts what `start` starts and both macros, and waits until they act.
-  void startMacros();
-  void runMacros();
-
   /// A moment somewhere within `bound` passes.
   void passMoment(std::chrono::microseconds bound);
 

@@ -40,8 +40,7 @@ TEST_F(KillTest, ended_at_any_moment_of_its_macros_it_leaves_no_key_down_and_all
       startProgram();
       showClient();
     }
-    user.tap(keys::backtick);
-    user.tap(keys::tab);
+    for (const std::uint16_t key : settings.keys) user.tap(key);
     passMoment(std::chrono::milliseconds(60));
     end(signalOf(round));
     expectUsableInput();

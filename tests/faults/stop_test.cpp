@@ -1,6 +1,5 @@
 #include <csignal>
-#include <memory>
-#include <vector>
+#include <deque>
 
 #include "fault_test.h"
 #include "input_watch.h"
@@ -10,18 +9,15 @@ namespace {
 
 // The program is stopped for a while, as by a debugger, a full memory or a closed lid.
 struct StopTest : FaultTest {
-  void stopAWhile() {
-    program->process().signal(SIGSTOP);
-    waitFor(duration);
-    program->process().signal(SIGCONT);
-  }
-
   const std::chrono::seconds duration{amount("STOP", 3)};
 };
 
 TEST_F(StopTest, the_macros_go_on_afterwards_without_making_up_for_what_they_missed) {
+  start();
   startMacros();
-  stopAWhile();
+  program->process().signal(SIGSTOP);
+  waitFor(duration);
+  program->process().signal(SIGCONT);
   // Both act a hundred times a second.
   InputWatch watch(desktop.display());
   waitFor(std::chrono::milliseconds(500));
@@ -34,6 +30,7 @@ TEST_F(StopTest, the_macros_go_on_afterwards_without_making_up_for_what_they_mis
 }
 
 TEST_F(StopTest, the_keyboard_works_meanwhile_and_escape_stops_the_macros_afterwards) {
+  start();
   startMacros();
   program->process().signal(SIGSTOP);
   expectUsableInput();
@@ -46,6 +43,7 @@ TEST_F(StopTest, the_keyboard_works_meanwhile_and_escape_stops_the_macros_afterw
 }
 
 TEST_F(StopTest, asked_to_end_while_stopped_it_ends_as_usual_afterwards) {
+  start();
   startMacros();
   program->process().signal(SIGSTOP);
   program->process().signal(SIGTERM);
@@ -55,22 +53,15 @@ TEST_F(StopTest, asked_to_end_while_stopped_it_ends_as_usual_afterwards) {
   expectUsableInput();
 }
 
-// The machine has other things to do.
-struct LoadFault : FaultTest {
-  std::vector<std::unique_ptr<Process>> load;
-
-  void startLoad() {
-    for (int count = 0; count < 6; ++count) {
-      load.push_back(
-          std::make_unique<Process>(std::vector<std::string>{"sh", "-c", "while :; do :; done"}));
-    }
-  }
-};
+using LoadFault = FaultTest;
 
 TEST_F(LoadFault, on_a_busy_machine_no_key_is_lost_and_what_a_macro_presses_it_releases) {
   settings.intervals = {3600, 0.001};
   start();
-  startLoad();
+  std::deque<Process> load;
+  for (int count = 0; count < 6; ++count) {
+    load.emplace_back(std::vector<std::string>{"sh", "-c", "while :; do :; done"});
+  }
   user.tap(keys::tab);
   expectActions(mouseMacro);
   const std::string text = "the quick brown fox jumps over a lazy dog 0123456789";

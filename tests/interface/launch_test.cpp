@@ -42,17 +42,20 @@ TEST_F(Launch, the_window_has_these_buttons) {
                           "Rename", "Delete", "Open Accessibility Settings", "Retry connection"));
 }
 
-TEST_F(Launch, an_empty_domain_gives_the_start_values) {
-  EXPECT_EQ(app->fields[0].text(), "0.05");
-  EXPECT_EQ(app->fields[1].text(), "0.001");
-  EXPECT_EQ(app->shortcuts[0].titleOfSelectedItem(), "Backtick `");
-  EXPECT_EQ(app->shortcuts[1].titleOfSelectedItem(), "Tab");
-  EXPECT_EQ(app->output.titleOfSelectedItem(), "1");
-  EXPECT_TRUE(app->checks[0].isOn());
-  EXPECT_TRUE(app->checks[1].isOn());
+/// What the controls of the settings show.
+std::vector<std::string> settingsShown(const App& app) {
+  return {app.fields[0].text(),
+          app.fields[1].text(),
+          app.shortcuts[0].titleOfSelectedItem(),
+          app.shortcuts[1].titleOfSelectedItem(),
+          app.output.titleOfSelectedItem(),
+          app.checks[0].isOn() ? "on" : "off",
+          app.checks[1].isOn() ? "on" : "off"};
 }
 
-TEST_F(Launch, saved_settings_fill_the_controls) {
+TEST_F(Launch, saved_settings_fill_the_controls_and_start_values_do_where_there_are_none) {
+  EXPECT_THAT(settingsShown(*app),
+              ElementsAre("0.05", "0.001", "Backtick `", "Tab", "1", "on", "on"));
   store({{"interval0", 2.0},
          {"interval1", 0.125},
          {"key0", std::int64_t{101}},
@@ -61,13 +64,7 @@ TEST_F(Launch, saved_settings_fill_the_controls) {
          {"enabled1", true},
          {"digit", std::int64_t{7}}});
   launch();
-  EXPECT_EQ(app->fields[0].text(), "2.0");
-  EXPECT_EQ(app->fields[1].text(), "0.125");
-  EXPECT_EQ(app->shortcuts[0].titleOfSelectedItem(), "F9");
-  EXPECT_EQ(app->shortcuts[1].titleOfSelectedItem(), "F6");
-  EXPECT_EQ(app->output.titleOfSelectedItem(), "7");
-  EXPECT_FALSE(app->checks[0].isOn());
-  EXPECT_TRUE(app->checks[1].isOn());
+  EXPECT_THAT(settingsShown(*app), ElementsAre("2.0", "0.125", "F9", "F6", "7", "off", "on"));
   EXPECT_FALSE(app->buttons[0].isEnabled());
   EXPECT_TRUE(app->buttons[1].isEnabled());
 }
@@ -86,13 +83,9 @@ TEST_F(Launch, the_check_boxes_are_named_after_their_macros) {
   EXPECT_THAT(app->checks[0].title(), IsEmpty());
 }
 
-constexpr Color labelColor = Color::sRgb(0.55, 0.61, 0.57);
-
-TEST_F(Launch, the_window_is_black) {
+TEST_F(Launch, the_window_is_black_and_labels_have_the_label_colour_but_for_the_headings) {
   EXPECT_EQ(app->window.backgroundColor(), Color::black());
-}
-
-TEST_F(Launch, labels_have_the_label_colour_but_for_the_headings) {
+  constexpr Color labelColor = Color::sRgb(0.55, 0.61, 0.57);
   EXPECT_EQ(label("Keyboard repeat").textColor(), labelColor);
   EXPECT_EQ(label("Shortcut").textColor(), labelColor);
   EXPECT_EQ(app->saveNotice.textColor(), labelColor);

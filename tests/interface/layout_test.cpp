@@ -23,11 +23,6 @@ bool overlap(const Rect& left, const Rect& right) {
          right.y < left.maxY();
 }
 
-TEST_F(Layout, every_control_lies_inside_the_smallest_window) {
-  layOut(compact);
-  expectNothingClipped();
-}
-
 const std::string longNotice =
     "The stored settings could not be understood. They were kept as "
     "“org.vorrin.Vorrin.json.damaged” in their folder.";
@@ -86,7 +81,7 @@ TEST_F(Layout, no_two_controls_overlap) {
   }
 }
 
-TEST_F(Layout, the_column_is_532_wide_and_centred_at_every_size) {
+TEST_F(Layout, the_column_is_532_wide_and_centred_and_holds_every_control_at_every_size) {
   for (const Size size : {compact, Size{811, 733}, expanded}) {
     layOut(size);
     expectNothingClipped();

@@ -9,32 +9,25 @@ using Lifecycle = InterfaceTest;
 
 TEST_F(Lifecycle, a_start_button_starts_and_stops_its_own_macro_only) {
   click(app->buttons[0]);
-  EXPECT_TRUE(engine.running[0]);
-  EXPECT_FALSE(engine.running[1]);
+  EXPECT_EQ(engine.running, (PerMacro<bool>{true, false}));
   click(app->buttons[1]);
-  EXPECT_TRUE(engine.running[0]);
-  EXPECT_TRUE(engine.running[1]);
+  EXPECT_EQ(engine.running, (PerMacro<bool>{true, true}));
   click(app->buttons[1]);
-  EXPECT_TRUE(engine.running[0]);
-  EXPECT_FALSE(engine.running[1]);
+  EXPECT_EQ(engine.running, (PerMacro<bool>{true, false}));
 }
 
-TEST_F(Lifecycle, stop_all_stops_both) {
-  click(app->buttons[0]);
-  click(app->buttons[1]);
-  click(button("Stop all · Esc"));
-  EXPECT_FALSE(engine.running[0]);
-  EXPECT_FALSE(engine.running[1]);
-  EXPECT_EQ(app->buttons[0].title(), "Start");
-}
-
-TEST_F(Lifecycle, sleep_and_another_session_stop_both_and_nothing_starts_again_afterwards) {
-  for (void (*const leave)() : {&fake::sendWillSleep, &fake::sendSessionDidResignActive}) {
+TEST_F(Lifecycle, stop_all_sleep_and_another_session_stop_both) {
+  const std::vector<std::function<void()>> ways{[this] { click(button("Stop all · Esc")); },
+                                                &fake::sendWillSleep,
+                                                &fake::sendSessionDidResignActive};
+  for (const auto& stop : ways) {
     click(app->buttons[0]);
     click(app->buttons[1]);
-    ASSERT_TRUE(engine.running[0] && engine.running[1]);
-    leave();
+    ASSERT_EQ(engine.running, (PerMacro<bool>{true, true}));
+    stop();
+    EXPECT_EQ(engine.running, (PerMacro<bool>{false, false}));
     for (const std::size_t macro : {0U, 1U}) EXPECT_EQ(app->states[macro].text(), "OFF");
+    EXPECT_EQ(app->buttons[0].title(), "Start");
   }
 }
 

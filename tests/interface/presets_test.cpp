@@ -110,7 +110,7 @@ TEST_F(PresetSaving, a_replacement_stores_what_was_shown_when_the_question_came)
 
 using PresetLoading = PresetsTest;
 
-TEST_F(PresetLoading, loading_fills_every_control_and_stops_the_macros) {
+TEST_F(PresetLoading, a_preset_loaded_fills_every_control_stops_the_macros_and_is_stored) {
   savePreset("Night", other());
   click(app->buttons[1]);
   type(app->fields[0], "abc");
@@ -122,11 +122,6 @@ TEST_F(PresetLoading, loading_fills_every_control_and_stops_the_macros) {
   EXPECT_EQ(app->currentPreset(), other());
   EXPECT_EQ(app->presetName.text(), "Night");
   EXPECT_EQ(app->presetNotice.text(), "Loaded “Night”. Both macros are OFF.");
-}
-
-TEST_F(PresetLoading, loading_makes_the_preset_the_current_settings) {
-  savePreset("Night", other());
-  click(button("Load"));
   EXPECT_EQ(engine.keys[0], 97);
   EXPECT_EQ(engine.digit, 4);
   EXPECT_FALSE(engine.enabled[0]);
@@ -144,22 +139,18 @@ TEST_F(PresetLoading, a_preset_that_another_process_deleted_is_not_loaded) {
 
 using PresetRenaming = PresetsTest;
 
-TEST_F(PresetRenaming, renaming_asks_for_the_new_name_with_the_old_one_selected) {
+TEST_F(PresetRenaming,
+       renaming_asks_for_a_new_name_that_can_be_typed_at_once_and_confirmed_with_enter) {
   savePreset("Night", other());
   click(button("Rename"));
   EXPECT_THAT(driver::sheetTexts(app->window),
               ElementsAre("Rename preset", "Enter a unique name (1–80 characters)."));
   EXPECT_THAT(driver::sheetButtons(app->window), ElementsAre("Rename", "Cancel"));
   const TextField name = nameInSheet();
+  EXPECT_EQ(name.text(), "Night");
   EXPECT_EQ(driver::selectedText(name), "Night");
   EXPECT_EQ(name.bounds().width, 300);
   EXPECT_EQ(name.bounds().height, 24);
-}
-
-TEST_F(PresetRenaming, a_new_name_can_be_typed_at_once_and_confirmed_with_enter) {
-  savePreset("Night", other());
-  click(button("Rename"));
-  EXPECT_EQ(nameInSheet().text(), "Night");
   enter(" Day ");
   answerWith(Key::enter);
   EXPECT_THAT(presets(), ElementsAre(entry("Day", other())));

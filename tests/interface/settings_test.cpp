@@ -57,12 +57,15 @@ TEST_F(Settings, every_edit_stops_both_macros_also_one_that_is_refused) {
   EXPECT_FALSE(app->settingsValid);
 }
 
-TEST_F(Settings, a_shortcut_chosen_is_stored) {
+TEST_F(Settings, a_shortcut_and_a_digit_chosen_are_stored) {
   choose(app->shortcuts[0], 3);
   EXPECT_EQ(app->shortcuts[0].titleOfSelectedItem(), "F7");
   EXPECT_EQ(stored("key0"), DefaultsObject(std::int64_t{98}));
   EXPECT_EQ(engine.keys[0], 98);
   EXPECT_EQ(app->saveNotice.text(), savedNotice);
+  choose(app->output, 9);
+  EXPECT_EQ(stored("digit"), DefaultsObject(std::int64_t{9}));
+  EXPECT_EQ(engine.digit, 9);
 }
 
 TEST_F(Settings, equal_shortcuts_are_refused_until_they_differ) {
@@ -84,13 +87,6 @@ TEST_F(Settings, equal_shortcuts_are_named_before_a_bad_interval) {
   EXPECT_EQ(app->fields[0].textColor(), Color::systemOrange());
 }
 
-TEST_F(Settings, the_digit_chosen_is_stored) {
-  choose(app->output, 9);
-  EXPECT_EQ(stored("digit"), DefaultsObject(std::int64_t{9}));
-  EXPECT_EQ(engine.digit, 9);
-  EXPECT_EQ(app->saveNotice.text(), savedNotice);
-}
-
 TEST_F(Settings, a_check_box_enables_and_disables_its_macro) {
   click(app->checks[1]);
   EXPECT_EQ(stored("enabled1"), DefaultsObject(false));
@@ -99,18 +95,6 @@ TEST_F(Settings, a_check_box_enables_and_disables_its_macro) {
   click(app->checks[1]);
   EXPECT_EQ(stored("enabled1"), DefaultsObject(true));
   EXPECT_TRUE(app->buttons[1].isEnabled());
-}
-
-TEST_F(Settings, what_was_accepted_is_there_after_a_restart) {
-  type(app->fields[0], "0.25");
-  choose(app->shortcuts[1], 5);
-  choose(app->output, 6);
-  click(app->checks[0]);
-  launch();
-  EXPECT_EQ(app->fields[0].text(), "0.25");
-  EXPECT_EQ(app->shortcuts[1].titleOfSelectedItem(), "F9");
-  EXPECT_EQ(app->output.titleOfSelectedItem(), "6");
-  EXPECT_FALSE(app->checks[0].isOn());
 }
 
 }  // namespace

@@ -51,10 +51,7 @@ struct CutOff : TapTest, testing::WithParamInterface<Source> {
   }
 };
 
-INSTANTIATE_TEST_SUITE_P(Sources, CutOff, testing::Values(Source::keyboard, Source::xtest),
-                         [](const auto& source) {
-                           return source.param == Source::keyboard ? "Keyboard" : "Xtest";
-                         });
+INSTANTIATE_TEST_SUITE_P(Sources, CutOff, testing::ValuesIn(sources), nameOf);
 
 constexpr unsigned lockState = 2;
 constexpr unsigned buttonState = 0x100;
@@ -88,9 +85,7 @@ TEST_P(CutOff, keys_arrive_in_order_and_none_stays_down) {
 
 TEST_P(CutOff, a_key_that_has_repeated_is_released) {
   press(keys::a);
-  client.readUntil([presses = 0](const ClientEvent& event) mutable {
-    return event.kind == "KeyPress" && ++presses == 3;
-  });
+  client.readUntil(nth(3, "KeyPress"));
   whileCutOff([&] { release(keys::a); });
   const std::vector<ClientEvent> events = receivedInTheEnd();
   EXPECT_EQ(countOf(events, "KeyRelease"), 1U);
@@ -132,7 +127,7 @@ TEST_P(CutOff, a_mouse_button_is_released) {
   user.pointAt(client.window());
   user.pressButton();
   // The window manager looks at the press first.
-  client.readUntil([](const ClientEvent& event) { return event.kind == "ButtonPress"; });
+  client.readUntil(nth(1, "ButtonPress"));
   whileCutOff([&] { user.releaseButton(); });
   EXPECT_EQ(countOf(receivedInTheEnd(), "ButtonRelease"), 1U);
   EXPECT_EQ(modifiersNow() & buttonState, 0U);

@@ -20,15 +20,12 @@ constexpr unsigned letterA = 30;
 constexpr unsigned letterB = 48;
 constexpr unsigned backtickPosition = 41;
 
-TEST_F(EscapeTest, is_on_both_keys_when_they_are_swapped) {
-  run({"setxkbmap", "-option", "caps:swapescape"});
-  expectEscape(modifier_keys::capsLock);
-  expectEscape(escapePosition);
-}
-
-TEST_F(EscapeTest, is_caps_lock_too_when_the_layout_says_so) {
-  run({"setxkbmap", "-option", "caps:escape"});
-  expectEscape(modifier_keys::capsLock);
+TEST_F(EscapeTest, is_caps_lock_too_when_the_layout_says_so_or_swaps_them) {
+  for (const char* option : {"caps:swapescape", "caps:escape"}) {
+    run({"setxkbmap", "-option", "", "-option", option});
+    expectEscape(modifier_keys::capsLock);
+    expectEscape(escapePosition);
+  }
 }
 
 TEST_F(EscapeTest, is_a_key_of_xmodmap_until_that_is_taken_back) {

@@ -18,9 +18,7 @@ TEST_F(PassTest, a_key_let_through_arrives_as_one_press_and_release_and_is_repor
 
 TEST_F(PassTest, a_key_let_through_repeats_while_it_is_held) {
   user.press(keys::backtick);
-  client.readUntil([presses = 0](const ClientEvent& event) mutable {
-    return event.kind == "KeyPress" && ++presses == 4;
-  });
+  client.readUntil(nth(4, "KeyPress"));
   user.release(keys::backtick);
   const std::vector<ClientEvent> rest = received();
   EXPECT_EQ(countOf(rest, "KeyRelease"), 1U);
@@ -87,9 +85,7 @@ TEST_F(PassTest, a_key_held_while_the_tap_is_made_stays_the_clients_until_its_re
   user.press(keys::backtick);
   ASSERT_TRUE(tap.command("create 50"));
   ASSERT_TRUE(tap.command("swallow 50"));
-  client.readUntil([presses = 0](const ClientEvent& event) mutable {
-    return event.kind == "KeyPress" && ++presses == 3;
-  });
+  client.readUntil(nth(3, "KeyPress"));
   user.release(keys::backtick);
   const std::vector<ClientEvent> rest = received();
   ASSERT_FALSE(rest.empty());

@@ -35,10 +35,7 @@ TEST_F(PostTest, posted_keys_arrive_while_a_claimed_key_is_held) {
 /// Own posts of a key that is Escape, and others' from the same device or the keyboard.
 struct PostedEscape : PostTest, testing::WithParamInterface<Source> {};
 
-INSTANTIATE_TEST_SUITE_P(Sources, PostedEscape, testing::Values(Source::xtest, Source::keyboard),
-                         [](const auto& source) {
-                           return source.param == Source::keyboard ? "Keyboard" : "Xtest";
-                         });
+INSTANTIATE_TEST_SUITE_P(Sources, PostedEscape, testing::ValuesIn(sources), nameOf);
 
 TEST_P(PostedEscape, is_never_taken_for_the_users) {
   swallow("50");
@@ -51,8 +48,7 @@ TEST_P(PostedEscape, is_never_taken_for_the_users) {
   for (int round = 0; round < rounds; ++round) {
     tap.start("post 18 7 " + std::to_string(keysOfRound));
     for (int count = 0; count < keysOfRound; ++count) {
-      user.queue(digitOne, true, GetParam());
-      user.queue(digitOne, false, GetParam());
+      for (const bool down : {true, false}) user.queue(digitOne, down, GetParam());
       if (count % 10 == 0) user.flush();
     }
     user.flush();
@@ -65,16 +61,14 @@ TEST_P(PostedEscape, is_never_taken_for_the_users) {
 TEST_F(PostTest, posted_clicks_happen_at_the_pointer) {
   swallow("50");
   user.pointAt(client.window());
-  long presses = 0;
+  std::size_t presses = 0;
   // Each when the one before has arrived, because a window manager loses clicks of its clients in a
   // flood.
   for (int count = 0; count < 500; ++count) {
     ASSERT_TRUE(tap.command("click 1"));
-    const std::vector<ClientEvent> events =
-        client.readUntil([](const ClientEvent& event) { return event.kind == "ButtonRelease"; });
-    presses += static_cast<long>(countOf(events, "ButtonPress"));
+    presses += countOf(client.readUntil(nth(1, "ButtonRelease")), "ButtonPress");
   }
-  EXPECT_EQ(presses, 500);
+  EXPECT_EQ(presses, 500U);
 }
 
 TEST_F(PostTest, a_key_pressed_while_clicks_are_posted_is_seen_before_its_release) {

@@ -1,8 +1,6 @@
 #include "platform/application.h"
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <signal.h>
 #include <unistd.h>
 
 #include <QApplication>
@@ -26,24 +24,6 @@
 namespace vorrin {
 namespace {
 
-/// A command line that may be changed, as a main function gets it.
-class CommandLine {
- public:
-  explicit CommandLine(std::vector<std::string> arguments) : texts_(std::move(arguments)) {
-    for (std::string& text : texts_) pointers_.push_back(text.data());
-    count_ = static_cast<int>(pointers_.size());
-    pointers_.push_back(nullptr);
-  }
-
-  int& count() { return count_; }
-  char** values() { return pointers_.data(); }
-
- private:
-  std::vector<std::string> texts_;
-  std::vector<char*> pointers_;
-  int count_ = 0;
-};
-
 void say(const char* text) {
   std::fprintf(stderr, "%s\n", text);
 }
@@ -51,11 +31,14 @@ void say(const char* text) {
 /// Runs an application that does `launched` when it has finished launching; its exit status is the
 /// process's.
 [[noreturn]] void runApplication(const std::function<void()>& launched,
-                                 const std::vector<std::string>& arguments = {"vorrin"}) {
-  CommandLine line(arguments);
+                                 std::vector<std::string> arguments = {"vorrin"}) {
+  std::vector<char*> values;
+  for (std::string& argument : arguments) values.push_back(argument.data());
+  int count = static_cast<int>(values.size());
+  values.push_back(nullptr);
   int status = 0;
   {
-    Application application(line.count(), line.values());
+    Application application(count, values.data());
     application.setDelegate({.didFinishLaunching =
                                  [&launched] {
                                    say("launched");
@@ -190,7 +173,7 @@ TEST_F(ApplicationProcess, a_second_signal_ends_it_even_when_it_hangs) {
 TEST_F(ApplicationProcess, a_signal_that_was_ignored_at_the_start_stays_ignored) {
   EXPECT_EXIT(
       {
-        signal(SIGHUP, SIG_IGN);
+        std::signal(SIGHUP, SIG_IGN);
         runApplication([] {
           kill(getpid(), SIGHUP);
           QTimer::singleShot(50, [] {

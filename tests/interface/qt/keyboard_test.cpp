@@ -25,6 +25,15 @@ class QtKeyboard : public QtInterfaceTest {
     ASSERT_TRUE(wanted.hasFocus());
   }
 
+  /// Opens the pop-up of the digits by this key, and gives its list.
+  QWidget& openOutputBy(Qt::Key key) {
+    tabTo(app->output);
+    press(key);
+    QWidget& list = *widgetOf<QComboBox>(app->output).view();
+    EXPECT_TRUE(waitFor([&list] { return list.isVisible(); }));
+    return list;
+  }
+
   /// The controls that can have the keyboard, as the eye reads them.
   [[nodiscard]] std::vector<View> stops() const {
     std::vector<View> views = allControls();
@@ -80,26 +89,20 @@ TEST_F(QtKeyboard, space_and_enter_change_a_check_box) {
 TEST_F(QtKeyboard, space_and_enter_open_a_pop_up_and_enter_takes_the_item) {
   for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return}) {
     app->output.selectItem(1);
-    tabTo(app->output);
-    press(key);
-    QWidget* list = widgetOf<QComboBox>(app->output).view();
-    ASSERT_TRUE(waitFor([list] { return list->isVisible(); }));
-    QTest::keyClick(list, Qt::Key_Down);
-    QTest::keyClick(list, Qt::Key_Return);
-    EXPECT_TRUE(waitFor([list] { return !list->isVisible(); }));
+    QWidget& list = openOutputBy(key);
+    QTest::keyClick(&list, Qt::Key_Down);
+    QTest::keyClick(&list, Qt::Key_Return);
+    EXPECT_TRUE(waitFor([&list] { return !list.isVisible(); }));
     EXPECT_EQ(app->output.indexOfSelectedItem(), 2);
     EXPECT_EQ(stored("digit"), DefaultsObject(std::int64_t{2}));
   }
 }
 
 TEST_F(QtKeyboard, escape_closes_a_pop_up_and_changes_nothing) {
-  tabTo(app->output);
-  press(Qt::Key_Space);
-  QWidget* list = widgetOf<QComboBox>(app->output).view();
-  ASSERT_TRUE(waitFor([list] { return list->isVisible(); }));
-  QTest::keyClick(list, Qt::Key_Down);
-  QTest::keyClick(list, Qt::Key_Escape);
-  EXPECT_TRUE(waitFor([list] { return !list->isVisible(); }));
+  QWidget& list = openOutputBy(Qt::Key_Space);
+  QTest::keyClick(&list, Qt::Key_Down);
+  QTest::keyClick(&list, Qt::Key_Escape);
+  EXPECT_TRUE(waitFor([&list] { return !list.isVisible(); }));
   EXPECT_EQ(app->output.indexOfSelectedItem(), 1);
   EXPECT_EQ(stored("digit"), std::nullopt);
 }

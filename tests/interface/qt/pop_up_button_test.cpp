@@ -14,14 +14,9 @@
 namespace vorrin {
 namespace {
 
-PopUpButton popUp(const std::vector<std::string>& titles) {
-  const PopUpButton made = PopUpButton::make({});
-  made.addItems(titles);
-  return made;
-}
-
 TEST(QtPopUpButton, it_is_as_wide_as_its_widest_title_whichever_is_selected) {
-  const PopUpButton made = popUp({"a", "a much longer title"});
+  const PopUpButton made = PopUpButton::make({});
+  made.addItems(std::vector<std::string>{"a", "a much longer title"});
   const int before = widgetOf(made).sizeHint().width();
   made.selectItem(1);
   EXPECT_EQ(widgetOf(made).sizeHint().width(), before);
@@ -36,12 +31,6 @@ TEST(QtPopUpButton, typing_finds_a_title_and_performs_the_action) {
   made.addItems(std::vector<std::string>{"a", "farm", "game"});
   QTest::keyClicks(&widgetOf(made), "g");
   EXPECT_EQ(chosen, std::vector<std::string>{"game"});
-}
-
-std::vector<std::string> numbered(int count) {
-  std::vector<std::string> titles;
-  for (int i = 0; i < count; ++i) titles.push_back(std::to_string(i));
-  return titles;
 }
 
 /// How many pixels of the right half show the green of marks.
@@ -73,7 +62,7 @@ class QtPopUpMenu : public testing::Test {
   }
 
   void fill(int count) {
-    made_.addItems(numbered(count));
+    for (int i = 0; i < count; ++i) made_.addItems(std::vector{std::to_string(i)});
     made_.selectItem(1);
     popUp_.resize(popUp_.sizeHint());
     popUp_.show();

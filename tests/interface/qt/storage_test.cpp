@@ -140,7 +140,6 @@ TEST_F(Storage, loading_a_preset_is_one_commit) {
 
 class QtPresets : public PresetsTest {
  protected:
-  [[nodiscard]] Sheet& sheet() const { return driver::shownSheet(app->window); }
   void press(Qt::Key key) const { QTest::keyClick(widgetOf(app->window).windowHandle(), key); }
 };
 

@@ -2,13 +2,17 @@
 
 #include <gtest/gtest.h>
 
+#include <QFile>
+#include <QFontDatabase>
+#include <QFontInfo>
 #include <QLabel>
 #include <QLineEdit>
-#include <QTest>
+#include <QStringEncoder>
+#include <QtEndian>
 
+#include "platform/fatal_error.h"
 #include "platform/linux/widgets/label_widget.h"
 #include "qt_driver.h"
-#include "tall_font.h"
 
 namespace vorrin {
 namespace {
@@ -106,6 +110,36 @@ int inkedRows(const QImage& picture) {
     rows += isInked ? 1 : 0;
   }
   return rows;
+}
+
+/// DejaVu Sans Mono under another name and with other ascents.
+QString registerTallFont() {
+  QFile source("/usr/share/fonts/truetype/dejavu/DejaVuSansMono.ttf");
+  precondition(source.open(QIODevice::ReadOnly), "the font DejaVu Sans Mono is installed");
+  QByteArray font = source.readAll();
+  constexpr qint16 ascent = 2400;  // of 2048 units that are the font's size
+  for (const auto& [table, place] : {std::pair{"hhea", 4}, {"OS/2", 68}, {"OS/2", 74}}) {
+    // The first place that names a table is the directory, which says where it begins.
+    const auto begin = qFromBigEndian<quint32>(font.data() + font.indexOf(table) + 8);
+    qToBigEndian<qint16>(ascent, font.data() + begin + place);
+  }
+  const QString original = "DejaVu Sans Mono";
+  const QString changed = "Vorrin Tall Mono";
+  QStringEncoder inTwoBytes(QStringEncoder::Utf16BE);
+  font.replace(original.toLatin1(), changed.toLatin1());
+  font.replace(QByteArray(inTwoBytes(original)), QByteArray(inTwoBytes(changed)));
+  precondition(QFontDatabase::addApplicationFontFromData(font) >= 0, "the changed font is one");
+  return changed;
+}
+
+/// A fixed-pitch font of this size in pixels whose lines ask for far more room above than its
+/// letters fill, as those do that hold Chinese or Japanese characters too.
+QFont tallFont(int pixels) {
+  static const QString family = registerTallFont();
+  QFont font(family);
+  font.setPixelSize(pixels);
+  precondition(QFontInfo(font).family() == family, "the changed font is found");
+  return font;
 }
 
 TEST(QtTextField, a_label_shows_letters_whole_in_a_font_that_asks_for_much_room) {

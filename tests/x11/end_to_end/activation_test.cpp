@@ -17,13 +17,13 @@ struct ActivationTest : EndToEndTest {
   /// It may not last: the macro's next click brings Vorrin back.
   void switchToClient() {
     windows.ask(client->window());
-    client->readUntil([](const ClientEvent& event) { return event.kind == "FocusIn"; });
+    client->readUntil(nth(1, "FocusIn"));
   }
 
   /// Waits for the client to lose the keyboard: while Vorrin only begins to leave the front, it is
   /// there still.
   [[nodiscard]] bool waitUntilVorrinIsInFront() {
-    client->readUntil([](const ClientEvent& event) { return event.kind == "FocusOut"; });
+    client->readUntil(nth(1, "FocusOut"));
     return waitUntil([this] { return windows.active() == vorrinWindow(); });
   }
 

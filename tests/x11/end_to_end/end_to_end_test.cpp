@@ -4,6 +4,7 @@
 #include <csignal>
 #include <cstdlib>
 
+#include "input_watch.h"
 #include "platform/user_defaults.h"
 #include "settings/settings_persistence.h"
 
@@ -72,6 +73,18 @@ Preset EndToEndTest::stored() {
 
 unsigned EndToEndTest::digitKey() const {
   return keycodeOf(keys::digits[static_cast<std::size_t>(settings.digit)]);
+}
+
+void EndToEndTest::startMacros() {
+  for (const std::uint16_t key : settings.keys) user.tap(key);
+  expectActions(keyboardMacro);
+  expectActions(mouseMacro);
+}
+
+void EndToEndTest::expectNothingPressed(std::chrono::milliseconds duration) {
+  InputWatch watch(desktop.display());
+  waitFor(duration);
+  EXPECT_EQ(watch.takePresses(), 0);
 }
 
 void EndToEndTest::expectActions(int macro) {

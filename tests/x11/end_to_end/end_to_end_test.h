@@ -59,8 +59,14 @@ struct EndToEndTest : testing::Test {
   /// The settings that are stored now.
   [[nodiscard]] static Preset stored();
 
+  /// Has the user start both macros, and waits until they act.
+  void startMacros();
+
   /// Waits for some actions of a macro to arrive at the client.
   void expectActions(int macro);
+
+  /// Nobody presses a key or a button for so long, into whatever window.
+  void expectNothingPressed(std::chrono::milliseconds duration = std::chrono::milliseconds(300));
 
   /// Waits for the macros to fall silent; fails when they do not.
   void expectSilence();

@@ -1,36 +1,27 @@
 #include <csignal>
 
 #include "end_to_end_test.h"
-#include "input_watch.h"
 #include "other_client.h"
 
 namespace vorrin::x11_tests {
 namespace {
 
 // Starts, ends, crashes, and others in the way.
-struct LifecycleTest : EndToEndTest {
-  void runBothMacros() {
-    start();
-    user.tap(keys::backtick);
-    user.tap(keys::tab);
-    expectActions(keyboardMacro);
-    expectActions(mouseMacro);
-  }
-};
+using LifecycleTest = EndToEndTest;
 
 TEST_F(LifecycleTest, every_start_is_with_both_macros_off) {
-  runBothMacros();
+  start();
+  startMacros();
   kill();
   startProgram();
   showClient();
-  InputWatch watch(desktop.display());
-  waitFor(std::chrono::milliseconds(300));
-  EXPECT_EQ(watch.takePresses(), 0);
+  expectNothingPressed();
 }
 
 TEST_F(LifecycleTest, closing_the_window_or_a_termination_signal_ends_the_program_and_its_macros) {
   for (const bool byWindow : {true, false}) {
-    runBothMacros();
+    start();
+    startMacros();
     byWindow ? windows.close(vorrinWindow()) : program->process().signal(SIGTERM);
     EXPECT_EQ(program->process().waitForEnd(), Ending{});
     expectSilence();

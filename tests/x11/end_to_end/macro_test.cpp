@@ -25,10 +25,7 @@ TEST_F(EndToEndTest, a_shortcut_starts_and_stops_its_macro_and_reaches_nobody_el
 
 TEST_F(EndToEndTest, escape_stops_both_macros_and_reaches_the_client) {
   start();
-  user.tap(keys::backtick);
-  user.tap(keys::tab);
-  expectActions(keyboardMacro);
-  expectActions(mouseMacro);
+  startMacros();
   user.tap(keys::escape);
   client->readUntil(releaseOf(keys::escape));
   expectSilence();
@@ -38,10 +35,7 @@ TEST_F(EndToEndTest, actions_come_at_the_interval) {
   settings.intervals = {0.05, 0.02};
   start();
   user.tap(keys::tab);
-  std::vector<ClientEvent> events =
-      client->readUntil([count = 0](const ClientEvent& event) mutable {
-        return event.kind == "ButtonPress" && ++count == 51;
-      });
+  std::vector<ClientEvent> events = client->readUntil(nth(51, "ButtonPress"));
   std::erase_if(events, [](const ClientEvent& event) { return event.kind != "ButtonPress"; });
   std::vector<double> distances;
   for (std::size_t index = 1; index < events.size(); ++index) {

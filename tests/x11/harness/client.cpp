@@ -30,7 +30,7 @@ Client::Client(const std::string& display, const std::string& title)
   const std::optional<std::string> line = process_.readLine();
   if (!line || line->rfind("window ", 0) != 0) throw std::runtime_error("the client has no window");
   window_ = std::stoul(line->substr(7));
-  readUntil([](const ClientEvent& event) { return event.kind == "FocusIn"; });
+  readUntil(nth(1, "FocusIn"));
 }
 
 std::vector<ClientEvent> Client::readUntil(const std::function<bool(const ClientEvent&)>& wanted,
@@ -51,9 +51,7 @@ std::vector<ClientEvent> Client::readUntil(const std::function<bool(const Client
 
 std::vector<ClientEvent> Client::readAll(User& user) {
   user.tap(clientMark, Source::xtest);
-  std::vector<ClientEvent> events = readUntil([](const ClientEvent& event) {
-    return event.kind == "KeyRelease" && event.detail == keycodeOf(clientMark);
-  });
+  std::vector<ClientEvent> events = readUntil(releaseOf(clientMark));
   std::erase_if(events, isMark);
   return events;
 }
@@ -61,6 +59,12 @@ std::vector<ClientEvent> Client::readAll(User& user) {
 std::function<bool(const ClientEvent&)> releaseOf(std::uint16_t virtualKey) {
   return [keycode = keycodeOf(virtualKey)](const ClientEvent& event) {
     return event.kind == "KeyRelease" && event.detail == keycode;
+  };
+}
+
+std::function<bool(const ClientEvent&)> nth(int count, const std::string& kind) {
+  return [count, kind](const ClientEvent& event) mutable {
+    return event.kind == kind && --count == 0;
   };
 }
 

@@ -46,6 +46,9 @@ class Client {
 /// Recognises the release of this key.
 std::function<bool(const ClientEvent&)> releaseOf(std::uint16_t virtualKey);
 
+/// Recognises, asked about each event in turn, so many of this kind.
+std::function<bool(const ClientEvent&)> nth(int count, const std::string& kind);
+
 /// The key presses and releases among `events` in short form: "+38 -38" for key code 38.
 std::string keysOf(const std::vector<ClientEvent>& events);
 

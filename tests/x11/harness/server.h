@@ -15,10 +15,10 @@ class Server {
   /// What DISPLAY has to be for its clients.
   [[nodiscard]] const std::string& display() const { return display_; }
 
-  [[nodiscard]] Process& process() { return *process_; }
+  [[nodiscard]] Process& process() { return process_; }
 
  private:
-  std::unique_ptr<Process> process_;
+  Process process_;
   std::string display_;
 };
 

@@ -17,6 +17,9 @@ namespace vorrin::x11_tests {
 
 /// Where keys come from here.
 inline constexpr Source sources[] = {Source::keyboard, Source::xtest};
+inline std::string nameOf(const testing::TestParamInfo<Source>& source) {
+  return source.param == Source::keyboard ? "Keyboard" : "Xtest";
+}
 
 /// A desktop with somebody else's program in front and a program that holds a tap.
 struct TapTest : testing::Test {
