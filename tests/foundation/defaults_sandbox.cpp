@@ -1,6 +1,7 @@
 #include "tests/foundation/defaults_sandbox.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -100,21 +101,10 @@ void fill(const std::filesystem::path& file, const std::string& content) {
   std::ofstream(file, std::ios::binary) << content;
 }
 
-unsigned permissionsOf(const std::filesystem::path& file) {
-  return static_cast<unsigned>(std::filesystem::status(file).permissions());
-}
-
-std::size_t openDescriptors() {
-  return namesIn("/proc/self/fd").size();
-}
-
-std::vector<std::string> inheritableDescriptors() {
-  auto names = namesIn("/proc/self/fd");
-  std::erase_if(names, [](const std::string& name) {
-    const int flags = ::fcntl(std::stoi(name), F_GETFD);
-    return flags < 0 || (flags & FD_CLOEXEC) != 0;
-  });
-  return names;
+FileDescriptor lockOn(const std::filesystem::path& folder) {
+  FileDescriptor locked(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  EXPECT_EQ(::flock(locked.get(), LOCK_EX), 0);
+  return locked;
 }
 
 }  // namespace vorrin

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/linux/foundation/file_descriptor.h"
 #include "platform/user_defaults.h"
 
 namespace vorrin {
@@ -58,13 +59,7 @@ std::vector<std::string> namesIn(const std::filesystem::path& directory);
 std::string contentOf(const std::filesystem::path& file);
 void fill(const std::filesystem::path& file, const std::string& content);
 
-/// The permission bits of `file`.
-unsigned permissionsOf(const std::filesystem::path& file);
-
-/// How many descriptors this process has open.
-std::size_t openDescriptors();
-
-/// Those of them that a program started by this process would get.
-std::vector<std::string> inheritableDescriptors();
+/// The lock on the settings in `folder`, as another program holds it.
+FileDescriptor lockOn(const std::filesystem::path& folder);
 
 }  // namespace vorrin

@@ -1,7 +1,5 @@
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sched.h>
-#include <sys/file.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
 
@@ -13,7 +11,6 @@
 #include <functional>
 #include <string>
 
-#include "platform/linux/foundation/file_descriptor.h"
 #include "platform/user_defaults.h"
 #include "tests/foundation/child_process.h"
 #include "tests/foundation/defaults_sandbox.h"
@@ -131,13 +128,6 @@ TEST_F(UserDefaultsFailure, keeps_the_old_values_when_the_new_ones_do_not_fit_on
            !stored("large").value && namesIn(settings).size() == 2;
   });
   EXPECT_TRUE(child.wait()) << child.errors();
-}
-
-/// The lock, as another program holds it.
-FileDescriptor lockOn(const std::filesystem::path& folder) {
-  FileDescriptor locked(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  EXPECT_EQ(::flock(locked.get(), LOCK_EX), 0);
-  return locked;
 }
 
 TEST_F(UserDefaultsFailure, waits_half_a_second_for_a_lock_to_write_and_none_to_read) {

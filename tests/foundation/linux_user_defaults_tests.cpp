@@ -104,6 +104,9 @@ TEST_F(LinuxUserDefaults, lies_where_the_environment_says) {
 }
 
 TEST_F(LinuxUserDefaults, is_closed_to_other_users_whatever_the_mask) {
+  const auto permissionsOf = [](const std::filesystem::path& file) {
+    return static_cast<unsigned>(std::filesystem::status(file).permissions());
+  };
   const mode_t before = ::umask(0);
   EXPECT_FALSE(store("key", true));
   EXPECT_EQ(permissionsOf(home / ".config"), 0700u);

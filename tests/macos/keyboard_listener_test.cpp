@@ -6,7 +6,6 @@
 
 #include "bridge/program_engine.h"
 #include "fresh_trust.h"
-#include "program_activity.h"
 
 // The listener from Quartz to the engine and back.
 
@@ -23,11 +22,7 @@ constexpr std::int64_t backtick = 50;
 
 class MacosKeyboardListener : public testing::Test {
  protected:
-  MacosKeyboardListener() {
-    forgetTrust(quartz);
-    setProgramActive(false);
-    setSessionActive(true);
-  }
+  MacosKeyboardListener() { forgetTrust(quartz); }
   ~MacosKeyboardListener() override {
     engine.stopAll();
     engine.held.clear();

@@ -1,9 +1,11 @@
 #include <gmock/gmock.h>
 
+#include <array>
+
 #include "bridge/event_synthesis.h"
 #include "bridge/program_engine.h"
 #include "fresh_trust.h"
-#include "program_activity.h"
+#include "platform/event_post.h"
 
 // The macros' actions from the engine to Quartz.
 
@@ -14,11 +16,7 @@ using testing::ElementsAre;
 
 class MacosSynthesis : public testing::Test {
  protected:
-  MacosSynthesis() {
-    forgetTrust(quartz);
-    setProgramActive(false);
-    setSessionActive(true);
-  }
+  MacosSynthesis() { forgetTrust(quartz); }
   ~MacosSynthesis() override { engine.stopAll(); }
 
   QuartzStandIn quartz;
@@ -46,6 +44,25 @@ TEST_F(MacosSynthesis, the_mouse_macro_makes_these_calls) {
                   "CGEventSetIntegerValueField(event, 42, 1448235598)", "CGEventPost(0, event)",
                   "CGEventSetIntegerValueField(event, 42, 1448235598)", "CGEventPost(0, event)"));
   EXPECT_EQ(quartz.liveObjects(), 0U);
+}
+
+TEST_F(MacosSynthesis, without_a_throw_away_event_the_pointer_is_nowhere) {
+  quartz.refusedEvents = {0};
+  EXPECT_FALSE(pointerLocation());
+  EXPECT_THAT(quartz.calls, ElementsAre("CGEventCreate(null)"));
+}
+
+TEST_F(MacosSynthesis, an_event_that_cannot_be_made_is_left_out) {
+  quartz.refusedEvents = {10};
+  emitMacro(0, {});
+  ASSERT_EQ(quartz.posted.size(), 1U);
+  EXPECT_EQ(quartz.posted[0].type, 11U);
+  EXPECT_EQ(quartz.posted[0].userData, marker);
+}
+
+TEST_F(MacosSynthesis, notices_of_the_system_are_never_posted) {
+  postEvents(std::array{SyntheticEvent{EventType::tapDisabledByTimeout, {}, 0, 0}});
+  EXPECT_THAT(quartz.calls, testing::IsEmpty());
 }
 
 }  // namespace

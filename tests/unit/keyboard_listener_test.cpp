@@ -12,8 +12,6 @@
 namespace vorrin {
 namespace {
 
-constexpr std::uint16_t letter = 0;
-
 using test::ConnectedTest;
 using test::ListenerTest;
 
@@ -54,12 +52,6 @@ TEST_F(ConnectedTest, a_shortcut_is_swallowed_from_press_to_release_and_toggles_
   EXPECT_EQ(repeat(tab), TapVerdict::swallow);
   EXPECT_EQ(release(tab), TapVerdict::swallow);
   EXPECT_TRUE(engine.running[1]);
-}
-
-TEST_F(ConnectedTest, other_keys_pass) {
-  EXPECT_EQ(press(letter), TapVerdict::pass);
-  EXPECT_EQ(repeat(letter), TapVerdict::pass);
-  EXPECT_EQ(release(letter), TapVerdict::pass);
 }
 
 TEST_F(ConnectedTest, only_command_control_option_and_shift_make_a_shortcut_pass) {
@@ -118,34 +110,23 @@ TEST_F(ConnectedTest,
   EXPECT_TRUE(engine.running[1]);
 }
 
-class DisabledTap : public ConnectedTest, public testing::WithParamInterface<EventType> {};
-
-TEST_P(DisabledTap, stops_the_macros_forgets_the_keys_and_is_enabled_again) {
-  press(tab);
-  engine.toggle(0);
-  fake::setApplicationActive(true);
-  EXPECT_EQ(fake::disableTap(GetParam()), TapVerdict::pass);
-  EXPECT_EQ(engine.running, (PerMacro<bool>{false, false}));
-  EXPECT_TRUE(fake::tapIsListening());
-  fake::setApplicationActive(false);
-  EXPECT_EQ(press(tab), TapVerdict::swallow);
-  EXPECT_TRUE(engine.running[1]);
+TEST_F(ConnectedTest, a_disabled_tap_stops_the_macros_forgets_the_keys_and_is_enabled_again) {
+  for (const auto cause : {EventType::tapDisabledByTimeout, EventType::tapDisabledByUserInput}) {
+    press(tab);
+    engine.toggle(0);
+    fake::setApplicationActive(true);
+    EXPECT_EQ(fake::disableTap(cause), TapVerdict::pass);
+    EXPECT_EQ(engine.running, (PerMacro<bool>{false, false}));
+    EXPECT_TRUE(fake::tapIsListening());
+    fake::setApplicationActive(false);
+    EXPECT_EQ(press(tab), TapVerdict::swallow);
+    EXPECT_TRUE(engine.running[1]);
+    // Whatever the rest of the event says.
+    EXPECT_EQ(keyboardTapCallback({.type = cause, .keyCode = -1, .userData = marker}),
+              TapVerdict::pass);
+    EXPECT_FALSE(engine.running[1]);
+  }
 }
-
-TEST_P(DisabledTap, is_told_whatever_the_rest_of_the_event_says) {
-  press(tab);
-  EXPECT_EQ(keyboardTapCallback({.type = GetParam(), .keyCode = -1, .userData = marker}),
-            TapVerdict::pass);
-  EXPECT_FALSE(engine.running[1]);
-}
-
-INSTANTIATE_TEST_SUITE_P(Tap, DisabledTap,
-                         testing::Values(EventType::tapDisabledByTimeout,
-                                         EventType::tapDisabledByUserInput),
-                         [](const auto& cause) {
-                           return cause.param == EventType::tapDisabledByTimeout ? "by_timeout"
-                                                                                 : "by_user_input";
-                         });
 
 TEST_F(ConnectedTest, a_tap_that_ends_stops_everything_and_a_new_one_can_be_made) {
   press(tab);

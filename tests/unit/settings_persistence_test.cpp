@@ -8,7 +8,6 @@
 #include <utility>
 #include <vector>
 
-#include "settings/preset_store.h"
 #include "support/presets.h"
 #include "support/storage_test.h"
 
@@ -27,21 +26,11 @@ std::int64_t integer(std::int64_t value) {
   return value;
 }
 
-TEST_F(SettingsPersistenceTest, an_empty_domain_gives_the_start_values) {
+TEST_F(SettingsPersistenceTest, stored_settings_are_loaded_and_start_values_where_there_are_none) {
   EXPECT_EQ(loaded(), startPreset());
-}
-
-TEST_F(SettingsPersistenceTest, stored_settings_are_loaded_again) {
   EXPECT_FALSE(storeCurrentSettings(defaults, otherPreset()));
   EXPECT_EQ(loaded(), otherPreset());
   EXPECT_EQ(loadCurrentSettings(reopened()).value, otherPreset());
-}
-
-TEST_F(SettingsPersistenceTest, storing_leaves_the_named_presets_alone) {
-  const PresetStore presets{defaults};
-  EXPECT_TRUE(presets.save(startPreset(), "Work"));
-  EXPECT_FALSE(storeCurrentSettings(defaults, otherPreset()));
-  EXPECT_EQ(presets.all().value.at("Work"), startPreset());
 }
 
 TEST_F(SettingsPersistenceTest, loading_writes_nothing) {
