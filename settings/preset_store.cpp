@@ -39,10 +39,10 @@ bool PresetStore::save(const Preset& preset, std::string_view name) const {
   auto [presets, failure] = all();
   if (failure) return false;
   presets[*accepted] = preset;
-  if (!write(presets)) return false;
-  const auto stored = all().value;
-  const auto entry = stored.find(*accepted);
-  return entry != stored.end() && entry->second == preset;
+  const auto stored = write(std::move(presets));
+  if (!stored) return false;
+  const auto entry = stored->find(*accepted);
+  return entry != stored->end() && entry->second == preset;
 }
 
 bool PresetStore::rename(const std::string& from, std::string_view to) const {
@@ -53,25 +53,25 @@ bool PresetStore::rename(const std::string& from, std::string_view to) const {
   if (failure || entry.empty() || presets.contains(*accepted)) return false;
   entry.key() = *accepted;
   presets.insert(std::move(entry));
-  return write(presets) && stands(presets);
+  return write(presets) == presets;
 }
 
 bool PresetStore::remove(const std::string& name) const {
   auto [presets, failure] = all();
-  return !failure && presets.erase(name) != 0 && write(presets) && stands(presets);
+  return !failure && presets.erase(name) != 0 && write(presets) == presets;
 }
 
-bool PresetStore::write(const std::map<std::string, Preset>& presets) const {
+std::optional<std::map<std::string, Preset>> PresetStore::write(
+    std::map<std::string, Preset> presets) const {
   auto json = encodePresets(presets);
-  if (!json) return false;
+  if (!json) return std::nullopt;
   const std::array<std::pair<std::string, DefaultsObject>, 1> values{
       {{storageKey, Data{*std::move(json)}}}};
-  return !defaults_.set(values);
-}
-
-bool PresetStore::stands(const std::map<std::string, Preset>& presets) const {
-  const auto [stored, failure] = all();
-  return !failure && stored == presets;
+  if (defaults_.set(values)) return std::nullopt;
+  // The text that was written means what was written.
+  if (defaults_.object(storageKey).value == values.front().second) return presets;
+  auto [stored, failure] = all();
+  return failure ? std::nullopt : std::optional(std::move(stored));
 }
 
 }  // namespace vorrin

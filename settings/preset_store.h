@@ -40,8 +40,9 @@ class PresetStore {
   [[nodiscard]] bool remove(const std::string& name) const;
 
  private:
-  [[nodiscard]] bool write(const std::map<std::string, Preset>& presets) const;
-  [[nodiscard]] bool stands(const std::map<std::string, Preset>& presets) const;
+  /// Gives what stands stored then; nothing when it could not be written or read.
+  [[nodiscard]] std::optional<std::map<std::string, Preset>> write(
+      std::map<std::string, Preset> presets) const;
 
   UserDefaults defaults_;
 };

@@ -11,7 +11,6 @@
 #include <string_view>
 #include <system_error>
 
-#include "platform/linux/foundation/defaults_json.h"
 #include "platform/linux/foundation/file_descriptor.h"
 #include "platform/linux/foundation/folder_lock.h"
 
@@ -20,7 +19,7 @@ namespace vorrin {
 namespace {
 
 using std::filesystem::path;
-/// Some thirty thousand presets. What is larger is none of ours, and would hold up the start.
+/// Some eighty thousand presets. What is larger is none of ours, and would hold up the start.
 constexpr off_t largestFile = 8 << 20;
 
 /// The file itself, where links lead to it: a user may keep it elsewhere.
@@ -93,7 +92,7 @@ void tell(const std::string& message) {
 Reading<std::optional<DefaultsObject>> DefaultsFile::object(const std::string& key) {
   if (auto failure = read()) return {{}, told("read", std::move(failure))};
   const auto entry = domain_.find(key);
-  return {entry == domain_.end() ? std::nullopt : defaultsObjectOf(*entry), {}};
+  return {entry == domain_.end() ? std::nullopt : entry->second.object, {}};
 }
 
 StorageFailure DefaultsFile::set(std::span<const std::pair<std::string, DefaultsObject>> values) {
@@ -123,23 +122,22 @@ Reading<bool> DefaultsFile::load(const path& file) {
   }
   if (isThere && !S_ISREG(status.st_mode)) return {{}, "not a regular file"};
   if (isThere && state_ == stateOf(status)) return {true, {}};
-  forget();
+  state_.reset();
+  if (!isThere) domain_.clear();
   if (!isThere) return {true, {}};
   if (status.st_size > largestFile) return {false, {}};
   QFile stream;
   if (!stream.open(opened.get(), QIODevice::ReadOnly)) return {{}, systemMessage()};
   const std::string text = stream.readAll().toStdString();
   if (stream.error() != QFile::NoError) return {{}, stream.errorString().toStdString()};
-  auto domain = parsedDomain(text);
-  if (!domain) return {false, {}};
-  domain_ = *std::move(domain);
+  // What was stored last is only looked at, for it is known.
+  if (text != textOf(domain_)) {
+    auto domain = parsedDomain(text);
+    domain_ = domain ? *std::move(domain) : Domain();
+    if (!domain) return {false, {}};
+  }
   state_ = stateOf(status);
   return {true, {}};
-}
-
-void DefaultsFile::forget() {
-  domain_ = Domain::object();
-  state_.reset();
 }
 
 StorageFailure DefaultsFile::merge(std::span<const std::pair<std::string, DefaultsObject>> values) {
@@ -147,17 +145,14 @@ StorageFailure DefaultsFile::merge(std::span<const std::pair<std::string, Defaul
   const auto lock = lockFolder(file.parent_path());
   if (lock.failure) return lock.failure;
   if (auto failure = loadOrSetAside(file)) return failure;
-  bool isChanged = false;
-  for (const auto& [key, value] : values) {
-    auto json = jsonOf(value);
-    isChanged = isChanged || domain_[key] != json;
-    domain_[key] = std::move(json);
-  }
-  if (!isChanged) return {};
-  const auto text = domain_.dump(2, ' ', false, Domain::error_handler_t::replace) + "\n";
-  // Whatever comes of it, what the file holds is read from the file.
-  forget();
-  return replace(file, text, lock.value);
+  Domain changed = domain_;
+  for (const auto& [key, value] : values) changed[key] = storedValue(value);
+  if (changed == domain_) return {};
+  auto failure = replace(file, textOf(changed), lock.value);
+  if (!failure) domain_ = std::move(changed);
+  // Whatever came of it, what the file holds is read from the file.
+  state_.reset();
+  return failure;
 }
 
 StorageFailure DefaultsFile::setAside(const path& file) {

@@ -3,12 +3,12 @@
 #include <array>
 #include <cstdint>
 #include <filesystem>
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <span>
 #include <string>
 #include <utility>
 
+#include "platform/linux/foundation/defaults_json.h"
 #include "platform/user_defaults.h"
 
 namespace vorrin {
@@ -27,7 +27,6 @@ class DefaultsFile {
   std::optional<std::string> takeNotice() { return std::exchange(notice_, std::nullopt); }
 
  private:
-  using Domain = nlohmann::json;
   /// What tells one state of a file from another.
   using FileState = std::array<std::int64_t, 7>;
 
@@ -38,13 +37,12 @@ class DefaultsFile {
   /// Reads the file, unless it is as it was when it was last read; without a file the domain is
   /// empty. False when it cannot be understood.
   Reading<bool> load(const std::filesystem::path& file);
-  void forget();
   StorageFailure merge(std::span<const std::pair<std::string, DefaultsObject>> values);
   StorageFailure setAside(const std::filesystem::path& file);
   StorageFailure told(const char* what, StorageFailure failure) const;
 
   std::filesystem::path path_;
-  Domain domain_ = Domain::object();
+  Domain domain_;
   std::optional<FileState> state_;  ///< of the file that `domain_` was read from
   std::optional<std::string> notice_;
 };

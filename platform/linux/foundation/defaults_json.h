@@ -1,6 +1,6 @@
 #pragma once
 
-#include <nlohmann/json.hpp>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -9,17 +9,26 @@
 
 namespace vorrin {
 
-// A domain as JSON: an object of its keys and values. Truth values, numbers and texts are those of
-// JSON; a number with a fraction or an exponent is a real. Data that are JSON in its short form
-// stand as {"json": VALUE}, so that a reader sees what is in them, others as {"base64": TEXT}.
+/// A value of a domain as JSON. Truth values, numbers and texts are those of JSON; a number with a
+/// fraction or an exponent is a real. Data that are JSON without white space stand as
+/// {"json": VALUE}, so that a reader sees what is in them, others as {"base64": TEXT}.
+struct StoredValue {
+  std::string json;                      ///< as it is written, or as others wrote it
+  std::optional<DefaultsObject> object;  ///< nothing where it is none of the above
 
-nlohmann::json jsonOf(const DefaultsObject& object);
+  bool operator==(const StoredValue&) const = default;
+};
 
-/// Nothing for a value that is none of the above.
-std::optional<DefaultsObject> defaultsObjectOf(const nlohmann::json& json);
+StoredValue storedValue(const DefaultsObject& object);
+
+/// A domain's values by their keys.
+using Domain = std::map<std::string, StoredValue>;
+
+/// The JSON object that holds the whole domain, a line for each key.
+std::string textOf(const Domain& domain);
 
 /// The domain that `text` holds, an empty one if it holds nothing but white space; nothing when it
 /// cannot be understood. Nested too deep counts as that.
-std::optional<nlohmann::json> parsedDomain(std::string_view text);
+std::optional<Domain> parsedDomain(std::string_view text);
 
 }  // namespace vorrin
