@@ -9,7 +9,7 @@
 
 #include "settings/preset_json.h"
 #include "settings/settings_persistence.h"
-#include "tests/x11/harness/key_probe.h"
+#include "tests/x11/harness/other_client.h"
 #include "tests/x11/harness/wait.h"
 #include "tests/x11/harness/windows.h"
 
@@ -38,14 +38,14 @@ std::unique_ptr<Program> startConnectedVorrin(const Stage& stage, const Preset& 
     return window && windows.active() == *window;
   });
   // It gives the shortcuts free once it knows itself that it is in front.
-  x11_tests::KeyProbe probe(stage.desktop.display());
+  x11_tests::OtherClient probe(stage.desktop.display());
   if (!inFront || !vorrin->waitUntilReady() || !probe.waitUntilFree(settings.keys[1]))
     throw std::runtime_error("Vorrin did not connect");
   return vorrin;
 }
 
 void waitForShortcut(const Stage& stage, std::uint16_t virtualKey) {
-  x11_tests::KeyProbe probe(stage.desktop.display());
+  x11_tests::OtherClient probe(stage.desktop.display());
   if (!probe.waitUntilHeld(virtualKey)) {
     throw std::runtime_error("Vorrin does not listen to the shortcut");
   }

@@ -193,34 +193,14 @@ class Service:
         return self.call("org.freedesktop.DBus.Mock." + method, *arguments, path=path)
 
 
-class Locker:
-    """A program that locks the screen without telling anybody, and the keys it receives."""
+class Receiver:
+    """A program of somebody else's, and the keys and clicks that it receives."""
 
-    def __init__(self, desktop, *arguments):
-        self._log = desktop.home / "locker"
-        with open(self._log, "wb") as log:
-            self.process = desktop.start([LOCKER, *arguments], stdout=log)
-        wait_until(lambda: "locked" in self._log.read_text(), "a locked screen")
-
-    def pressed(self):
-        """The server's key codes of all presses so far."""
-        return [int(line.split()[1]) for line in self._log.read_text().splitlines()
-                if line.startswith("KeyPress ")]
-
-    def clicks(self):
-        return self._log.read_text().count("ButtonPress 1\n")
-
-
-class Client:
-    """A program of somebody else's in front, and the keys it receives."""
-
-    def __init__(self, desktop):
+    def __init__(self, desktop, *command):
         self._desktop = desktop
-        self._log = desktop.home / "client"
+        self._log = desktop.home / pathlib.Path(command[0]).name
         with open(self._log, "wb") as log:
-            self.process = desktop.start([CLIENT], stdout=log)
-        self.window = wait_until(lambda: self._lines("window"), "the client's window")[0].split()[1]
-        wait_until(lambda: self._lines("FocusIn"), "the client's focus")
+            self.process = desktop.start(command, stdout=log)
 
     def _lines(self, kind):
         return [line for line in self._log.read_text().splitlines() if line.startswith(kind + " ")]
@@ -231,6 +211,23 @@ class Client:
 
     def clicks(self):
         return len(self._lines("ButtonPress"))
+
+
+class Locker(Receiver):
+    """One that locks the screen without telling anybody."""
+
+    def __init__(self, desktop, *arguments):
+        super().__init__(desktop, LOCKER, *arguments)
+        wait_until(lambda: self._lines("locked"), "a locked screen")
+
+
+class Client(Receiver):
+    """One in front."""
+
+    def __init__(self, desktop):
+        super().__init__(desktop, CLIENT)
+        self.window = wait_until(lambda: self._lines("window"), "the client's window")[0].split()[1]
+        wait_until(lambda: self._lines("FocusIn"), "the client's focus")
 
     def typed(self, *keys):
         """What arrives of these keys and of all that Vorrin does meanwhile: codes and clicks."""

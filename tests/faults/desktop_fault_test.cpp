@@ -2,7 +2,6 @@
 
 #include "fault_test.h"
 #include "input_watch.h"
-#include "other_client.h"
 
 namespace vorrin::faults {
 namespace {

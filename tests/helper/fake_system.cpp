@@ -57,47 +57,41 @@ constexpr sd_bus_vtable user[] = {SD_BUS_VTABLE_START(0),
                                   SD_BUS_PROPERTY("Display", "(so)", getDisplay, 0, 0),
                                   SD_BUS_VTABLE_END};
 
-const FakeSession& sessionAt(const char* path, void* system) {
-  return self(system).sessions.at(path + std::string_view(sessionFolder).size());
+std::string nameAt(const char* sessionPath) {
+  return sessionPath + std::string_view(sessionFolder).size();
 }
 
 int hasSession(sd_bus*, const char* path, const char*, void* system, void** found, sd_bus_error*) {
   *found = system;
-  return self(system).sessions.contains(path + std::string_view(sessionFolder).size()) ? 1 : 0;
+  return self(system).sessions.contains(nameAt(path)) ? 1 : 0;
 }
 
-template <bool FakeSession::*flag>
-int getFlag(sd_bus*, const char* path, const char*, const char*, sd_bus_message* reply,
-            void* system, sd_bus_error*) {
-  return sd_bus_message_append(reply, "b", static_cast<int>(sessionAt(path, system).*flag));
-}
-
-template <std::string FakeSession::*text>
-int getText(sd_bus*, const char* path, const char*, const char*, sd_bus_message* reply,
-            void* system, sd_bus_error*) {
-  return sd_bus_message_append(reply, "s", (sessionAt(path, system).*text).c_str());
-}
-
-int getSeat(sd_bus*, const char* path, const char*, const char*, sd_bus_message* reply,
-            void* system, sd_bus_error*) {
-  return sd_bus_message_append(reply, "(so)", sessionAt(path, system).seat.c_str(), "/");
-}
-
-int getUser(sd_bus*, const char* path, const char*, const char*, sd_bus_message* reply,
-            void* system, sd_bus_error*) {
-  return sd_bus_message_append(reply, "(uo)", sessionAt(path, system).user, "/");
+int getOfSession(sd_bus*, const char* path, const char*, const char* property,
+                 sd_bus_message* reply, void* system, sd_bus_error*) {
+  const std::string_view name = property;
+  const FakeSession& session = self(system).sessions.at(nameAt(path));
+  const auto add = [reply](const char* type, auto... values) {
+    return sd_bus_message_append(reply, type, values...);
+  };
+  if (name == "Active") return add("b", int{session.isActive});
+  if (name == "LockedHint") return add("b", int{session.isLocked});
+  if (name == "Remote") return add("b", int{session.isRemote});
+  if (name == "Name") return add("s", session.userName.c_str());
+  if (name == "Class") return add("s", session.sessionClass.c_str());
+  if (name == "Seat") return add("(so)", session.seat.c_str(), "/");
+  return add("(uo)", session.user, "/");
 }
 
 constexpr auto tells = SD_BUS_VTABLE_PROPERTY_EMITS_CHANGE;
 constexpr sd_bus_vtable sessionProperties[] = {
     SD_BUS_VTABLE_START(0),
-    SD_BUS_PROPERTY("Active", "b", getFlag<&FakeSession::isActive>, 0, tells),
-    SD_BUS_PROPERTY("LockedHint", "b", getFlag<&FakeSession::isLocked>, 0, tells),
-    SD_BUS_PROPERTY("Remote", "b", getFlag<&FakeSession::isRemote>, 0, 0),
-    SD_BUS_PROPERTY("Name", "s", getText<&FakeSession::userName>, 0, 0),
-    SD_BUS_PROPERTY("Class", "s", getText<&FakeSession::sessionClass>, 0, 0),
-    SD_BUS_PROPERTY("Seat", "(so)", getSeat, 0, 0),
-    SD_BUS_PROPERTY("User", "(uo)", getUser, 0, 0),
+    SD_BUS_PROPERTY("Active", "b", getOfSession, 0, tells),
+    SD_BUS_PROPERTY("LockedHint", "b", getOfSession, 0, tells),
+    SD_BUS_PROPERTY("Remote", "b", getOfSession, 0, 0),
+    SD_BUS_PROPERTY("Name", "s", getOfSession, 0, 0),
+    SD_BUS_PROPERTY("Class", "s", getOfSession, 0, 0),
+    SD_BUS_PROPERTY("Seat", "(so)", getOfSession, 0, 0),
+    SD_BUS_PROPERTY("User", "(uo)", getOfSession, 0, 0),
     SD_BUS_VTABLE_END};
 
 int replyAuthorization(sd_bus_message* call, const FakeSystem::Authorization& answer) {

@@ -71,6 +71,19 @@ class ServiceTest : public testing::Test {
     EXPECT_THAT(system.questions(), IsEmpty());
   }
 
+  void callUntilAsked(const char* method) {
+    system.call(method, true);
+    ASSERT_TRUE(system.until([this] { return system.question != nullptr; }));
+  }
+
+  /// What the call brings once the user has said yes or no.
+  Answer answered(bool isGiven) {
+    system.answer.reset();
+    system.answerQuestion(isGiven);
+    EXPECT_TRUE(system.until([this] { return system.answer.has_value(); }));
+    return system.answer ? std::move(*system.answer) : Answer();
+  }
+
   FakeSystem system;
   FileDescriptor socket;
 };
@@ -114,35 +127,26 @@ TEST_F(ServiceTest, what_polkit_refuses_or_does_not_say_is_refused) {
 TEST_F(ServiceTest, the_user_is_asked_only_with_leave_and_once_at_a_time) {
   EXPECT_THAT(system.ask("Connect").error, HasSubstr("not given"));
   EXPECT_THAT(system.questions(), IsEmpty());
-  system.call("Connect", true);
-  ASSERT_TRUE(system.until([this] { return system.question != nullptr; }));
+  callUntilAsked("Connect");
   EXPECT_THAT(system.questions(), ElementsAre(actions::connect));
   EXPECT_THAT(system.ask("Connect", true).error, HasSubstr("not answered yet"));
-  system.answer.reset();
-  system.answerQuestion(true);
-  ASSERT_TRUE(system.until([this] { return system.answer.has_value(); }));
-  serve(std::move(*system.answer));
+  serve(answered(true));
 }
 
 TEST_F(ServiceTest, a_no_of_the_user_s_is_a_no) {
-  system.call("Connect", true);
-  ASSERT_TRUE(system.until([this] { return system.question != nullptr; }));
-  system.answerQuestion(false);
-  ASSERT_TRUE(system.until([this] { return system.answer.has_value(); }));
-  EXPECT_THAT(system.answer->error, HasSubstr("not given"));
+  callUntilAsked("Connect");
+  EXPECT_THAT(answered(false).error, HasSubstr("not given"));
   EXPECT_EQ(system.questions().size(), 1U);
 }
 
 TEST_F(ServiceTest, a_question_is_withdrawn_when_the_program_that_wanted_it_is_gone) {
-  system.call("Connect", true);
-  ASSERT_TRUE(system.until([this] { return system.question != nullptr; }));
+  callUntilAsked("Connect");
   system.leaveCaller();
   EXPECT_TRUE(system.until([this] { return system.questionsWithdrawn == 1; }));
 }
 
 TEST_F(ServiceTest, a_question_is_withdrawn_when_its_session_leaves_the_front) {
-  system.call("Connect", true);
-  ASSERT_TRUE(system.until([this] { return system.question != nullptr; }));
+  callUntilAsked("Connect");
   change(&FakeSession::isActive, false, "Active");
   EXPECT_TRUE(system.until([this] { return system.questionsWithdrawn == 1 && system.answer; }));
   EXPECT_FALSE(system.answer->isGiven);
@@ -150,12 +154,9 @@ TEST_F(ServiceTest, a_question_is_withdrawn_when_its_session_leaves_the_front) {
 
 TEST_F(ServiceTest, allowing_for_good_is_asked_about_and_ends_all_questions) {
   EXPECT_FALSE(system.ask("AllowForGood").isGiven);
-  system.call("AllowForGood", true);
-  ASSERT_TRUE(system.until([this] { return system.question != nullptr; }));
+  callUntilAsked("AllowForGood");
   EXPECT_THAT(system.questions(), ElementsAre(actions::allow));
-  system.answerQuestion(true);
-  ASSERT_TRUE(system.until([this] { return system.answer.has_value(); }));
-  EXPECT_TRUE(system.answer->isGiven);
+  EXPECT_TRUE(answered(true).isGiven);
   serve(system.ask("Connect"));
 }
 

@@ -1,4 +1,3 @@
-#include "other_client.h"
 #include "tap_test.h"
 
 namespace vorrin::x11_tests {

@@ -1,6 +1,5 @@
 #include <optional>
 
-#include "other_client.h"
 #include "tap_test.h"
 
 namespace vorrin::x11_tests {

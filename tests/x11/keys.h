@@ -25,8 +25,8 @@ inline constexpr std::uint16_t b = 11;
 /// The six that may be shortcuts.
 inline constexpr std::array shortcuts{backtick, tab, f6, f7, f8, f9};
 
-/// The digit keys 0 to 9.
-inline constexpr std::array<std::uint16_t, 10> digits{29, 18, 19, 20, 21, 23, 22, 26, 28, 25};
+/// 0 to 9.
+inline constexpr auto& digits = digitKeys;
 }  // namespace keys
 
 /// A press and a release of the key as `keysOf` shows them.

@@ -31,20 +31,15 @@ TapProcess::TapProcess(const Environment& environment, std::vector<std::string> 
 bool TapProcess::command(const std::string& line) {
   process_.writeLine(line);
   const std::string name = line.substr(0, line.find(' '));
-  std::string answer;
-  while (takeLine(answer)) {
-    if (answer == name + " yes") return true;
-    if (answer == name + " no") return false;
-  }
-  return false;
+  auto answer = takeLine();
+  while (answer && answer != name + " yes" && answer != name + " no") answer = takeLine();
+  return answer == name + " yes";
 }
 
 bool TapProcess::readUpTo(const std::string& answer) {
-  std::string line;
-  while (takeLine(line)) {
-    if (line == answer) return true;
-  }
-  return false;
+  auto line = takeLine();
+  while (line && line != answer) line = takeLine();
+  return line.has_value();
 }
 
 bool TapProcess::waitForPress(std::int64_t keyCode) {
@@ -56,9 +51,8 @@ bool TapProcess::waitForRepeat(std::int64_t keyCode) {
 }
 
 bool TapProcess::waitForEvent(const std::function<bool(const SeenKey&)>& wanted) {
-  std::string line;
-  while (takeLine(line)) {
-    const std::optional<SeenKey> key = parseEvent(line);
+  while (const auto line = takeLine()) {
+    const std::optional<SeenKey> key = parseEvent(*line);
     if (key && wanted(*key)) return true;
   }
   return false;
@@ -74,12 +68,10 @@ std::vector<SeenKey> TapProcess::takeSeen() {
   return std::exchange(seen_, {});
 }
 
-bool TapProcess::takeLine(std::string& line) {
-  std::optional<std::string> next = process_.readLine();
-  if (!next) return false;
-  if (const std::optional<SeenKey> key = parseEvent(*next)) seen_.push_back(*key);
-  line = std::move(*next);
-  return true;
+std::optional<std::string> TapProcess::takeLine() {
+  std::optional<std::string> line = process_.readLine();
+  if (const auto key = parseEvent(line.value_or(""))) seen_.push_back(*key);
+  return line;
 }
 
 std::string describe(const std::vector<SeenKey>& keys) {

@@ -49,7 +49,7 @@ class TapProcess {
 
  private:
   bool waitForEvent(const std::function<bool(const SeenKey&)>& wanted);
-  bool takeLine(std::string& line);
+  std::optional<std::string> takeLine();
 
   Process process_;
   std::vector<SeenKey> seen_;

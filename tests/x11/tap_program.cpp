@@ -81,18 +81,18 @@ bool createTap(const std::vector<std::uint16_t>& keys) {
   return false;
 }
 
+SyntheticEvent event(EventType type, std::uint16_t keyCode = 0, std::int64_t userData = 0) {
+  return {.type = type, .location = {}, .keyCode = keyCode, .userData = userData};
+}
+
 void post(std::uint16_t keyCode, std::int64_t userData, int count) {
-  const std::array events{
-      SyntheticEvent{
-          .type = EventType::keyDown, .location = {}, .keyCode = keyCode, .userData = userData},
-      SyntheticEvent{
-          .type = EventType::keyUp, .location = {}, .keyCode = keyCode, .userData = userData}};
+  const std::array events{event(EventType::keyDown, keyCode, userData),
+                          event(EventType::keyUp, keyCode, userData)};
   for (int index = 0; index < count; ++index) vorrin::postEvents(events);
 }
 
 void click(int count) {
-  const std::array events{SyntheticEvent{.type = EventType::leftMouseDown, .location = {}},
-                          SyntheticEvent{.type = EventType::leftMouseUp, .location = {}}};
+  const std::array events{event(EventType::leftMouseDown), event(EventType::leftMouseUp)};
   for (int index = 0; index < count; ++index) vorrin::postEvents(events);
 }
 
@@ -116,10 +116,8 @@ void answerBehindEvents(const std::string& command) {
 }
 
 void pressOnly(std::uint16_t keyCode) {
-  const std::array events{
-      SyntheticEvent{.type = EventType::keyDown, .location = {}, .keyCode = keyCode},
-      SyntheticEvent{.type = EventType::leftMouseDown, .location = {}}};
-  vorrin::postEvents(events);
+  vorrin::postEvents(
+      std::array{event(EventType::keyDown, keyCode), event(EventType::leftMouseDown)});
 }
 
 void obey(const std::string& line) {
@@ -157,19 +155,14 @@ void obey(const std::string& line) {
 
 int main(int count, char** arguments) {
   const QCoreApplication application(count, arguments);
-  std::string unfinished;
   QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
   QObject::connect(&input, &QSocketNotifier::activated, &input, [&] {
-    std::array<char, 4096> buffer{};
+    // As much as a pipe holds, so what is read ends with a line: each is written in one go.
+    std::array<char, 65536> buffer{};
     const ssize_t length = ::read(STDIN_FILENO, buffer.data(), buffer.size());
     if (length <= 0) return QCoreApplication::quit();
-    unfinished.append(buffer.data(), static_cast<std::size_t>(length));
-    for (std::size_t feed = unfinished.find('\n'); feed != std::string::npos;
-         feed = unfinished.find('\n')) {
-      const std::string line = unfinished.substr(0, feed);
-      unfinished.erase(0, feed + 1);
-      obey(line);
-    }
+    std::istringstream lines(std::string(buffer.data(), static_cast<std::size_t>(length)));
+    for (std::string line; std::getline(lines, line);) obey(line);
   });
   return QCoreApplication::exec();
 }

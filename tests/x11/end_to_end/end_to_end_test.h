@@ -10,7 +10,7 @@
 #include "keys.h"
 #include "settings/preset.h"
 #include "tests/x11/harness/client.h"
-#include "tests/x11/harness/key_probe.h"
+#include "tests/x11/harness/other_client.h"
 #include "tests/x11/harness/program.h"
 #include "tests/x11/harness/server.h"
 #include "tests/x11/harness/user.h"
@@ -29,7 +29,7 @@ struct EndToEndTest : testing::Test {
   Home home;
   Desktop& desktop;
   User user{desktop.display()};
-  KeyProbe probe{desktop.display()};
+  OtherClient probe{desktop.display()};
   Windows windows{desktop.display()};
 
   /// What is stored before the program starts. Both macros act a hundred times a second.

@@ -1,7 +1,6 @@
 #include <csignal>
 
 #include "end_to_end_test.h"
-#include "other_client.h"
 
 namespace vorrin::x11_tests {
 namespace {
@@ -36,7 +35,7 @@ TEST_F(LifecycleTest,
   showVorrin();
   auto other = std::make_unique<OtherClient>(desktop.display());
   ASSERT_TRUE(other->holdKey(keys::tab));
-  EXPECT_TRUE(program->waitForStatus(true, false, false));
+  EXPECT_TRUE(program->waitUntilUnavailable());
   other.reset();
   EXPECT_TRUE(program->waitUntilReady());
   showClient();
@@ -47,7 +46,7 @@ TEST_F(LifecycleTest, a_second_program_waits_for_the_keys_of_the_first) {
   start();
   const Home otherHome;
   const Program second(desktop.display(), otherHome);
-  EXPECT_TRUE(second.waitForStatus(true, false, false));
+  EXPECT_TRUE(second.waitUntilUnavailable());
   program.reset();
   EXPECT_TRUE(second.waitUntilReady());
 }

@@ -36,11 +36,16 @@ class Program {
   [[nodiscard]] std::optional<std::string> status() const;
 
   /// Waits until the status file holds exactly these flags.
-  [[nodiscard]] bool waitForStatus(bool accessibility, bool eventTap, bool ready,
-                                   std::chrono::milliseconds bound = patience) const;
+  [[nodiscard]] bool waitForStatus(const std::string& flags) const;
 
-  /// Waits until it listens to the keyboard.
-  [[nodiscard]] bool waitUntilReady() const { return waitForStatus(true, true, true); }
+  /// Waits until it listens to the keyboard, or until it may and cannot.
+  [[nodiscard]] bool waitUntilReady() const {
+    return waitForStatus("accessibility=true eventTap=true ready=true");
+  }
+
+  [[nodiscard]] bool waitUntilUnavailable() const {
+    return waitForStatus("accessibility=true eventTap=false ready=false");
+  }
 
   Process& process() { return process_; }
 

@@ -33,13 +33,9 @@ XDevice* openKeyboard(Display* display) {
   return keyboard;
 }
 
-constexpr std::array<std::uint16_t, 10> digitKeys{29, 18, 19, 20, 21, 23, 22, 26, 28, 25};
-constexpr std::uint16_t spaceKey = 0x31;
-constexpr std::uint16_t periodKey = 0x2F;
-
 std::uint16_t keyOf(char character) {
-  if (character == ' ') return spaceKey;
-  if (character == '.') return periodKey;
+  if (character == ' ') return 0x31;
+  if (character == '.') return 0x2F;
   if (character >= '0' && character <= '9')
     return digitKeys[static_cast<std::size_t>(character - '0')];
   if (character >= 'a' && character <= 'z')

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -24,6 +25,9 @@ inline constexpr unsigned altGr = 100;
 inline constexpr unsigned capsLock = 58;
 inline constexpr unsigned numLock = 69;
 }  // namespace modifier_keys
+
+/// The digit keys 0 to 9, by their macOS virtual key codes.
+inline constexpr std::array<std::uint16_t, 10> digitKeys{29, 18, 19, 20, 21, 23, 22, 26, 28, 25};
 
 /// The name of the keyboard that the server brings along.
 inline constexpr const char* serverKeyboard = "Xvfb keyboard";

@@ -9,7 +9,7 @@
 #include "keys.h"
 #include "tap_process.h"
 #include "tests/x11/harness/client.h"
-#include "tests/x11/harness/key_probe.h"
+#include "tests/x11/harness/other_client.h"
 #include "tests/x11/harness/server.h"
 #include "tests/x11/harness/user.h"
 
@@ -40,7 +40,7 @@ struct TapTest : testing::Test {
   void killTap() {
     tap.process().signal(SIGKILL);
     ASSERT_TRUE(tap.process().waitForEnd());
-    ASSERT_TRUE(KeyProbe(desktop.display()).waitUntilFree(keys::backtick));
+    ASSERT_TRUE(OtherClient(desktop.display()).waitUntilFree(keys::backtick));
   }
 
   /// What the client received up to now, after the tap has taken up all that went before.

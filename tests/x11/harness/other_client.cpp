@@ -1,8 +1,10 @@
-#include "other_client.h"
+#include "tests/x11/harness/other_client.h"
 
 #include <X11/extensions/XInput2.h>
 
 #include <array>
+
+#include "tests/x11/harness/wait.h"
 
 namespace vorrin::x11_tests {
 
@@ -38,6 +40,28 @@ bool OtherClient::holdKey(std::uint16_t virtualKey, const std::string& device) {
   return XIGrabKeycode(display, number, static_cast<int>(keycodeOf(virtualKey)),
                        DefaultRootWindow(display), XIGrabModeAsync, XIGrabModeAsync, False, &mask,
                        1, &modifiers) == 0;
+}
+
+bool OtherClient::isHeld(std::uint16_t virtualKey) {
+  Display* const display = display_.get();
+  stopServer();
+  const bool isFree = holdKey(virtualKey);
+  if (isFree) {
+    XIGrabModifiers modifiers{0, 0};
+    XIUngrabKeycode(display, deviceNamed(display, serverKeyboard),
+                    static_cast<int>(keycodeOf(virtualKey)), DefaultRootWindow(display), 1,
+                    &modifiers);
+  }
+  resumeServer();
+  return !isFree;
+}
+
+bool OtherClient::waitUntilHeld(std::uint16_t virtualKey) {
+  return waitUntil([&] { return isHeld(virtualKey); });
+}
+
+bool OtherClient::waitUntilFree(std::uint16_t virtualKey) {
+  return waitUntil([&] { return !isHeld(virtualKey); });
 }
 
 bool OtherClient::holdKeyOfCore(std::uint16_t virtualKey) {

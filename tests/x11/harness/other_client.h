@@ -21,6 +21,15 @@ class OtherClient {
   /// Grabs one key of a slave keyboard. False when it is refused.
   bool holdKey(std::uint16_t virtualKey, const std::string& device = serverKeyboard);
 
+  /// Whether another program holds a key of the server's keyboard back from all others, asked in an
+  /// instant in which the server serves nobody else. For Vorrin that is the sign that it would take
+  /// up a shortcut: not before it listens, and not while its own window is in front, which it
+  /// learns a moment after the window manager.
+  bool isHeld(std::uint16_t virtualKey);
+  /// False when that is not so in time.
+  bool waitUntilHeld(std::uint16_t virtualKey);
+  bool waitUntilFree(std::uint16_t virtualKey);
+
   /// Grabs one key as programs with global shortcuts commonly do. False when it is refused.
   bool holdKeyOfCore(std::uint16_t virtualKey);
 
