@@ -22,14 +22,16 @@ struct Size {
   unsigned height = 1;
 };
 
-Size screenSize(Display* display) {
-  const int screen = DefaultScreen(display);
-  return {static_cast<unsigned>(DisplayWidth(display, screen)),
-          static_cast<unsigned>(DisplayHeight(display, screen))};
+/// Shows or hides a window, and returns when the server or the window manager has done so.
+void setShown(Display* display, Window window, bool shown) {
+  shown ? XMapRaised(display, window) : XUnmapWindow(display, window);
+  XEvent seen;
+  do {
+    XWindowEvent(display, window, StructureNotifyMask, &seen);
+  } while (seen.type != (shown ? MapNotify : UnmapNotify));
 }
 
-/// Shows a window of a fixed size as programs do, and returns when the window manager has taken it
-/// up.
+/// Shows a window of a fixed size as programs do.
 void showOrdinaryWindow(Display* display, Size size) {
   const Window window = XCreateSimpleWindow(display, DefaultRootWindow(display), 0, 0, size.width,
                                             size.height, 0, 0, 0);
@@ -39,11 +41,7 @@ void showOrdinaryWindow(Display* display, Size size) {
   hints.min_height = hints.max_height = static_cast<int>(size.height);
   XSetWMNormalHints(display, window, &hints);
   XSelectInput(display, window, StructureNotifyMask);
-  XMapWindow(display, window);
-  XEvent seen;
-  do {
-    XWindowEvent(display, window, StructureNotifyMask, &seen);
-  } while (seen.type != MapNotify);
+  setShown(display, window, true);
 }
 
 Window makeCover(Display* display, Size size) {
@@ -53,23 +51,6 @@ Window makeCover(Display* display, Size size) {
   return XCreateWindow(display, DefaultRootWindow(display), 0, 0, size.width, size.height, 0,
                        CopyFromParent, InputOutput, static_cast<Visual*>(CopyFromParent),
                        CWOverrideRedirect | CWEventMask, &attributes);
-}
-
-void waitFor(Display* display, Window window, int type) {
-  XEvent seen;
-  do {
-    XWindowEvent(display, window, StructureNotifyMask, &seen);
-  } while (seen.type != type);
-}
-
-void show(Display* display, Window window) {
-  XMapRaised(display, window);
-  waitFor(display, window, MapNotify);
-}
-
-void hide(Display* display, Window window) {
-  XUnmapWindow(display, window);
-  waitFor(display, window, UnmapNotify);
 }
 
 /// A key or a button that is just being pressed may have the device for a moment.
@@ -84,15 +65,15 @@ void take(Display* display, Window window, bool pointerToo) {
 
 /// Becomes the program of this kind.
 void become(std::string_view kind, Display* display) {
-  const Size all = screenSize(display);
+  const Screen* const screen = DefaultScreenOfDisplay(display);
+  const Size all{static_cast<unsigned>(screen->width), static_cast<unsigned>(screen->height)};
   if (kind == "dialog") showOrdinaryWindow(display, {300, 200});
   if (kind == "game") showOrdinaryWindow(display, all);
   const Window window = makeCover(display, kind == "keyboard" ? Size() : all);
   if (kind == "grabs-first") take(display, DefaultRootWindow(display), true);
-  show(display, window);
+  setShown(display, window, true);
   if (kind == "again") {
-    hide(display, window);
-    show(display, window);
+    for (const bool shown : {false, true}) setShown(display, window, shown);
   }
   if (kind != "cover" && kind != "grabs-first") take(display, window, kind != "keyboard");
 }

@@ -1,6 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <cstdlib>
+#include <iostream>
+#include <string>
 
 namespace vorrin::faults {
 
@@ -12,6 +15,12 @@ namespace vorrin::faults {
 ///   VORRIN_FAULT_STOP=10         seconds for which programs are stopped (usual: 3)
 ///   VORRIN_FAULT_LAG=400         milliseconds that the server lags by (usual: 20)
 ///   VORRIN_FAULT_SEED=7          of everything that is random (usual: 1)
-std::int64_t amount(const char* name, std::int64_t usual);
+inline std::int64_t amount(const std::string& name, std::int64_t usual) {
+  const std::string variable = "VORRIN_FAULT_" + name;
+  const char* const value = std::getenv(variable.c_str());
+  const std::int64_t chosen = value == nullptr ? usual : std::stoll(value);
+  std::cout << variable << '=' << chosen << '\n';
+  return chosen;
+}
 
 }  // namespace vorrin::faults

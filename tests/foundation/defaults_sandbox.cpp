@@ -27,25 +27,10 @@ std::filesystem::path newDirectory() {
 
 }  // namespace
 
-SavedEnvironment::SavedEnvironment(const std::vector<std::string>& variables) {
-  for (const auto& variable : variables) {
-    const char* const value = ::getenv(variable.c_str());
-    values_[variable] = value == nullptr ? std::nullopt : std::optional<std::string>(value);
+DefaultsSandbox::DefaultsSandbox() : root(newDirectory()) {
+  for (const char* variable : {"HOME", "XDG_CONFIG_HOME", "TMPDIR"}) {
+    if (const char* value = ::getenv(variable)) formerVariables_[variable] = value;
   }
-}
-
-SavedEnvironment::~SavedEnvironment() {
-  for (const auto& [variable, value] : values_) {
-    if (value) {
-      ::setenv(variable.c_str(), value->c_str(), 1);
-    } else {
-      ::unsetenv(variable.c_str());
-    }
-  }
-}
-
-DefaultsSandbox::DefaultsSandbox()
-    : root(newDirectory()), environment_({"HOME", "XDG_CONFIG_HOME", "TMPDIR"}) {
   std::filesystem::create_directory(home);
   std::filesystem::create_directory(temporary);
   ::setenv("HOME", home.c_str(), 1);
@@ -54,6 +39,10 @@ DefaultsSandbox::DefaultsSandbox()
 }
 
 DefaultsSandbox::~DefaultsSandbox() {
+  for (const char* variable : {"HOME", "XDG_CONFIG_HOME", "TMPDIR"}) ::unsetenv(variable);
+  for (const auto& [variable, value] : formerVariables_) {
+    ::setenv(variable.c_str(), value.c_str(), 1);
+  }
   std::error_code error;
   for (const auto& entry : std::filesystem::recursive_directory_iterator(root, error)) {
     if (!entry.is_symlink() && entry.is_directory()) ::chmod(entry.path().c_str(), 0700);

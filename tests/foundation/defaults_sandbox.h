@@ -13,18 +13,6 @@
 
 namespace vorrin {
 
-/// Gives variables of the environment back the values that they had.
-class SavedEnvironment {
- public:
-  explicit SavedEnvironment(const std::vector<std::string>& variables);
-  SavedEnvironment(const SavedEnvironment&) = delete;
-  SavedEnvironment& operator=(const SavedEnvironment&) = delete;
-  ~SavedEnvironment();
-
- private:
-  std::map<std::string, std::optional<std::string>> values_;
-};
-
 /// A home, a settings directory and a directory for temporary files of the test's own, which the
 /// environment leads to.
 class DefaultsSandbox : public testing::Test {
@@ -44,7 +32,7 @@ class DefaultsSandbox : public testing::Test {
   const std::filesystem::path temporary = root / "temporary";
 
  private:
-  const SavedEnvironment environment_;
+  std::map<std::string, std::string> formerVariables_;
 };
 
 /// Stores one value in the user's own domain, and tells why not.

@@ -75,12 +75,10 @@ TEST_F(LinuxUserDefaults, takes_an_empty_file_for_a_new_domain) {
   }
 }
 
-TEST_F(LinuxUserDefaults, makes_no_file_by_reading_or_storing_nothing) {
+TEST_F(LinuxUserDefaults,
+       lies_in_the_settings_folder_with_nothing_beside_it_once_it_holds_a_value) {
   EXPECT_FALSE(stored("key").value);
   EXPECT_EQ(namesIn(home), std::vector<std::string>{});
-}
-
-TEST_F(LinuxUserDefaults, lies_in_the_settings_folder_with_nothing_beside_it) {
   EXPECT_FALSE(store("key", true));
   EXPECT_EQ(namesIn(home), std::vector<std::string>{".config"});
   EXPECT_EQ(namesIn(settings), std::vector<std::string>{"org.vorrin.Vorrin.json"});

@@ -143,23 +143,16 @@ int take(sd_bus_message* reply, void* system, sd_bus_error*) {
   return 0;
 }
 
-pid_t startDaemon(const std::string& address) {
-  const pid_t daemon = ::fork();
-  if (daemon != 0) return daemon;
-  ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-  // It says how many files it would like to open.
-  ::dup2(::open("/dev/null", O_WRONLY | O_CLOEXEC), STDERR_FILENO);
-  ::execlp("dbus-daemon", "dbus-daemon", "--session", "--nofork", "--nopidfile",
-           ("--address=" + address).c_str(), nullptr);
-  ::_exit(127);
-}
-
 }  // namespace
 
-FakeSystem::FakeSystem() : folder_(::mkdtemp(std::string("/tmp/vorrin-bus-XXXXXX").data())) {
-  const auto socket = folder_ / "bus";
-  ::setenv("DBUS_SYSTEM_BUS_ADDRESS", ("unix:path=" + socket.string()).c_str(), 1);
-  daemon_ = startDaemon("unix:path=" + socket.string());
+FakeSystem::FakeSystem()
+    : folder_(::mkdtemp(std::string("/tmp/vorrin-bus-XXXXXX").data())),
+      address_("unix:path=" + (folder_ / "bus").string()),
+      // It says on its standard error how many files it would like to open.
+      daemon_({"sh", "-c",
+               "exec dbus-daemon --session --nofork --nopidfile --address=" + address_ +
+                   " 2>/dev/null"}) {
+  ::setenv("DBUS_SYSTEM_BUS_ADDRESS", address_.c_str(), 1);
   until([this] { return (fakes_ = openBus()) != nullptr; });
   std::filesystem::create_directory(folder_ / "decisions");
   service_ = ::fork();
@@ -186,10 +179,9 @@ FakeSystem::FakeSystem() : folder_(::mkdtemp(std::string("/tmp/vorrin-bus-XXXXXX
 
 FakeSystem::~FakeSystem() {
   if (question != nullptr) sd_bus_message_unref(question);
-  for (const pid_t process : {service_, daemon_}) {
-    if (process == 0) continue;
-    ::kill(process, SIGKILL);
-    ::waitpid(process, nullptr, 0);
+  if (service_ != 0) {
+    ::kill(service_, SIGKILL);
+    ::waitpid(service_, nullptr, 0);
   }
   std::filesystem::remove_all(folder_);
 }
@@ -268,8 +260,8 @@ void FakeSystem::leaveCaller() {
 }
 
 void FakeSystem::endBus() {
-  ::kill(daemon_, SIGKILL);
-  ::waitpid(std::exchange(daemon_, 0), nullptr, 0);
+  daemon_.signal(SIGKILL);
+  daemon_.waitForEnd();
 }
 
 bool FakeSystem::untilServiceEnded() {

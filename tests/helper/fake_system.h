@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "platform/linux/foundation/file_descriptor.h"
+#include "tests/x11/harness/process.h"
 
 namespace vorrin::input_helper {
 
@@ -90,7 +91,8 @@ class FakeSystem {
   static Bus openBus();
 
   std::filesystem::path folder_;
-  pid_t daemon_ = 0;
+  std::string address_;
+  x11_tests::Process daemon_;
   pid_t service_ = 0;
   Bus fakes_;
   Bus caller_;

@@ -74,11 +74,6 @@ TEST_F(GrabbedFilter, a_press_that_everybody_saw_before_the_grab_gives_the_keybo
   EXPECT_THAT(emitted, IsEmpty());
 }
 
-TEST_F(GrabbedFilter, the_keyboards_are_given_back_when_no_shortcut_is_wanted) {
-  configure({});
-  EXPECT_THAT(grabbed, IsEmpty());
-}
-
 TEST_F(GrabbedFilter, a_keyboard_is_given_back_once_its_keys_are_up) {
   press(KEY_A);
   configure({});
@@ -107,8 +102,9 @@ TEST_F(GrabbedFilter, a_key_released_just_after_the_keyboard_was_given_back_does
   EXPECT_THAT(emitted, ElementsAre(Frame{key(KEY_A, 0)}));
 }
 
-TEST_F(GrabbedFilter, a_key_typed_after_the_keyboard_was_given_back_comes_once) {
+TEST_F(GrabbedFilter, keyboards_are_given_back_with_no_shortcut_and_keys_typed_then_come_once) {
   configure({});
+  EXPECT_THAT(grabbed, IsEmpty());
   press(KEY_A);
   release(KEY_A);
   EXPECT_THAT(emitted, IsEmpty());

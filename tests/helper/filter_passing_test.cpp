@@ -1,10 +1,13 @@
+#include <map>
+#include <sstream>
+#include <string>
+
 #include "filter_test.h"
 
 namespace vorrin::input_helper {
 namespace {
 
 using namespace helper_protocol;
-using std::chrono::milliseconds;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -18,48 +21,124 @@ TEST_F(GrabbedFilter, keys_that_are_no_shortcut_go_on_unasked_and_in_order) {
                                    Frame{key(KEY_B, 0)}, Frame{key(KEY_LEFTSHIFT, 0)}));
 }
 
-TEST_F(GrabbedFilter, a_shortcut_waits_for_its_verdict_and_swallowed_leaves_no_trace) {
-  receive({scanCode(15), key(KEY_TAB, 1)});
-  EXPECT_THAT(sent, ElementsAre(FromHelper(Question{1, KEY_TAB, 0})));
-  EXPECT_THAT(emitted, IsEmpty());
-  ASSERT_TRUE(answer(true));
-  receive({key(KEY_TAB, 2)});
-  EXPECT_EQ(sent.back(), FromHelper(KeyMoved(KEY_TAB, 0, 1, 1)));
-  receive({scanCode(15), key(KEY_TAB, 0)});
-  EXPECT_EQ(sent.back(), FromHelper(KeyMoved(KEY_TAB, 0, 0, 0)));
-  EXPECT_THAT(emitted, IsEmpty());
+/// What is done and what comes of it. "+tab" is a press, "-tab" a release and "rtab" a repeat,
+/// "?tab" a question about it; a ' behind it means the other keyboard.
+struct Scenario {
+  const char* what;
+  const char* moves;
+  const char* sent;
+  const char* emitted;
+};
+
+const Scenario scenarios[] = {
+    {"a shortcut waits for its verdict", "+tab", "?tab", ""},
+    {"swallowed it leaves no trace", "+tab swallow rtab -tab", "?tab rtab -tab", ""},
+    {"passed it goes on to its release", "+tab pass rtab -tab", "?tab rtab -tab", "+tab rtab -tab"},
+    {"keys typed during a question wait", "+tab +a' -tab", "?tab", ""},
+    {"they come after the verdict", "+tab +a' -tab pass", "?tab -tab", "+tab +a -tab"},
+    {"a second shortcut waits for the first", "+tab +grave", "?tab", ""},
+    {"it is asked about then", "+tab +grave swallow pass", "?tab ?grave", "+grave"},
+    {"modifiers of every keyboard count", "+ctrl' +tab", "ctrl?tab", "+ctrl"},
+    {"as they are at the press", "+shift +tab -shift pass", "shift?tab", "+shift +tab -shift"},
+    {"Caps Lock is no modifier", "+caps +tab", "?tab", "+caps"},
+    {"Escape is told and goes on", "+esc -esc", "+esc -esc", "+esc -esc"},
+    {"Escape is told of a keyboard not grabbed", "ungrab +esc", "+esc", ""},
+    {"a disabled tap is told nothing", "disable +esc +tab", "", ""},
+    {"without an answer in time keys pass", "+tab +a wait", "?tab disabled", "+tab +a"},
+    {"a late answer is none", "+tab wait late -tab", "?tab disabled", "+tab -tab"},
+    {"keys pass unasked then", "+tab wait -tab +tab -tab", "?tab disabled", "+tab -tab"},
+    {"until it is enabled", "+tab wait -tab enable +tab", "?tab disabled ?tab", "+tab -tab"},
+    {"unplugging tells a release", "+tab swallow unplug", "?tab -tab", ""},
+    {"unplugging ends a question", "+tab +a' unplug late", "?tab -tab", "+a"},
+    {"unplugging forgets modifiers", "+shift' unplug' +tab", "?tab", "+shift"},
+    {"lost events are made up for", "+ctrl lost:shift", "", "+ctrl -ctrl,+shift"},
+    {"a shortcut found down toggles nothing", "lost:tab -tab", "", ""},
+    {"a shortcut found up is told", "+tab swallow lost:", "?tab -tab", ""},
+    {"two keys are no panic chord", "+tab +esc +back", "?tab", ""},
+    {"the chord is read during a question", "+tab +esc +back +enter", "?tab panic", ""},
+    {"and of a keyboard not grabbed", "ungrab +enter +back +esc", "panic", ""},
+};
+
+const std::map<std::string, int> keyCodes{{"a", KEY_A},
+                                          {"tab", KEY_TAB},
+                                          {"grave", KEY_GRAVE},
+                                          {"shift", KEY_LEFTSHIFT},
+                                          {"ctrl", KEY_RIGHTCTRL},
+                                          {"caps", KEY_CAPSLOCK},
+                                          {"esc", KEY_ESC},
+                                          {"enter", KEY_ENTER},
+                                          {"back", KEY_BACKSPACE}};
+
+std::string shown(int code, int value) {
+  const auto named = std::ranges::find(keyCodes, code, &decltype(keyCodes)::value_type::second);
+  return std::string("-+r").substr(static_cast<std::size_t>(value), 1) + named->first;
 }
 
-TEST_F(GrabbedFilter, a_shortcut_that_may_pass_goes_on_with_its_repeats_and_release) {
-  receive({scanCode(15), key(KEY_TAB, 1)});
-  ASSERT_TRUE(answer(false));
-  receive({key(KEY_TAB, 2)});
-  release(KEY_TAB);
-  EXPECT_THAT(emitted, ElementsAre(Frame{scanCode(15), key(KEY_TAB, 1)}, Frame{key(KEY_TAB, 2)},
-                                   Frame{key(KEY_TAB, 0)}));
+std::string shown(const FromHelper& message) {
+  if (const auto* asked = std::get_if<Question>(&message)) {
+    const char* modifiers = asked->modifiers == shift ? "shift" : "ctrl";
+    return (asked->modifiers == 0 ? "" : modifiers) + ("?" + shown(asked->key, 0).substr(1));
+  }
+  if (const auto* moved = std::get_if<KeyMoved>(&message)) {
+    return shown(moved->key, moved->down + moved->repeated);
+  }
+  return std::holds_alternative<Disabled>(message) ? "disabled" : "another word";
 }
 
-TEST_F(GrabbedFilter, keys_typed_during_a_question_come_after_its_verdict) {
-  press(KEY_TAB);
-  press(KEY_A, otherBoard);
-  release(KEY_TAB);
-  EXPECT_THAT(emitted, IsEmpty());
-  ASSERT_TRUE(answer(false));
-  EXPECT_THAT(emitted,
-              ElementsAre(Frame{key(KEY_TAB, 1)}, Frame{key(KEY_A, 1)}, Frame{key(KEY_TAB, 0)}));
+std::string shown(const Frame& frame) {
+  std::string text;
+  for (const auto& event : frame)
+    text += (text.empty() ? "" : ",") + shown(event.code, event.value);
+  return text;
 }
 
-TEST_F(FilterTest, two_shortcuts_in_a_row_are_asked_about_one_after_the_other) {
-  configure({KEY_TAB, KEY_GRAVE});
-  pass(Filter::startGap + milliseconds(1));
-  forget();
-  press(KEY_TAB);
-  press(KEY_GRAVE);
-  EXPECT_THAT(sent, ElementsAre(FromHelper(Question{1, KEY_TAB, 0})));
-  ASSERT_TRUE(answer(true));
-  EXPECT_EQ(sent.back(), FromHelper(Question{2, KEY_GRAVE, 0}));
-  ASSERT_TRUE(answer(false));
-  EXPECT_THAT(emitted, ElementsAre(Frame{key(KEY_GRAVE, 1)}));
+struct PassingFilter : GrabbedFilter, testing::WithParamInterface<Scenario> {
+  PassingFilter() {
+    configure({KEY_TAB, KEY_GRAVE});
+    forget();
+  }
+
+  static KeySet keysDown(const std::string& name) {
+    KeySet keys;
+    if (!name.empty()) keys.set(static_cast<std::size_t>(keyCodes.at(name)));
+    return keys;
+  }
+
+  static void expect(bool taken) { EXPECT_TRUE(taken) << "an answer is taken"; }
+
+  void move(std::string word) {
+    const KeyboardId id = word.ends_with("'") ? otherBoard : board;
+    if (word.ends_with("'")) word.pop_back();
+    if (word == "swallow" || word == "pass") return expect(answer(word == "swallow"));
+    if (word == "late") return expect(filter.answer({1, 1}, now));
+    if (word == "wait") return pass(Filter::answerLimit + std::chrono::milliseconds(2));
+    if (word == "unplug") return filter.removeKeyboard(id, now);
+    if (word == "ungrab") return configure({});
+    if (word == "disable") return configure({KEY_TAB}, false);
+    if (word.starts_with("lost:")) return filter.resynchronise(id, keysDown(word.substr(5)), now);
+    if (word != "enable") {
+      const auto value = static_cast<int>(std::string("-+r").find(word[0]));
+      return receive({key(keyCodes.at(word.substr(1)), value)}, id);
+    }
+    configure({KEY_TAB});
+    pass(Filter::quietTime + std::chrono::milliseconds(1));
+  }
+};
+
+INSTANTIATE_TEST_SUITE_P(Keys, PassingFilter, testing::ValuesIn(scenarios));
+
+TEST_P(PassingFilter, tells_and_emits_as_in_this_scenario) {
+  const auto& [what, moves, sentThen, emittedThen] = GetParam();
+  SCOPED_TRACE(what);
+  std::istringstream words(moves);
+  for (std::string word; words >> word;) move(word);
+  std::string told;
+  std::string typed;
+  for (const auto& message : sent) told += (told.empty() ? "" : " ") + shown(message);
+  for (const auto& frame : emitted) typed += (typed.empty() ? "" : " ") + shown(frame);
+  if (panicked) told += told.empty() ? "panic" : " panic";
+  EXPECT_EQ(told, sentThen);
+  EXPECT_EQ(typed, emittedThen);
 }
 
 TEST_F(GrabbedFilter, a_frame_keeps_what_is_beside_the_swallowed_key) {
@@ -79,139 +158,8 @@ TEST_F(GrabbedFilter, lights_do_not_travel_to_the_clone) {
   EXPECT_THAT(emitted, IsEmpty());
 }
 
-TEST_F(GrabbedFilter, modifiers_of_every_keyboard_count) {
-  press(KEY_RIGHTCTRL, otherBoard);
-  press(KEY_TAB);
-  EXPECT_THAT(sent, ElementsAre(FromHelper(Question{1, KEY_TAB, control})));
-}
-
-TEST_F(GrabbedFilter, modifiers_are_those_of_the_moment_of_the_press) {
-  press(KEY_LEFTSHIFT);
-  press(KEY_TAB);
-  release(KEY_LEFTSHIFT);
-  EXPECT_EQ(sent.back(), FromHelper(Question(1, KEY_TAB, shift)));
-  ASSERT_TRUE(answer(false));
-  release(KEY_TAB);
-  EXPECT_EQ(sent.back(), FromHelper(KeyMoved(KEY_TAB, 0, 0, 0)));
-}
-
-TEST_F(GrabbedFilter, caps_lock_is_no_modifier) {
-  press(KEY_CAPSLOCK);
-  press(KEY_TAB);
-  EXPECT_EQ(sent.back(), FromHelper(Question(1, KEY_TAB, 0)));
-}
-
-TEST_F(GrabbedFilter, escape_is_told_and_goes_on) {
-  press(KEY_ESC);
-  release(KEY_ESC);
-  EXPECT_THAT(sent, ElementsAre(FromHelper(KeyMoved{KEY_ESC, 0, 1, 0}),
-                                FromHelper(KeyMoved{KEY_ESC, 0, 0, 0})));
-  EXPECT_THAT(emitted, ElementsAre(Frame{key(KEY_ESC, 1)}, Frame{key(KEY_ESC, 0)}));
-}
-
-TEST_F(FilterTest, escape_is_told_of_a_keyboard_that_is_not_grabbed) {
-  configure({});
-  forget();
-  press(KEY_ESC);
-  EXPECT_THAT(sent, ElementsAre(FromHelper(KeyMoved{KEY_ESC, 0, 1, 0})));
-  EXPECT_THAT(emitted, IsEmpty());
-}
-
-TEST_F(FilterTest, a_disabled_tap_is_told_nothing) {
-  configure({KEY_TAB}, false);
-  forget();
-  press(KEY_ESC);
-  press(KEY_TAB);
-  EXPECT_THAT(sent, IsEmpty());
-}
-
-TEST_F(GrabbedFilter, without_an_answer_in_time_keys_pass_until_the_tap_is_enabled_again) {
-  press(KEY_TAB);
-  press(KEY_A);
-  pass(Filter::answerLimit + milliseconds(2));
-  EXPECT_EQ(sent.back(), FromHelper(Disabled{1}));
-  EXPECT_THAT(emitted, ElementsAre(Frame{key(KEY_TAB, 1)}, Frame{key(KEY_A, 1)}));
-  forget();
-  EXPECT_TRUE(filter.answer({1, true}, now)) << "a late answer";
-  release(KEY_TAB);
-  EXPECT_THAT(emitted, ElementsAre(Frame{key(KEY_TAB, 0)}));
-  forget();
-  press(KEY_TAB);
-  release(KEY_TAB);
-  EXPECT_THAT(sent, IsEmpty());
-  configure({KEY_TAB});
-  pass(Filter::quietTime + milliseconds(1));
-  press(KEY_TAB);
-  EXPECT_EQ(sent.back(), FromHelper(Question(2, KEY_TAB, 0)));
-}
-
 TEST_F(GrabbedFilter, an_answer_to_no_question_is_refused) {
   EXPECT_FALSE(filter.answer({1, true}, now));
-}
-
-TEST_F(GrabbedFilter, unplugging_with_a_shortcut_down_tells_its_release) {
-  press(KEY_TAB);
-  ASSERT_TRUE(answer(true));
-  forget();
-  filter.removeKeyboard(board, now);
-  EXPECT_THAT(sent, ElementsAre(FromHelper(KeyMoved{KEY_TAB, 0, 0, 0})));
-}
-
-TEST_F(GrabbedFilter, unplugging_during_a_question_lets_the_other_keyboards_go_on) {
-  press(KEY_TAB);
-  press(KEY_A, otherBoard);
-  filter.removeKeyboard(board, now);
-  EXPECT_EQ(sent.back(), FromHelper(KeyMoved(KEY_TAB, 0, 0, 0)));
-  EXPECT_THAT(emitted, ElementsAre(Frame{key(KEY_A, 1)}));
-  EXPECT_TRUE(filter.answer({1, true}, now));
-}
-
-TEST_F(GrabbedFilter, unplugging_forgets_the_modifiers_of_the_keyboard) {
-  press(KEY_LEFTSHIFT, otherBoard);
-  filter.removeKeyboard(otherBoard, now);
-  press(KEY_TAB);
-  EXPECT_EQ(sent.back(), FromHelper(Question(1, KEY_TAB, 0)));
-}
-
-TEST_F(GrabbedFilter, lost_events_are_made_up_for) {
-  press(KEY_LEFTCTRL);
-  emitted.clear();
-  KeySet down;
-  down.set(KEY_LEFTSHIFT);
-  filter.resynchronise(board, down, now);
-  EXPECT_THAT(emitted, ElementsAre(Frame{key(KEY_LEFTCTRL, 0), key(KEY_LEFTSHIFT, 1)}));
-}
-
-TEST_F(GrabbedFilter, a_shortcut_found_down_after_lost_events_toggles_nothing) {
-  KeySet down;
-  down.set(KEY_TAB);
-  filter.resynchronise(board, down, now);
-  release(KEY_TAB);
-  EXPECT_THAT(sent, IsEmpty());
-  EXPECT_THAT(emitted, IsEmpty());
-}
-
-TEST_F(GrabbedFilter, a_shortcut_found_up_after_lost_events_is_told_as_released) {
-  press(KEY_TAB);
-  ASSERT_TRUE(answer(true));
-  filter.resynchronise(board, {}, now);
-  EXPECT_EQ(sent.back(), FromHelper(KeyMoved(KEY_TAB, 0, 0, 0)));
-}
-
-TEST_F(GrabbedFilter, the_panic_chord_is_read_even_while_a_question_waits) {
-  press(KEY_TAB);
-  press(KEY_ESC);
-  press(KEY_BACKSPACE);
-  EXPECT_FALSE(panicked);
-  press(KEY_ENTER);
-  EXPECT_TRUE(panicked);
-}
-
-TEST_F(FilterTest, the_panic_chord_is_read_from_a_keyboard_that_is_not_grabbed) {
-  press(KEY_ENTER);
-  press(KEY_BACKSPACE);
-  press(KEY_ESC);
-  EXPECT_TRUE(panicked);
 }
 
 }  // namespace

@@ -139,17 +139,16 @@ TEST_F(ServiceTest, a_no_of_the_user_s_is_a_no) {
   EXPECT_EQ(system.questions().size(), 1U);
 }
 
-TEST_F(ServiceTest, a_question_is_withdrawn_when_the_program_that_wanted_it_is_gone) {
-  callUntilAsked("Connect");
-  system.leaveCaller();
-  EXPECT_TRUE(system.until([this] { return system.questionsWithdrawn == 1; }));
-}
-
-TEST_F(ServiceTest, a_question_is_withdrawn_when_its_session_leaves_the_front) {
+TEST_F(ServiceTest, a_question_is_withdrawn_when_its_session_leaves_the_front_or_its_program_goes) {
   callUntilAsked("Connect");
   change(&FakeSession::isActive, false, "Active");
   EXPECT_TRUE(system.until([this] { return system.questionsWithdrawn == 1 && system.answer; }));
   EXPECT_FALSE(system.answer->isGiven);
+  change(&FakeSession::isActive, true, "Active");
+  system.question = sd_bus_message_unref(system.question);
+  callUntilAsked("Connect");
+  system.leaveCaller();
+  EXPECT_TRUE(system.until([this] { return system.questionsWithdrawn == 2; }));
 }
 
 TEST_F(ServiceTest, allowing_for_good_is_asked_about_and_ends_all_questions) {

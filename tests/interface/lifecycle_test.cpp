@@ -46,13 +46,5 @@ TEST_F(Lifecycle, reopening_brings_a_minimised_window_back) {
   driver::activate(app->window);
 }
 
-TEST_F(Lifecycle, a_window_that_was_closed_still_exists) {
-  driver::close(app->window);
-  EXPECT_FALSE(driver::isVisible(app->window));
-  EXPECT_EQ(app->fields[0].text(), "0.05");
-  app->window.makeKeyAndOrderFront();
-  EXPECT_TRUE(driver::isVisible(app->window));
-}
-
 }  // namespace
 }  // namespace vorrin

@@ -99,12 +99,5 @@ TEST_F(ShortcutTest, a_release_counts_whatever_has_changed_since_the_press) {
   EXPECT_FALSE(release(backtick));
 }
 
-TEST_F(ShortcutTest, key_codes_at_both_ends_of_the_range_can_be_shortcuts) {
-  macros.keys = {0, 65535};
-  EXPECT_TRUE(press(0));
-  EXPECT_TRUE(press(65535));
-  EXPECT_EQ(macros.running, (PerMacro<bool>{true, true}));
-}
-
 }  // namespace
 }  // namespace vorrin

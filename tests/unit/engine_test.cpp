@@ -2,33 +2,15 @@
 
 #include <gtest/gtest.h>
 
-#include <type_traits>
-
 #include "support/engine_test.h"
 
 namespace vorrin {
 namespace {
 
-static_assert(!std::is_copy_constructible_v<Engine> && !std::is_copy_assignable_v<Engine>);
-static_assert(!std::is_polymorphic_v<Engine>);
-
 using test::EngineTest;
 
 PerMacro<bool> both(bool value) {
   return {value, value};
-}
-
-TEST(FreshEngine, has_its_start_values) {
-  const Engine fresh;
-  EXPECT_EQ(fresh.running, both(false));
-  EXPECT_EQ(fresh.enabled, both(true));
-  EXPECT_EQ(fresh.intervals, (PerMacro<double>{0.05, 0.001}));
-  EXPECT_EQ(fresh.keys, (PerMacro<std::uint16_t>{50, 48}));
-  EXPECT_EQ(fresh.digit, 1);
-  EXPECT_FALSE(fresh.timers[0] || fresh.timers[1]);
-  EXPECT_TRUE(fresh.held.empty());
-  EXPECT_FALSE(fresh.tap);
-  EXPECT_FALSE(fresh.changed);
 }
 
 TEST_F(EngineTest, a_start_sets_the_macro_running_and_then_calls_changed_once) {
@@ -147,14 +129,6 @@ TEST_F(EngineTest, an_action_may_stop_the_other_macro_that_is_due_at_the_same_mo
   macros.toggle(1);
   fake::advance(1);
   EXPECT_EQ(actions, (PerMacro<int>{1, 0}));
-}
-
-using EngineDeathTest = EngineTest;
-
-TEST_F(EngineDeathTest, a_macro_index_other_than_0_and_1_ends_the_process) {
-  EXPECT_DEATH(macros.toggle(2), "Fatal error: Index out of range");
-  EXPECT_DEATH(macros.toggle(-1), "Fatal error: Index out of range");
-  EXPECT_DEATH(macros.stop(2), "Fatal error: Index out of range");
 }
 
 }  // namespace

@@ -208,16 +208,5 @@ TEST_F(ApplicationProcess, arguments_meant_for_the_widget_library_are_ignored) {
       testing::ExitedWithCode(0), "^launched\nwill terminate\n$");
 }
 
-TEST_F(ApplicationProcess, it_is_known_by_its_identifier) {
-  EXPECT_EXIT(runApplication([] {
-                say(qPrintable(QApplication::applicationName()));
-                say(qPrintable(QApplication::desktopFileName()));
-                Application::loadIcon();
-                Application::terminate();
-              }),
-              testing::ExitedWithCode(0),
-              "^launched\norg.vorrin.Vorrin\norg.vorrin.Vorrin\nwill terminate\n$");
-}
-
 }  // namespace
 }  // namespace vorrin

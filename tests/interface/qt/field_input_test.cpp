@@ -57,12 +57,6 @@ TEST_F(QtFieldInput, text_dropped_into_a_field_is_an_edit) {
   EXPECT_EQ(stored("interval0"), DefaultsObject(2.5));
 }
 
-TEST_F(QtFieldInput, a_number_pasted_with_a_line_break_is_a_number) {
-  paste(app->fields[0], "0.75\r\n");
-  EXPECT_EQ(app->fields[0].text(), "0.75");
-  EXPECT_EQ(stored("interval0"), DefaultsObject(0.75));
-}
-
 TEST_F(QtFieldInput, taking_an_edit_back_is_an_edit) {
   type(app->fields[0], "0.25");
   press(Qt::Key_X);

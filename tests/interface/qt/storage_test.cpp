@@ -143,15 +143,6 @@ class QtPresets : public PresetsTest {
   void press(Qt::Key key) const { QTest::keyClick(widgetOf(app->window).windowHandle(), key); }
 };
 
-TEST_F(QtPresets, delete_can_be_reached_by_keyboard) {
-  savePreset("Night", other());
-  click(button("Delete"));
-  press(Qt::Key_Tab);
-  EXPECT_TRUE(driver::sheetButton(app->window, "Delete").hasFocus());
-  press(Qt::Key_Return);
-  EXPECT_THAT(app->presetStore().all().value, IsEmpty());
-}
-
 TEST_F(QtPresets, while_a_question_is_open_the_window_takes_no_input) {
   savePreset("Night", other());
   click(button("Delete"));

@@ -11,7 +11,7 @@ namespace {
 ClientEvent parse(const std::string& line) {
   std::istringstream fields(line);
   ClientEvent event;
-  fields >> event.kind >> event.detail >> event.state >> event.time >> event.arrival;
+  fields >> event.kind >> event.detail >> event.state >> event.arrival;
   return event;
 }
 

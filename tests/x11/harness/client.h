@@ -16,7 +16,6 @@ struct ClientEvent {
   std::string kind;          ///< "KeyPress", "ButtonRelease", "FocusOut"...
   unsigned detail = 0;       ///< key code of the server's, button, or mode of a focus change
   unsigned state = 0;        ///< modifiers and buttons, as X counts them
-  std::uint32_t time = 0;    ///< of the server's clock, in milliseconds
   std::int64_t arrival = 0;  ///< nanoseconds of the monotonic clock
 };
 

@@ -1,5 +1,5 @@
 // A program of somebody else's: shows a window and tells on its standard output what it receives, a
-// line each: kind, detail, state, server time (ms), arrival (ns of the monotonic clock).
+// line each: kind, detail, state, arrival (ns of the monotonic clock).
 #include <X11/XKBlib.h>
 #include <X11/Xlib.h>
 
@@ -16,24 +16,24 @@ long long now() {
       .count();
 }
 
-void tell(const char* kind, unsigned detail, unsigned state, unsigned long time) {
-  std::printf("%s %u %u %lu %lld\n", kind, detail, state, time, now());
+void tell(const char* kind, unsigned detail, unsigned state = 0) {
+  std::printf("%s %u %u %lld\n", kind, detail, state, now());
 }
 
 void tell(const XEvent& event) {
   switch (event.type) {
     case KeyPress:
-      return tell("KeyPress", event.xkey.keycode, event.xkey.state, event.xkey.time);
+      return tell("KeyPress", event.xkey.keycode, event.xkey.state);
     case KeyRelease:
-      return tell("KeyRelease", event.xkey.keycode, event.xkey.state, event.xkey.time);
+      return tell("KeyRelease", event.xkey.keycode, event.xkey.state);
     case ButtonPress:
-      return tell("ButtonPress", event.xbutton.button, event.xbutton.state, event.xbutton.time);
+      return tell("ButtonPress", event.xbutton.button, event.xbutton.state);
     case ButtonRelease:
-      return tell("ButtonRelease", event.xbutton.button, event.xbutton.state, event.xbutton.time);
+      return tell("ButtonRelease", event.xbutton.button, event.xbutton.state);
     case FocusIn:
-      return tell("FocusIn", static_cast<unsigned>(event.xfocus.mode), 0, 0);
+      return tell("FocusIn", static_cast<unsigned>(event.xfocus.mode));
     case FocusOut:
-      return tell("FocusOut", static_cast<unsigned>(event.xfocus.mode), 0, 0);
+      return tell("FocusOut", static_cast<unsigned>(event.xfocus.mode));
     case MapNotify:
       std::printf("window %lu\n", event.xmap.window);
       return;

@@ -1,6 +1,6 @@
 #include "tests/x11/harness/windows.h"
 
-#include <X11/Xutil.h>
+#include <X11/Xlib.h>
 
 #include <algorithm>
 
@@ -76,28 +76,6 @@ unsigned Windows::widthOf(unsigned long window) {
   XWindowAttributes attributes{};
   XGetWindowAttributes(display_.get(), window, &attributes);
   return static_cast<unsigned>(attributes.width);
-}
-
-Picture Windows::pictureOf(unsigned long window) {
-  const Window root = DefaultRootWindow(display_.get());
-  XWindowAttributes place{};
-  XGetWindowAttributes(display_.get(), window, &place);
-  int x = 0;
-  int y = 0;
-  Window child = 0;
-  XTranslateCoordinates(display_.get(), window, root, 0, 0, &x, &y, &child);
-  XImage* const image = XGetImage(display_.get(), root, x, y, static_cast<unsigned>(place.width),
-                                  static_cast<unsigned>(place.height), AllPlanes, ZPixmap);
-  std::vector<Picture::Pixel> pixels;
-  for (int row = 0; row < place.height; ++row) {
-    for (int column = 0; column < place.width; ++column) {
-      const unsigned long color = XGetPixel(image, column, row);
-      pixels.push_back({static_cast<unsigned char>(color >> 16),
-                        static_cast<unsigned char>(color >> 8), static_cast<unsigned char>(color)});
-    }
-  }
-  XDestroyImage(image);
-  return {place.width, std::move(pixels)};
 }
 
 void Windows::close(unsigned long window) {

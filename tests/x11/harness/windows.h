@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "tests/x11/harness/display.h"
-#include "tests/x11/harness/picture.h"
 
 namespace vorrin::x11_tests {
 
@@ -31,9 +30,6 @@ class Windows {
 
   /// Its width in pixels, without the frame.
   unsigned widthOf(unsigned long window);
-
-  /// What the screen shows at the window's place.
-  Picture pictureOf(unsigned long window);
 
   /// Asks the program that shows the window to close it.
   void close(unsigned long window);
