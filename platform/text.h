@@ -1,11 +1,11 @@
 #pragma once
 
-#include <compare>
 #include <cstddef>
 #include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace vorrin {
 
@@ -23,9 +23,10 @@ std::size_t characterCount(std::string_view text);
 std::string shortenedInMiddle(const std::string& text,
                               const std::function<bool(const std::string&)>& fits);
 
-/// Order of two names shown to the user: by the rules of the user's language, without regard to
-/// case, runs of digits by their number ("Preset 2" before "Preset 10").
-std::weak_ordering localizedStandardCompare(std::string_view left, std::string_view right);
+/// Puts names into the order in which they are shown to the user: by the rules of the user's
+/// language, without regard to case, runs of digits by their number ("Preset 2" before
+/// "Preset 10"). Names that are the same by these rules stay in their order.
+void localizedStandardSort(std::vector<std::string>& names);
 
 /// The C library's `strtod` in the C locale on exactly the whole of `text`, whatever the user's
 /// locale: nothing when text is empty, begins with white space, is not a number to its last byte,

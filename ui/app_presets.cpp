@@ -31,9 +31,7 @@ void App::reloadPresets(const std::optional<std::string>& selected) {
   const auto presets = readPresets();
   std::vector<std::string> names;
   if (presets) std::ranges::copy(std::views::keys(*presets), std::back_inserter(names));
-  std::stable_sort(names.begin(), names.end(), [](const auto& left, const auto& right) {
-    return localizedStandardCompare(left, right) < 0;
-  });
+  localizedStandardSort(names);
   const bool any = !names.empty();
   if (!any) names.emplace_back(presets ? "No saved presets" : "Presets could not be read");
   presetList.addItems(names);

@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <string>
+#include <vector>
 
 #include "platform/text.h"
 #include "platform/text_file.h"
@@ -30,6 +31,12 @@ TEST_F(HomeDirectory, is_that_of_the_account_when_the_environment_names_none) {
   }
 }
 
+bool zebraIsFirst() {
+  std::vector<std::string> names{"zebra", "ärlig"};
+  localizedStandardSort(names);
+  return names.front() == "zebra";
+}
+
 /// Whether "zebra" comes before "ärlig" where the environment names these languages. In a process
 /// of its own, since a program finds out its language once.
 void expectZebraFirst(bool expected, const char* collation, const char* all) {
@@ -38,7 +45,7 @@ void expectZebraFirst(bool expected, const char* collation, const char* all) {
       {
         ::setenv("LC_COLLATE", collation, 1);
         ::setenv("LC_ALL", all, 1);
-        std::exit(localizedStandardCompare("zebra", "ärlig") < 0 ? 1 : 0);
+        std::exit(zebraIsFirst() ? 1 : 0);
       },
       testing::ExitedWithCode(expected ? 1 : 0), "")
       << collation << " " << all;

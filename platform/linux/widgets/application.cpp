@@ -1,7 +1,6 @@
 #include "platform/application.h"
 
 #include <QApplication>
-#include <QDir>
 #include <QFile>
 #include <QIcon>
 #include <QPointer>
@@ -163,11 +162,12 @@ void Application::setMainMenu(const std::vector<Menu>& menus) {
 
 void Application::loadIcon() {
   // The pictures beside the program, in an installation or in the build tree. To ask for the icon
-  // by its name would read the indexes of all themes first.
+  // by its name would read the indexes of all themes first. That of 256 pixels is left to the
+  // desktops' own lists of programs: all are sent to the X server, and kept.
   QIcon icon;
-  const QDir pictures(QApplication::applicationDirPath() + "/../share/icons/hicolor");
-  for (const QString& size : pictures.entryList({"*x*"}, QDir::Dirs)) {
-    const QString picture = pictures.filePath(size + "/apps/" + identifier + ".png");
+  const QString pictures = QApplication::applicationDirPath() + "/../share/icons/hicolor/";
+  for (const char* const size : {"16x16", "24x24", "32x32", "48x48", "64x64", "128x128"}) {
+    const QString picture = pictures + size + "/apps/" + identifier + ".png";
     if (QFile::exists(picture)) icon.addFile(picture);
   }
   QApplication::setWindowIcon(icon);

@@ -17,6 +17,10 @@ void PopUpButton::addItems(std::span<const std::string> titles) const {
   auto& popUp = widgetOf<PopUpWidget>(*this);
   QStringList native;
   for (const std::string& title : titles) native.append(nativeText(title));
+  // One of a fixed width would else measure each of a thousand titles, and that several times.
+  if (popUp.minimumWidth() == popUp.maximumWidth()) {
+    popUp.setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+  }
   popUp.addItems(native);
   popUp.updateGeometry();
 }

@@ -66,15 +66,16 @@ PopUpWidget::PopUpWidget(Action popUpAction)
   setSizeAdjustPolicy(AdjustToContents);
   setMaxVisibleItems(shownItems);
   connect(this, &QComboBox::activated, this, [this] { perform(*this); });
+  // From the start: the library makes a list with the first font, and measures every item in its
+  // own.
+  setView(new PopUpList);
+  setItemDelegate(new PopUpItem(*this));
+  view()->parentWidget()->setAttribute(Qt::WA_TranslucentBackground);
 }
 
 void PopUpWidget::showPopup() {
-  if (dynamic_cast<PopUpItem*>(itemDelegate()) == nullptr) {
-    setView(new PopUpList);
-    setItemDelegate(new PopUpItem(*this));
-    view()->parentWidget()->setAttribute(Qt::WA_TranslucentBackground);
-    view()->parentWidget()->setPalette(darkPalette());
-  }
+  // Until now it had the window's, as it changed.
+  view()->parentWidget()->setPalette(darkPalette());
   QComboBox::showPopup();
   // Qt 6.8 starts at the first item where the list is new.
   view()->setCurrentIndex(model()->index(currentIndex(), modelColumn()));

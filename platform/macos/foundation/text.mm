@@ -1,11 +1,15 @@
 #include "platform/text.h"
 
+#include <algorithm>
+
 #include "platform/macos/foundation/ns_string.h"
 
 namespace vorrin {
 
-std::weak_ordering localizedStandardCompare(std::string_view left, std::string_view right) {
-  return [nsString(left) localizedStandardCompare:nsString(right)] <=> NSOrderedSame;
+void localizedStandardSort(std::vector<std::string>& names) {
+  std::stable_sort(names.begin(), names.end(), [](const auto& left, const auto& right) {
+    return [nsString(left) localizedStandardCompare:nsString(right)] == NSOrderedAscending;
+  });
 }
 
 }  // namespace vorrin
