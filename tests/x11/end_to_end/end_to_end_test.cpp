@@ -30,6 +30,9 @@ void EndToEndTest::start() {
 }
 
 void EndToEndTest::startProgram() {
+  program.reset();
+  // The window of one that was killed stays in the list for a moment.
+  ASSERT_TRUE(waitUntil([&] { return !windows.titled("Vorrin"); }));
   program = std::make_unique<Program>(desktop.display(), home);
   ASSERT_TRUE(waitUntil([&] { return windows.titled("Vorrin").has_value(); }));
   // Its window comes to the front at some moment from now. Only then can another one follow it.

@@ -58,12 +58,12 @@ void KeyGrabs::findKeyboards() {
 
 bool KeyGrabs::rescan() {
   findKeyboards();
-  return grab(held_);  // on the keyboards known before this changes nothing
+  return areGranted(requestGrabs(held_));  // on the keyboards known before this changes nothing
 }
 
 bool KeyGrabs::hold(const KeySet& keys) {
   ungrab(std::exchange(held_, held_ & keys) & ~keys);
-  const bool granted = grab(keys & ~held_);
+  const bool granted = areGranted(requestGrabs(keys & ~held_));
   if (!granted) ungrab(keys);
   held_ = granted ? keys : KeySet();
   // Giving a key back has no answer. Without this a press made after the call could still be taken.
@@ -72,10 +72,12 @@ bool KeyGrabs::hold(const KeySet& keys) {
 }
 
 bool KeyGrabs::canHold(const KeySet& keys) const {
-  const bool granted = grab(keys & ~held_);
-  ungrab(keys & ~held_);
-  connection_.flush();
-  return granted;
+  const KeySet others = keys & ~held_;
+  const Requests requests = requestGrabs(others);
+  // On its way before the first answer is waited for, so that a key is held for no longer than the
+  // server takes from one request to the next.
+  ungrab(others);
+  return areGranted(requests);
 }
 
 void KeyGrabs::setModifierStates(const std::vector<std::uint32_t>& states) {
@@ -114,9 +116,9 @@ KeyGrabs::Requests KeyGrabs::requestGrabs(const KeySet& keys) const {
   return requests;
 }
 
-bool KeyGrabs::grab(const KeySet& keys) const {
+bool KeyGrabs::areGranted(const Requests& requests) const {
   bool granted = true;
-  for (const auto request : requestGrabs(keys)) {
+  for (const auto request : requests) {
     const auto reply =
         ownReply(xcb_input_xi_passive_grab_device_reply(connection_.get(), request, nullptr));
     // A keyboard that is gone by now answers with an error, and the word of that is on its way.

@@ -55,7 +55,7 @@ class KeyGrabs {
   void findKeyboards();
   using Requests = std::vector<xcb_input_xi_passive_grab_device_cookie_t>;
   [[nodiscard]] Requests requestGrabs(const KeySet& keys) const;
-  [[nodiscard]] bool grab(const KeySet& keys) const;
+  [[nodiscard]] bool areGranted(const Requests& requests) const;
   void ungrab(const KeySet& keys) const;
   template <class Use>
   void forEach(const KeySet& keys, Use use) const;
