@@ -59,10 +59,11 @@ void measureStartup() {
   Windows windows(stage.desktop.display());
   auto plain = processWith(stage, "plain", {VORRIN_TEST_CLIENT, "plain"});
   auto toolkit = processWith(stage, "toolkit", {VORRIN_TOOLKIT_WINDOW});
+  auto text = processWith(stage, "toolkit", {VORRIN_TOOLKIT_WINDOW, "Vorrin"});
   Starter vorrin{"Vorrin", [&] { return std::shared_ptr<void>(startVorrin(stage)); }};
   Starter withPresets = vorrin;
   for (int round = 0; round < rounds; ++round) {
-    for (auto* const starter : std::array{&plain, &toolkit, &vorrin})
+    for (auto* const starter : std::array{&plain, &toolkit, &text, &vorrin})
       measureStart(windows, *starter);
   }
   storePresets(1000);
@@ -71,6 +72,7 @@ void measureStartup() {
              {{"who", "p50", "worst", "of the toolkit window's"},
               row("a plain X11 window", plain, toolkit),
               row("an empty window of the toolkit (reference)", toolkit, toolkit),
+              row("one with a line of text", text, toolkit),
               row("Vorrin", vorrin, toolkit),
               row("Vorrin with 1,000 presets", withPresets, toolkit)});
 }

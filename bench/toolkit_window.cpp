@@ -1,6 +1,8 @@
 // An empty window of the toolkit, as large as Vorrin's and set up alike: what a start and memory
-// cost before anything is Vorrin's. usage: vorrin_toolkit_window
+// cost before anything is Vorrin's. With a text it shows a line, for which fonts have to be found.
+// usage: vorrin_toolkit_window [TEXT]
 #include <QApplication>
+#include <QLabel>
 #include <QWidget>
 
 int main(int argumentCount, char** arguments) {
@@ -11,6 +13,7 @@ int main(int argumentCount, char** arguments) {
   QWidget window;
   window.setWindowTitle("toolkit");
   window.resize(580, 700);
+  if (argumentCount > 1) new QLabel(arguments[1], &window);
   window.show();
   return QApplication::exec();
 }

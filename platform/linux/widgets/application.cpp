@@ -34,6 +34,20 @@ bool holdsInterfaceTest(int argumentCount, char** arguments) {
                      [](std::string_view argument) { return argument == "--ui-test"; });
 }
 
+/// The icon in the sizes that window managers show. The pictures lie beside the program, in an
+/// installation or in the build tree. To ask for the icon by its name would read the indexes of all
+/// themes first. That of 256 pixels is left to the desktops' lists of programs, which read it
+/// themselves: all that are given here are sent to the X server, and kept.
+QIcon pictures() {
+  QIcon icon;
+  const QString folder = QApplication::applicationDirPath() + "/../share/icons/hicolor/";
+  for (const char* const size : {"16x16", "24x24", "32x32", "48x48", "64x64", "128x128"}) {
+    const QString picture = folder + size + "/apps/" + identifier + ".png";
+    if (QFile::exists(picture)) icon.addFile(picture);
+  }
+  return icon;
+}
+
 }  // namespace
 
 struct Application::Native {
@@ -161,16 +175,9 @@ void Application::setMainMenu(const std::vector<Menu>& menus) {
 }
 
 void Application::loadIcon() {
-  // The pictures beside the program, in an installation or in the build tree. To ask for the icon
-  // by its name would read the indexes of all themes first. That of 256 pixels is left to the
-  // desktops' own lists of programs: all are sent to the X server, and kept.
-  QIcon icon;
-  const QString pictures = QApplication::applicationDirPath() + "/../share/icons/hicolor/";
-  for (const char* const size : {"16x16", "24x24", "32x32", "48x48", "64x64", "128x128"}) {
-    const QString picture = pictures + size + "/apps/" + identifier + ".png";
-    if (QFile::exists(picture)) icon.addFile(picture);
-  }
-  QApplication::setWindowIcon(icon);
+  // The window need not wait for it: to read the first picture, the library loads all it has for
+  // pictures of any format.
+  QTimer::singleShot(0, qApp, [] { QApplication::setWindowIcon(pictures()); });
 }
 
 }  // namespace vorrin
