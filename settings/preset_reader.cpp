@@ -94,7 +94,8 @@ bool PresetReader::start_array(std::size_t) {
   if (depth_ == ofPresets) illFormed_.insert(name_);
   if (depth_ == ofPreset) isRead_[member_] = beginList();
   if (depth_ == ofList) isRead_[member_] = false;
-  return depth_++ != 0 && depth_ <= deepestJson;
+  const bool isInside = depth_ > 0;
+  return ++depth_ <= deepestJson && isInside;
 }
 
 /// False where no list belongs.

@@ -132,9 +132,10 @@ Reading<bool> DefaultsFile::load(const path& file) {
   if (stream.error() != QFile::NoError) return {{}, stream.errorString().toStdString()};
   // What was stored last is only looked at, for it is known.
   if (text != textOf(domain_)) {
+    domain_.clear();
     auto domain = parsedDomain(text);
-    domain_ = domain ? *std::move(domain) : Domain();
     if (!domain) return {false, {}};
+    domain_ = *std::move(domain);
   }
   state_ = stateOf(status);
   return {true, {}};
