@@ -10,10 +10,6 @@ namespace vorrin::faults {
 
 using namespace x11_tests;
 
-struct OwnDesktop {
-  Desktop ownDesktop;
-};
-
 /// The program at work, about to be hurt.
 struct FaultTest : OwnDesktop, EndToEndTest {
   FaultTest() : EndToEndTest(ownDesktop) {}

@@ -9,8 +9,6 @@ namespace {
 constexpr std::array endingSignals{SIGKILL, SIGTERM, SIGHUP, SIGINT};
 
 struct KillTest : FaultTest {
-  int signalOf(std::int64_t round) { return endingSignals[static_cast<std::size_t>(round) % 4]; }
-
   /// Ends the program by a signal, now and then by the same one twice.
   void end(int signal) {
     const bool twice = random() % 4 == 0;
@@ -42,7 +40,7 @@ TEST_F(KillTest, ended_at_any_moment_of_its_macros_it_leaves_no_key_down_and_all
     }
     for (const std::uint16_t key : settings.keys) user.tap(key);
     passMoment(std::chrono::milliseconds(60));
-    end(signalOf(round));
+    end(endingSignals[static_cast<std::size_t>(round) % 4]);
     expectUsableInput();
     EXPECT_EQ(stored(), before);
   }

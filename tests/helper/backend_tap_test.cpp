@@ -107,27 +107,19 @@ TEST_F(BackendTest, a_keyboard_that_is_taken_or_a_session_that_is_away_invalidat
   }
 }
 
-TEST_F(BackendTest, posts_of_one_tick_are_one_message) {
-  connect();
-  const std::array click{SyntheticEvent{.type = EventType::leftMouseDown, .location = {}},
-                         SyntheticEvent{.type = EventType::leftMouseUp, .location = {}}};
-  backend.post(click);
-  EXPECT_THAT(helper.heard(), ElementsAre(ToHelper(Post{2, {{{0, 1}, {0, 0}}}})));
-}
-
-TEST_F(BackendTest, a_digit_is_posted_by_its_place_on_the_keyboard) {
-  connect();
-  const std::array press{
-      SyntheticEvent{.type = EventType::keyDown, .location = {}, .keyCode = oneKey},
-      SyntheticEvent{.type = EventType::keyUp, .location = {}, .keyCode = oneKey}};
-  backend.post(press);
-  EXPECT_THAT(helper.heard(), ElementsAre(ToHelper(Post{2, {{{evdevOne, 1}, {evdevOne, 0}}}})));
-}
-
-TEST_F(BackendTest, without_a_helper_nothing_is_posted) {
-  const std::array click{SyntheticEvent{.type = EventType::leftMouseDown, .location = {}}};
+TEST_F(BackendTest, posts_of_one_tick_are_one_message_once_there_is_a_helper) {
+  const auto event = [](EventType type, std::uint16_t key) {
+    return SyntheticEvent{.type = type, .location = {}, .keyCode = key};
+  };
+  const std::array click{event(EventType::leftMouseDown, 0), event(EventType::leftMouseUp, 0)};
+  const std::array press{event(EventType::keyDown, oneKey), event(EventType::keyUp, oneKey)};
   backend.post(click);
   EXPECT_THAT(helper.calls(), IsEmpty());
+  connect();
+  backend.post(click);
+  backend.post(press);
+  EXPECT_THAT(helper.heard(), ElementsAre(ToHelper(Post{2, {{{0, 1}, {0, 0}}}}),
+                                          ToHelper(Post{2, {{{evdevOne, 1}, {evdevOne, 0}}}})));
 }
 
 }  // namespace

@@ -35,8 +35,6 @@ void hide(const Window& window);
 /// Gives the content this size, also where the screen has no room for it; the window may hide.
 void resize(const Window& window, Size size);
 void minimise(const Window& window);
-/// As the window's close button does.
-void close(const Window& window);
 /// Takes a window off the screen, with its sheet, before its last value goes away.
 void takeAway(const Window& window);
 [[nodiscard]] bool isVisible(const Window& window);

@@ -31,14 +31,11 @@ TEST_F(Lifecycle, stop_all_sleep_and_another_session_stop_both) {
   }
 }
 
-TEST_F(Lifecycle, reopening_brings_a_hidden_window_back) {
+TEST_F(Lifecycle, reopening_brings_a_hidden_or_minimised_window_back) {
   driver::hide(app->window);
   ASSERT_FALSE(driver::isVisible(app->window));
   EXPECT_TRUE(app->applicationShouldHandleReopen(false));
   EXPECT_TRUE(driver::isVisible(app->window));
-}
-
-TEST_F(Lifecycle, reopening_brings_a_minimised_window_back) {
   driver::minimise(app->window);
   ASSERT_TRUE(waitFor([this] { return driver::isMinimised(app->window); }));
   EXPECT_TRUE(app->applicationShouldHandleReopen(true));

@@ -1,40 +1,16 @@
 #include <gtest/gtest.h>
 
-#include <memory>
-
 #include "driver.h"
 #include "platform/application.h"
 #include "private_home.h"
 
-namespace {
-
-/// The one application object, made only when tests are run, not when they are listed.
-class ApplicationEnvironment : public testing::Environment {
- public:
-  void SetUp() override {
-    home_ = std::make_unique<vorrin::PrivateHome>();
-    vorrin::driver::prepareEnvironment(home_->path);
-    static int argumentCount = 1;
-    static char name[] = "vorrin";
-    static char* arguments[] = {name, nullptr};
-    application_ = std::make_unique<vorrin::Application>(argumentCount, arguments);
-    vorrin::driver::applicationWasMade();
-  }
-
-  void TearDown() override {
-    application_.reset();
-    home_.reset();
-  }
-
- private:
-  std::unique_ptr<vorrin::PrivateHome> home_;
-  std::unique_ptr<vorrin::Application> application_;
-};
-
-}  // namespace
-
 int main(int argumentCount, char** arguments) {
   testing::InitGoogleTest(&argumentCount, arguments);
-  testing::AddGlobalTestEnvironment(new ApplicationEnvironment);
+  // The tests can be listed without a screen.
+  if (GTEST_FLAG_GET(list_tests)) return RUN_ALL_TESTS();
+  const vorrin::PrivateHome home;
+  vorrin::driver::prepareEnvironment(home.path);
+  const vorrin::Application application(argumentCount, arguments);
+  vorrin::driver::applicationWasMade();
   return RUN_ALL_TESTS();
 }

@@ -40,18 +40,15 @@ TEST_F(EventSynthesisTest, macro_0_presses_and_releases_the_key_of_the_chosen_di
   }
 }
 
-TEST_F(EventSynthesisTest, any_other_macro_clicks_the_left_button_where_the_pointer_is) {
+TEST_F(EventSynthesisTest, macro_1_clicks_the_left_button_where_the_pointer_is) {
   fake::system().pointer = PointerLocation{-120.5, 4000.25};
-  for (const int macro : {1, 2, -1}) {
-    fake::system().posted.clear();
-    emit(macro);
-    ASSERT_EQ(posted().size(), 2U) << macro;
-    EXPECT_EQ(posted()[0].type, EventType::leftMouseDown);
-    EXPECT_EQ(posted()[1].type, EventType::leftMouseUp);
-    for (const auto& event : posted()) {
-      EXPECT_EQ(event.location.x, -120.5);
-      EXPECT_EQ(event.location.y, 4000.25);
-    }
+  emit(1);
+  ASSERT_EQ(posted().size(), 2U);
+  EXPECT_EQ(posted()[0].type, EventType::leftMouseDown);
+  EXPECT_EQ(posted()[1].type, EventType::leftMouseUp);
+  for (const auto& event : posted()) {
+    EXPECT_EQ(event.location.x, -120.5);
+    EXPECT_EQ(event.location.y, 4000.25);
   }
 }
 

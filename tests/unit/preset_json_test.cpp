@@ -8,7 +8,6 @@
 #include <string_view>
 #include <vector>
 
-#include "support/preset_text.h"
 #include "support/presets.h"
 
 namespace vorrin {

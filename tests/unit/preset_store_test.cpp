@@ -6,7 +6,6 @@
 #include <variant>
 
 #include "settings/preset_json.h"
-#include "support/preset_text.h"
 #include "support/presets.h"
 #include "support/storage_test.h"
 

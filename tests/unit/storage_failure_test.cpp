@@ -57,13 +57,6 @@ TEST_F(StorageFailureTest, a_storage_that_cannot_be_read_is_no_empty_one_and_not
   EXPECT_EQ(store.all().value.at("Work"), startPreset());
 }
 
-TEST_F(StorageFailureTest, a_name_that_is_not_utf_8_writes_nothing) {
-  // Whatever trimming makes of such a name, it is either stored as readable text or refused.
-  const bool saved = store.save(startPreset(), "caf\xE9");
-  EXPECT_EQ(fake::storage().commits.size(), saved ? 1U : 0U);
-  EXPECT_EQ(store.all().value.size(), saved ? 2U : 1U);
-}
-
 TEST_F(StorageFailureTest, all_settings_are_stored_in_one_commit_with_their_types) {
   EXPECT_FALSE(storeCurrentSettings(defaults, {{0.12, 0.003}, {97, 98}, 4, {false, true}}));
   ASSERT_EQ(fake::storage().commits.size(), 1U);

@@ -7,9 +7,6 @@
 namespace vorrin::x11_tests {
 namespace {
 
-struct OwnDesktop {
-  Desktop ownDesktop;
-};
 struct LossTest : OwnDesktop, TapTest {
   LossTest() : TapTest(ownDesktop) { swallow("50"); }
 };

@@ -132,10 +132,6 @@ void minimise(const Window& window) {
   [nsWindow(window) miniaturize:nil];
 }
 
-void close(const Window& window) {
-  [nsWindow(window) performClose:nil];
-}
-
 void takeAway(const Window& window) {
   NSWindow* native = nsWindow(window);
   for (NSWindow* sheet in native.sheets) [native endSheet:sheet returnCode:NSModalResponseAbort];

@@ -21,6 +21,22 @@ namespace {
 
 constexpr int patienceMilliseconds = 5000;
 
+/// As an input method does, which hands over whole texts, also those that no key stands for.
+void commit(QWidget& widget, const std::string& text) {
+  QInputMethodEvent typed;
+  typed.setCommitString(QString::fromStdString(text));
+  QApplication::sendEvent(&widget, &typed);
+}
+
+template <typename Kind>
+std::vector<std::string> textsOf(const Sheet& sheet) {
+  std::vector<std::string> texts;
+  for (const Kind* widget : sheet.findChildren<Kind*>()) {
+    texts.push_back(widget->text().toStdString());
+  }
+  return texts;
+}
+
 }  // namespace
 
 void prepareEnvironment(const std::filesystem::path& home) {
@@ -67,10 +83,6 @@ void minimise(const Window& window) {
   widgetOf(window).showMinimized();
 }
 
-void close(const Window& window) {
-  widgetOf(window).close();
-}
-
 void takeAway(const Window& /*window*/) {
   // It goes with its last value, and its sheet with it.
 }
@@ -108,10 +120,7 @@ int monotonicMilliseconds() {
 }
 
 void enter(const Window& /*window*/, const std::string& text) {
-  // An input method hands over whole texts, also those that no key stands for.
-  QInputMethodEvent typed;
-  typed.setCommitString(QString::fromStdString(text));
-  QApplication::sendEvent(QApplication::focusWidget(), &typed);
+  commit(*QApplication::focusWidget(), text);
 }
 
 void type(const TextField& field, const std::string& text) {
@@ -119,9 +128,7 @@ void type(const TextField& field, const std::string& text) {
   click(widget);
   QTest::keyClick(widget.window()->windowHandle(), Qt::Key_A, Qt::ControlModifier);
   QTest::keyClick(widget.window()->windowHandle(), Qt::Key_Backspace);
-  QInputMethodEvent typed;
-  typed.setCommitString(QString::fromStdString(text));
-  QApplication::sendEvent(&widget, &typed);
+  commit(widget, text);
 }
 
 void choose(const PopUpButton& popUp, int item) {
@@ -193,19 +200,11 @@ void answer(const Window& window, const std::string& title) {
 }
 
 std::vector<std::string> sheetTexts(const Window& window) {
-  std::vector<std::string> texts;
-  for (const QLabel* text : shownSheet(window).findChildren<QLabel*>()) {
-    texts.push_back(text->text().toStdString());
-  }
-  return texts;
+  return textsOf<QLabel>(shownSheet(window));
 }
 
 std::vector<std::string> sheetButtons(const Window& window) {
-  std::vector<std::string> titles;
-  for (const QPushButton* button : shownSheet(window).findChildren<QPushButton*>()) {
-    titles.push_back(button->text().toStdString());
-  }
-  return titles;
+  return textsOf<QPushButton>(shownSheet(window));
 }
 
 std::string defaultSheetButton(const Window& window) {

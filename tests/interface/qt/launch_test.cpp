@@ -50,17 +50,13 @@ TEST_F(QtLaunch, no_control_has_the_keyboard_at_first) {
 constexpr std::uint32_t everyStyle = window_style::titled | window_style::closable |
                                      window_style::miniaturizable | window_style::resizable;
 
-TEST(QtWindow, it_is_centred_on_the_screen) {
-  const Window window = Window::make({300, 200}, everyStyle);
+TEST(QtWindow, it_is_centred_on_the_screen_and_a_larger_one_shows_its_upper_left_part) {
+  Window window = Window::make({300, 200}, everyStyle);
   window.center();
   const QRect room = widgetOf(window).screen()->availableGeometry();
   EXPECT_LE((widgetOf(window).geometry().center() - room.center()).manhattanLength(), 2);
-}
-
-TEST(QtWindow, one_that_is_larger_than_the_screen_shows_its_upper_left_part) {
-  const Window window = Window::make({5000, 5000}, everyStyle);
+  window = Window::make({5000, 5000}, everyStyle);
   window.center();
-  const QRect room = widgetOf(window).screen()->availableGeometry();
   EXPECT_EQ(widgetOf(window).pos(), room.topLeft());
 }
 

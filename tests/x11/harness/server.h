@@ -44,4 +44,9 @@ class Desktop {
   std::unique_ptr<Process> windowManager_;
 };
 
+/// The base of a test that harms its desktop.
+struct OwnDesktop {
+  Desktop ownDesktop;
+};
+
 }  // namespace vorrin::x11_tests

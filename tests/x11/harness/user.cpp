@@ -5,7 +5,6 @@
 #include <X11/extensions/XTest.h>
 
 #include <array>
-#include <cstring>
 #include <set>
 #include <stdexcept>
 #include <utility>
@@ -19,19 +18,6 @@ namespace {
 
 // Xvfb's default keymap numbers keys as an X server on Linux does.
 constexpr unsigned keycodeOffset = 8;
-
-XDevice* openKeyboard(Display* display) {
-  int count = 0;
-  XDeviceInfo* const devices = XListInputDevices(display, &count);
-  XDevice* keyboard = nullptr;
-  for (int index = 0; index < count; ++index) {
-    if (std::strcmp(devices[index].name, serverKeyboard) != 0) continue;
-    keyboard = XOpenDevice(display, devices[index].id);
-  }
-  XFreeDeviceList(devices);
-  if (keyboard == nullptr) throw std::runtime_error("the X server has no keyboard");
-  return keyboard;
-}
 
 std::uint16_t keyOf(char character) {
   if (character == ' ') return 0x31;
@@ -92,7 +78,8 @@ std::optional<char> characterOf(unsigned keycode) {
 
 User::User(const std::string& display) {
   DisplayPointer connection = openDisplay(display);
-  XDevice* const keyboard = openKeyboard(connection.get());
+  const int number = deviceNamed(connection.get(), serverKeyboard);
+  XDevice* const keyboard = XOpenDevice(connection.get(), static_cast<XID>(number));
   native_.reset(new Native{std::move(connection), keyboard});
 }
 
