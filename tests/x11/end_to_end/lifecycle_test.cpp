@@ -42,5 +42,14 @@ TEST_F(LifecycleTest,
   expectSilence();
 }
 
+TEST_F(LifecycleTest, a_second_program_waits_for_the_keys_of_the_first) {
+  start();
+  const Home otherHome;
+  const Program second(desktop.display(), otherHome);
+  EXPECT_TRUE(second.waitUntilUnavailable());
+  program.reset();
+  EXPECT_TRUE(second.waitUntilReady());
+}
+
 }  // namespace
 }  // namespace vorrin::x11_tests
