@@ -29,8 +29,7 @@ struct DesktopFault : FaultTest {
   /// The window manager lets clicks through one by one; the last of what was posted would land on
   /// the window of the next run, and bring it to the front.
   void passClicks() {
-    user.pressButton(rightButton);
-    user.releaseButton(rightButton);
+    user.click(rightButton);
     client->readUntil([](const ClientEvent& event) {
       return event.kind == "ButtonRelease" && event.detail == rightButton;
     });

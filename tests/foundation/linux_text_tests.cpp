@@ -15,13 +15,10 @@ namespace {
 
 using HomeDirectory = DefaultsSandbox;
 
-TEST_F(HomeDirectory, is_what_the_environment_says) {
+TEST_F(HomeDirectory, is_what_the_environment_says_and_that_of_the_account_where_it_names_none) {
   EXPECT_EQ(homeDirectory(), home);
   ::setenv("HOME", "/does/not/exist", 1);
   EXPECT_EQ(homeDirectory(), "/does/not/exist");
-}
-
-TEST_F(HomeDirectory, is_that_of_the_account_when_the_environment_names_none) {
   const std::string account = ::getpwuid(::getuid())->pw_dir;
   ::unsetenv("HOME");
   EXPECT_EQ(homeDirectory(), account);

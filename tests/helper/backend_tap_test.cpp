@@ -8,13 +8,6 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-TEST_F(BackendTest, a_held_keyboard_gives_the_permission_but_no_tap) {
-  backend.isTrustedWithPrompt();
-  helper.serve(Listening::keyboardTaken);
-  EXPECT_TRUE(until([this] { return backend.isTrusted(); }));
-  EXPECT_FALSE(backend.createTap(keyEvents, remember, {}));
-}
-
 TEST_F(BackendTest, a_question_is_answered_with_the_tap_s_verdict) {
   makeTap();
   helper.say(Question{7, evdevTab, shift});

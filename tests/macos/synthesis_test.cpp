@@ -1,7 +1,5 @@
 #include <gmock/gmock.h>
 
-#include <array>
-
 #include "bridge/event_synthesis.h"
 #include "bridge/program_engine.h"
 #include "fresh_trust.h"
@@ -58,11 +56,6 @@ TEST_F(MacosSynthesis, an_event_that_cannot_be_made_is_left_out) {
   ASSERT_EQ(quartz.posted.size(), 1U);
   EXPECT_EQ(quartz.posted[0].type, 11U);
   EXPECT_EQ(quartz.posted[0].userData, marker);
-}
-
-TEST_F(MacosSynthesis, notices_of_the_system_are_never_posted) {
-  postEvents(std::array{SyntheticEvent{EventType::tapDisabledByTimeout, {}, 0, 0}});
-  EXPECT_THAT(quartz.calls, testing::IsEmpty());
 }
 
 }  // namespace

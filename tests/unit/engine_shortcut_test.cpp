@@ -76,15 +76,6 @@ TEST_F(ShortcutTest, the_shortcut_of_a_disabled_macro_passes_and_toggles_nothing
   EXPECT_FALSE(macros.running[1]);
 }
 
-TEST_F(ShortcutTest, a_key_of_both_macros_is_macro_0s_only) {
-  macros.keys = {tab, tab};
-  EXPECT_EQ(play("+T"), "s");
-  EXPECT_EQ(macros.running, (PerMacro<bool>{true, false}));
-  macros.enabled[0] = false;
-  EXPECT_EQ(play("+T"), "p");
-  EXPECT_EQ(macros.running, (PerMacro<bool>{true, false}));
-}
-
 TEST_F(ShortcutTest, a_press_is_swallowed_and_held_also_when_the_start_is_not_permitted) {
   permission = false;
   EXPECT_EQ(play("+` r` -`"), "sss");

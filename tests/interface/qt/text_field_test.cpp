@@ -23,12 +23,9 @@ LabelWidget& wrapping(const TextField& label) {
   return widget;
 }
 
-TEST(QtTextField, bytes_that_are_no_text_are_shown_as_replacement_characters) {
+TEST(QtTextField, it_gives_back_what_it_shows_of_bytes_that_are_no_text_and_control_characters) {
   EXPECT_EQ(TextField::field("\xFF").text(), "\uFFFD");
   EXPECT_EQ(TextField::wrappingLabel("\xC3").text(), "\uFFFD");
-}
-
-TEST(QtTextField, a_field_gives_back_what_it_shows_of_a_text_with_control_characters) {
   EXPECT_EQ(TextField::field(std::string("a\0b\nc", 5)).text(), "abc");
 }
 
