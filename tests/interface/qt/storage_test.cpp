@@ -138,10 +138,7 @@ TEST_F(Storage, loading_a_preset_is_one_commit) {
   ::close(watch);
 }
 
-class QtPresets : public PresetsTest {
- protected:
-  void press(Qt::Key key) const { QTest::keyClick(widgetOf(app->window).windowHandle(), key); }
-};
+using QtPresets = PresetsTest;
 
 TEST_F(QtPresets, while_a_question_is_open_the_window_takes_no_input) {
   savePreset("Night", other());
@@ -159,7 +156,7 @@ TEST_F(QtPresets, space_and_the_pads_enter_do_not_delete) {
   savePreset("Night", other());
   for (const Qt::Key key : {Qt::Key_Enter, Qt::Key_Space}) {
     click(button("Delete"));
-    press(key);
+    QTest::keyClick(widgetOf(app->window).windowHandle(), key);
     EXPECT_FALSE(hasSheet());
     EXPECT_EQ(app->presetStore().all().value.size(), 1U);
   }
