@@ -1,6 +1,6 @@
 // Measures what typing goes through when the input helper holds the keyboard, and prints a table.
 // The reference is the same keyboard, read without the helper. Runs in the test machine, as root.
-// usage: vorrin_helper_benchmark
+// usage: vorrin_helper_typing
 #include <linux/input-event-codes.h>
 #include <linux/input.h>
 #include <poll.h>
@@ -14,19 +14,14 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
-#include <functional>
-#include <optional>
 #include <stop_token>
 #include <string>
 #include <thread>
 #include <utility>
 #include <vector>
 
+#include "bench/helper_session.h"
 #include "bench/typing_table.h"
-#include "tests/machine/event_watch.h"
-#include "tests/machine/login.h"
-#include "tests/machine/peer.h"
-#include "tests/machine/uhid_keyboard.h"
 
 namespace vorrin::bench {
 namespace {
@@ -36,13 +31,6 @@ using Clock = std::chrono::steady_clock;
 using machine::EventWatch;
 using machine::UhidKeyboard;
 
-constexpr const char* keyboardName = "Typist's keyboard";
-constexpr const char* keyboardPlace = "test/Typist's keyboard";
-constexpr const char* clonePlace = "vorrin-input-helper";
-
-/// Pressed until the kernel lets it through; those that were on their way come later still.
-constexpr int firstKey = KEY_F9;
-
 /// A key's press or release.
 using Move = std::pair<int, bool>;
 
@@ -50,15 +38,6 @@ struct Arrival {
   Move move;
   Clock::time_point at;
 };
-
-void until(const char* what, const std::function<bool()>& condition) {
-  for (const auto end = Clock::now() + 30s; Clock::now() < end;) {
-    if (condition()) return;
-    std::this_thread::sleep_for(5ms);
-  }
-  std::fprintf(stderr, "vorrin: waited in vain for %s\n", what);
-  std::exit(1);
-}
 
 /// Has the kernel run a thread (0: this one) before all ordinary ones.
 void makeUrgent(pid_t thread, int priority) {
@@ -113,40 +92,6 @@ class Reader {
   std::vector<Arrival> arrivals_;
   std::atomic<std::size_t> count_ = 0;
   std::jthread thread_;
-};
-
-/// The installed helper, which holds the keyboard, and a main program that claims every shortcut at
-/// once.
-class Filtering {
- public:
-  explicit Filtering(EventWatch& watch) {
-    until("the helper", [this] {
-      peer_.listen();
-      return !peer_.saidOf<helper_protocol::Availability>().empty();
-    });
-    peer_.configure({KEY_TAB});
-    until("the helper's grab", [&] {
-      watch.look();
-      return watch.has(clonePlace, keyboardName) && !watch.isFree(keyboardPlace, keyboardName);
-    });
-    answering_ = std::jthread([this](const std::stop_token& stop) {
-      pollfd waited{peer_.connection(), POLLIN, 0};
-      while (!stop.stop_requested()) {
-        if (::poll(&waited, 1, 100) > 0) peer_.listen();
-      }
-    });
-  }
-
-  static void makeHelperUrgent() {
-    const auto process =
-        machine::outputOf("systemctl show --property=MainPID --value vorrin-input-helper");
-    makeUrgent(std::atoi(process.c_str()), 1);
-  }
-
- private:
-  machine::Caller caller_{machine::playerLogin()};
-  machine::Peer peer_{caller_.call("Connect").socket};
-  std::jthread answering_;
 };
 
 /// Programs that want all the time of the processors there is.
@@ -219,12 +164,7 @@ void measure(const std::string& title) {
   for (const double perSecond : typingRates) {
     EventWatch watch;
     UhidKeyboard keyboard(keyboardName);
-    until("the keyboard", [&] {
-      watch.look();
-      // The kernel drops what a keyboard says before it is wholly set up.
-      if (watch.has(keyboardPlace, keyboardName)) keyboard.tap(firstKey);
-      return !watch.keys().empty();
-    });
+    waitUntilSetUp(keyboard, watch);
     const Typed plain =
         typeAt(perSecond, keyboard, Reader(watch.device(keyboardPlace, keyboardName)), false);
     rows.push_back(typingRow(perSecond, "nobody holds the keyboard (reference)", plain, plain));
@@ -234,7 +174,7 @@ void measure(const std::string& title) {
     rows.push_back(typingRow(perSecond, "the helper holds it", passed, plain));
     const Typed filtered = typeAt(perSecond, keyboard, Reader(clone), true);
     rows.push_back(typingRow(perSecond, "and a shortcut held every 11th key", filtered, plain));
-    filtering.makeHelperUrgent();
+    makeUrgent(filtering.helper(), 1);
     const Typed urgent = typeAt(perSecond, keyboard, Reader(clone), false);
     rows.push_back(
         typingRow(perSecond, "the helper, in real time (set from outside)", urgent, plain));

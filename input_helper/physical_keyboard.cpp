@@ -65,30 +65,27 @@ std::optional<PhysicalKeyboard> PhysicalKeyboard::open(const EventDevice& device
 
 bool PhysicalKeyboard::read(const Reader& reader) {
   std::array<input_event, 64> events;
-  for (;;) {
-    const auto size = ::read(device_.get(), events.data(), sizeof events);
-    if (size < 0 && errno == EINTR) continue;
-    if (size < 0 && errno == EAGAIN) return true;
-    if (size <= 0) return false;
-    for (std::size_t i = 0; i < static_cast<std::size_t>(size) / sizeof(input_event); ++i) {
-      const auto& event = events[i];
-      if (event.type == EV_SYN && event.code == SYN_DROPPED) {
-        // The frame so far is whole as far as it goes, and everybody else may have seen it.
-        if (!partial_.empty()) reader.frame(std::exchange(partial_, {}), momentOf(event));
-        dropping_ = true;
-      } else if (event.type == EV_SYN && event.code == SYN_REPORT) {
-        if (std::exchange(dropping_, false)) {
-          // Asking for the keys empties the queue of older key events, so nothing comes twice.
-          partial_.clear();
-          reader.resynchronised(keysDown());
-          break;
-        }
-        if (!partial_.empty()) reader.frame(std::exchange(partial_, {}), momentOf(event));
-      } else if (!dropping_) {
-        partial_.push_back({event.type, event.code, event.value});
+  const auto size = ::read(device_.get(), events.data(), sizeof events);
+  if (size <= 0) return size < 0 && (errno == EINTR || errno == EAGAIN);
+  for (std::size_t i = 0; i < static_cast<std::size_t>(size) / sizeof(input_event); ++i) {
+    const auto& event = events[i];
+    if (event.type == EV_SYN && event.code == SYN_DROPPED) {
+      // The frame so far is whole as far as it goes, and everybody else may have seen it.
+      if (!partial_.empty()) reader.frame(std::exchange(partial_, {}), momentOf(event));
+      dropping_ = true;
+    } else if (event.type == EV_SYN && event.code == SYN_REPORT) {
+      if (std::exchange(dropping_, false)) {
+        // Asking for the keys empties the queue of older key events, so nothing comes twice.
+        partial_.clear();
+        reader.resynchronised(keysDown());
+        break;
       }
+      if (!partial_.empty()) reader.frame(std::exchange(partial_, {}), momentOf(event));
+    } else if (!dropping_) {
+      partial_.push_back({event.type, event.code, event.value});
     }
   }
+  return true;
 }
 
 GrabResult PhysicalKeyboard::grab() const {

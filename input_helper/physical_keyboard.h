@@ -21,7 +21,8 @@ class PhysicalKeyboard {
     std::function<void(Frame, Moment)> frame;           ///< with the time the kernel gave it
     std::function<void(const KeySet&)> resynchronised;  ///< events were lost; these keys are down
   };
-  /// Reads all there is. False when the keyboard is gone.
+  /// Reads what there is once; of a long queue something may be left. False when the keyboard is
+  /// gone.
   [[nodiscard]] bool read(const Reader& reader);
 
   [[nodiscard]] GrabResult grab() const;
