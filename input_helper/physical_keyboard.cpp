@@ -102,16 +102,14 @@ Moment PhysicalKeyboard::ungrab() const {
 
 void PhysicalKeyboard::copyLights() const {
   std::array<input_event, 64> events;
-  for (;;) {
-    const auto size = ::read(clone_.number(), events.data(), sizeof events);
-    if (size <= 0) return;
-    Frame lights;
-    for (std::size_t i = 0; i < static_cast<std::size_t>(size) / sizeof(input_event); ++i) {
-      const auto& event = events[i];
-      if (event.type == EV_LED) lights.push_back({event.type, event.code, event.value});
-    }
-    if (!lights.empty()) writeFrame(device_.get(), lights);
+  const auto size = ::read(clone_.number(), events.data(), sizeof events);
+  Frame lights;
+  for (std::size_t i = 0; size > 0 && i < static_cast<std::size_t>(size) / sizeof(input_event);
+       ++i) {
+    const auto& event = events[i];
+    if (event.type == EV_LED) lights.push_back({event.type, event.code, event.value});
   }
+  if (!lights.empty()) writeFrame(device_.get(), lights);
 }
 
 KeySet PhysicalKeyboard::keysDown() const {

@@ -30,7 +30,7 @@ class PhysicalKeyboard {
   [[nodiscard]] Moment ungrab() const;
   void emit(std::span<const InputEvent> frame) { clone_.write(frame); }
   void releaseClone() { clone_.release(); }
-  /// Lights on the keyboard what others lit on its clone.
+  /// Lights on the keyboard what others lit on its clone. Like `read`, reads once.
   void copyLights() const;
 
   [[nodiscard]] KeySet keysDown() const;
