@@ -1,4 +1,5 @@
 #include <cmath>
+#include <cstdio>
 #include <string>
 
 #include "bench/process_figures.h"
@@ -14,6 +15,7 @@ using x11_tests::Client;
 using x11_tests::ClientEvent;
 
 constexpr double interval = 0.001;
+constexpr long progressEvery = 1'000'000;
 
 bool isClick(const ClientEvent& event) {
   return event.kind == "ButtonPress";
@@ -43,6 +45,10 @@ void measureSoak(long clicks) {
   while (received < clicks) {
     last = arrivalAfter(client, atATime);
     received += atATime;
+    if (received % progressEvery == 0) {
+      std::fprintf(stderr, "vorrin_benchmark: %ld of %ld clicks, resident memory %.2f MiB\n",
+                   received, clicks, memoryOf(vorrin->process().id()).resident);
+    }
   }
   const MemoryFigures after = memoryOf(vorrin->process().id());
   // A tick that comes too late is left out, and the grid stays where it was.
