@@ -54,34 +54,7 @@ TEST_F(SessionPresenceTest, a_screen_saver_does_not_resign_until_it_locks) {
   EXPECT_EQ(told(), "a");
 }
 
-TEST_F(SessionPresenceTest, a_request_to_lock_counts_at_once_and_ends_with_what_came_of_it) {
-  presence_.lockWasRequested();
-  EXPECT_EQ(told(), "ri");
-  presence_.setLocked("a", false);
-  presence_.setScreenSaver("b", false);
-  EXPECT_FALSE(presence_.isActive()) << "somebody who knows of no lock ended it";
-  presence_.setLocked("a", true);
-  presence_.setLocked("a", false);
-  EXPECT_EQ(told(), "a");
-  presence_.lockWasRequested();
-  presence_.setScreenSaver("b", true);
-  presence_.setScreenSaver("b", false);
-  EXPECT_TRUE(presence_.isActive());
-}
-
-TEST_F(SessionPresenceTest, the_end_of_a_request_opens_no_lock_that_somebody_sees) {
-  presence_.lockWasRequested();
-  presence_.setLocked("a", true);
-  presence_.lockRequestEnded();
-  EXPECT_FALSE(presence_.isActive());
-  presence_.setLocked("a", false);
-  presence_.lockWasRequested();
-  presence_.lockRequestEnded();
-  EXPECT_TRUE(presence_.isActive());
-}
-
 TEST_F(SessionPresenceTest, a_user_seen_at_a_window_ends_all_but_a_lock_that_somebody_sees) {
-  presence_.lockWasRequested();
   presence_.setOnScreen(false);
   presence_.setScreenSaver("a", true);
   presence_.userWasSeen();

@@ -4,8 +4,6 @@
 #include <QPointer>
 #include <utility>
 
-#include "platform/linux/session/late_keyboard_map.h"
-
 namespace vorrin {
 
 bool applicationIsActive() {
@@ -14,16 +12,12 @@ bool applicationIsActive() {
 }
 
 void observeApplicationActivity(std::function<void()> changed) {
-  static QPointer<LateKeyboardMap> map;
-  delete map;
+  static QPointer<QObject> observation;
+  delete observation;
   if (!changed || qGuiApp == nullptr) return;
-  map = new LateKeyboardMap(applicationIsActive);
-  map->setParent(qGuiApp);
-  QObject::connect(qGuiApp, &QGuiApplication::applicationStateChanged, map,
-                   [changed = std::move(changed)] {
-                     map->update();
-                     changed();
-                   });
+  observation = new QObject(qGuiApp);
+  QObject::connect(qGuiApp, &QGuiApplication::applicationStateChanged, observation,
+                   std::move(changed));
 }
 
 }  // namespace vorrin

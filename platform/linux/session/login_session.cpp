@@ -69,7 +69,6 @@ void LoginSession::findSession() {
 
 void LoginSession::watch(const QString& sessionPath) {
   bus_.connect(service, sessionPath, sessionInterface, "Lock", this, SLOT(lockRequested()));
-  bus_.connect(service, sessionPath, sessionInterface, "Unlock", this, SLOT(unlockRequested()));
   bus_.connect(service, sessionPath, propertiesInterface, "PropertiesChanged", this,
                SLOT(sessionChanged(QString, QVariantMap)));
   // Whether the session is on the screen at the start is not asked: it is where the user started
@@ -88,12 +87,7 @@ void LoginSession::prepareForSleep(bool begins) {
 }
 
 void LoginSession::lockRequested() {
-  presence_.lockWasRequested();
-  requests_.lock();
-}
-
-void LoginSession::unlockRequested() {
-  presence_.lockRequestEnded();
+  if (requests_.lock) requests_.lock();
 }
 
 void LoginSession::sessionChanged(const QString& interface, const QVariantMap& changed) {

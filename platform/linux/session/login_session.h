@@ -19,7 +19,7 @@ class LoginSession : public QObject {
  public:
   struct Requests {
     std::function<void()> sleep;  ///< about to sleep; the machine waits until this has returned
-    std::function<void()> lock;   ///< somebody is to lock the screen
+    std::function<void()> lock;   ///< somebody is to lock the screen, and may take a while
   };
 
   /// `presence` has to outlive this object.
@@ -28,7 +28,6 @@ class LoginSession : public QObject {
  private:
   Q_SLOT void prepareForSleep(bool begins);
   Q_SLOT void lockRequested();
-  Q_SLOT void unlockRequested();
   Q_SLOT void sessionChanged(const QString& interface, const QVariantMap& changed);
 
   void delaySleep();

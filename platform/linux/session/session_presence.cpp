@@ -4,6 +4,18 @@
 
 namespace vorrin {
 
+namespace {
+
+void put(std::set<std::string>& names, const std::string& name, bool isIn) {
+  if (isIn) {
+    names.insert(name);
+  } else {
+    names.erase(name);
+  }
+}
+
+}  // namespace
+
 SessionPresence::SessionPresence(Changes changes) : changes_(std::move(changes)) {}
 
 void SessionPresence::setOnScreen(bool isOnScreen) {
@@ -12,42 +24,24 @@ void SessionPresence::setOnScreen(bool isOnScreen) {
 }
 
 void SessionPresence::setLocked(const std::string& source, bool isLocked) {
-  set(lockedBy_, source, isLocked);
-}
-
-void SessionPresence::setScreenSaver(const std::string& name, bool isShown) {
-  set(screenSavers_, name, isShown);
-}
-
-void SessionPresence::lockWasRequested() {
-  isLockRequested_ = true;
+  put(lockedBy_, source, isLocked);
   update();
 }
 
-void SessionPresence::lockRequestEnded() {
-  isLockRequested_ = false;
+void SessionPresence::setScreenSaver(const std::string& name, bool isShown) {
+  put(screenSavers_, name, isShown);
   update();
 }
 
 void SessionPresence::userWasSeen() {
   isOnScreen_ = true;
-  isLockRequested_ = false;
   // A bus that has ended takes back nothing that it told of.
   screenSavers_.clear();
   update();
 }
 
-void SessionPresence::set(std::set<std::string>& those, const std::string& name, bool isOn) {
-  if (isOn) {
-    those.insert(name);
-  } else if (those.erase(name) != 0) {
-    isLockRequested_ = false;
-  }
-  update();
-}
-
 void SessionPresence::update() {
-  const bool isLeft = !isOnScreen_ || isLockRequested_ || !lockedBy_.empty();
+  const bool isLeft = !isOnScreen_ || !lockedBy_.empty();
   const bool isActive = !isLeft && screenSavers_.empty();
   const bool resigned = !std::exchange(isLeft_, isLeft) && isLeft;
   const bool activityChanged = std::exchange(isActive_, isActive) != isActive;

@@ -28,22 +28,14 @@ class SessionPresence {
   /// The screen saver of this name came or went. It need not lock.
   void setScreenSaver(const std::string& name, bool isShown);
 
-  /// Somebody was asked to lock the screen. It counts as locked from now on, up to any word that a
-  /// lock or a screen saver has ended.
-  void lockWasRequested();
-  /// Somebody was asked to unlock it, or nobody has locked it.
-  void lockRequestEnded();
-
   /// The user was seen in front of this program's window.
   void userWasSeen();
 
  private:
-  void set(std::set<std::string>& those, const std::string& name, bool isOn);
   void update();
 
   Changes changes_;
   bool isOnScreen_ = true;
-  bool isLockRequested_ = false;
   std::set<std::string> lockedBy_;
   std::set<std::string> screenSavers_;
   bool isLeft_ = false;

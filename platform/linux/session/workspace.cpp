@@ -2,7 +2,6 @@
 
 #include <QGuiApplication>
 #include <QTimer>
-#include <chrono>
 #include <optional>
 #include <utility>
 
@@ -11,13 +10,11 @@
 #include "platform/linux/session/login_session.h"
 #include "platform/linux/session/screen_savers.h"
 #include "platform/linux/session/session_presence.h"
+#include "platform/linux/widgets/toolkit_connection.h"
 
 namespace vorrin {
 
 namespace {
-
-/// How long a locker may take, after it was asked, to take the keyboard.
-constexpr std::chrono::seconds lockerTime{10};
 
 void tell(const std::function<void()>& notification) {
   if (notification) notification();
@@ -44,8 +41,9 @@ class WorkspaceObserver {
  private:
   void listen() {
     if (qGuiApp != nullptr) watchDisplay();
-    login_.emplace(presence_, LoginSession::Requests{.sleep = notifications_.willSleep,
-                                                     .lock = [this] { lockWasRequested(); }});
+    login_.emplace(presence_,
+                   LoginSession::Requests{.sleep = notifications_.willSleep,
+                                          .lock = notifications_.sessionDidResignActive});
     screenSavers_.emplace(presence_);
   }
 
@@ -55,18 +53,12 @@ class WorkspaceObserver {
                        if (state == Qt::ApplicationActive) presence_.userWasSeen();
                      });
     // The X server of a Wayland session is told nothing of its lock screen.
-    if (QGuiApplication::platformName() != "xcb" || inputWay() != InputWay::x11) return;
-    lockScreens_.emplace(LockScreenWatch::Findings{
-        .covered = [this](bool is) { presence_.setScreenSaver("X server", is); },
-        .locked = [this](bool is) { presence_.setLocked("X server", is); }});
-  }
-
-  /// Nobody need heed the request, which the keyboard tells: no locker can do without it.
-  void lockWasRequested() {
-    if (!lockScreens_) return;
-    QTimer::singleShot(lockerTime, &context_, [this] {
-      if (!lockScreens_->keyboardIsHeld()) presence_.lockRequestEnded();
-    });
+    if (toolkitConnection() == nullptr || inputWay() != InputWay::x11) return;
+    lockScreens_.emplace(
+        toolkitConnection(),
+        LockScreenWatch::Findings{
+            .covered = [this](bool is) { presence_.setScreenSaver("X server", is); },
+            .locked = [this](bool is) { presence_.setLocked("X server", is); }});
   }
 
   WorkspaceNotifications notifications_;

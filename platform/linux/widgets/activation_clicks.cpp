@@ -1,7 +1,5 @@
 #include "platform/linux/widgets/activation_clicks.h"
 
-#include <xcb/xcb.h>
-
 #include <QMouseEvent>
 #include <QWindow>
 
@@ -26,20 +24,15 @@ milliseconds ageOf(const QMouseEvent& event) {
   return abs(age) <= most ? age : milliseconds(0);
 }
 
-/// Grabs, and a pointer over a window while nobody has the keyboard, are told in the same terms.
-bool isAboutKeyboard(const xcb_focus_in_event_t& event) {
-  return event.mode != XCB_NOTIFY_MODE_GRAB && event.mode != XCB_NOTIFY_MODE_UNGRAB &&
-         event.detail != XCB_NOTIFY_DETAIL_POINTER &&
-         event.detail != XCB_NOTIFY_DETAIL_POINTER_ROOT;
-}
-
 }  // namespace
 
 ActivationClicks::ActivationClicks(QGuiApplication& application) {
   application.installEventFilter(this);
-  application.installNativeEventFilter(this);
   connect(&application, &QGuiApplication::applicationStateChanged, this,
-          [this](Qt::ApplicationState state) { setActive(state == Qt::ApplicationActive); });
+          [this](Qt::ApplicationState state) {
+            activeSince_.reset();
+            if (state == Qt::ApplicationActive) activeSince_ = steady_clock::now();
+          });
 }
 
 bool ActivationClicks::eventFilter(QObject* object, QEvent* event) {
@@ -50,7 +43,7 @@ bool ActivationClicks::eventFilter(QObject* object, QEvent* event) {
     case QEvent::MouseButtonPress:
       swallowed_.setFlag(button(), isTooEarly(*static_cast<QMouseEvent*>(event)));
       // Where a click does not do so by itself.
-      if (!isActive_) static_cast<QWindow*>(object)->requestActivate();
+      if (!activeSince_) static_cast<QWindow*>(object)->requestActivate();
       return swallowed_.testFlag(button());
     case QEvent::MouseButtonDblClick:
       return swallowed_.testFlag(button());
@@ -64,24 +57,8 @@ bool ActivationClicks::eventFilter(QObject* object, QEvent* event) {
   }
 }
 
-bool ActivationClicks::nativeEventFilter(const QByteArray& eventType, void* message, qintptr*) {
-  if (eventType != "xcb_generic_event_t") return false;
-  const auto type =
-      static_cast<const xcb_generic_event_t*>(message)->response_type & ~std::uint8_t{0x80};
-  if (type != XCB_FOCUS_IN && type != XCB_FOCUS_OUT) return false;
-  if (isAboutKeyboard(*static_cast<const xcb_focus_in_event_t*>(message))) {
-    setActive(type == XCB_FOCUS_IN);
-  }
-  return false;
-}
-
-void ActivationClicks::setActive(bool isActive) {
-  if (isActive && !isActive_) activeSince_ = steady_clock::now();
-  isActive_ = isActive;
-}
-
 bool ActivationClicks::isTooEarly(const QMouseEvent& press) const {
-  return !isActive_ || steady_clock::now() - activeSince_ - ageOf(press) < moment;
+  return !activeSince_ || steady_clock::now() - *activeSince_ - ageOf(press) < moment;
 }
 
 }  // namespace vorrin

@@ -20,7 +20,7 @@
 #include "platform/linux/widgets/main_menu.h"
 #include "platform/linux/widgets/palette.h"
 #include "platform/linux/widgets/termination_signals.h"
-#include "platform/linux/widgets/x11_notifications.h"
+#include "platform/linux/widgets/toolkit_connection.h"
 
 namespace vorrin {
 
@@ -92,7 +92,7 @@ Application::Native::Native(int count, char** arguments)
   launch.reset();
   shared = this;
   useRealTime();
-  leaveOutNewsOfClicks();
+  leaveOutNewsOfOthers();
   QApplication::setApplicationName(identifier);
   QApplication::setApplicationDisplayName("Vorrin");
   QApplication::setDesktopFileName(identifier);

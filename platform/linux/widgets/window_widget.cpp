@@ -2,7 +2,6 @@
 
 #include <QEvent>
 #include <QGridLayout>
-#include <QGuiApplication>
 #include <QMenu>
 #include <QScreen>
 #include <QShortcut>
@@ -16,6 +15,7 @@
 #include "platform/linux/widgets/palette.h"
 #include "platform/linux/widgets/scroll_view.h"
 #include "platform/linux/widgets/sheet.h"
+#include "platform/linux/widgets/toolkit_connection.h"
 
 namespace vorrin {
 
@@ -109,13 +109,11 @@ void WindowWidget::showOverContent(QWidget& view) {
 }
 
 void WindowWidget::askForDarkFrame() {
-  const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-  // The offscreen platform answers as X11 does, without a connection.
-  if (x11 == nullptr || x11->connection() == nullptr) return;
+  xcb_connection_t* const connection = toolkitConnection();
+  if (connection == nullptr) return;
   constexpr std::string_view name = "_GTK_THEME_VARIANT";
   constexpr std::string_view type = "UTF8_STRING";
   constexpr std::string_view variant = "dark";
-  xcb_connection_t* const connection = x11->connection();
   xcb_change_property(connection, XCB_PROP_MODE_REPLACE, static_cast<xcb_window_t>(winId()),
                       xcbAtom(connection, name), xcbAtom(connection, type), 8,
                       static_cast<std::uint32_t>(variant.size()), variant.data());
