@@ -1,6 +1,7 @@
 #include "interface_test.h"
 
 #include "bridge/program_engine.h"
+#include "detach_engine.h"
 #include "platform/fake/system/fake_system.h"
 #include "platform/fatal_error.h"
 
@@ -18,14 +19,14 @@ void addWithSubviews(const View& view, std::vector<View>& views) {
 InterfaceTest::InterfaceTest() {
   fake::resetSystem();
   driver::forgetStoredSettings();
-  forgetEngine();
+  test::detachEngine();
   std::filesystem::create_directories(home.path / "Library/Logs");
   launch();
 }
 
 InterfaceTest::~InterfaceTest() {
   close();
-  forgetEngine();
+  test::detachEngine();
   driver::forgetStoredSettings();
 }
 
@@ -44,15 +45,6 @@ void InterfaceTest::close() {
   driver::takeAway(app->window);
   app.reset();
   driver::deleteWhatIsLeft();
-}
-
-void InterfaceTest::forgetEngine() {
-  engine.changed = nullptr;
-  engine.emit = [](int) {};
-  engine.permitted = [] { return true; };
-  engine.stopAll();
-  engine.tap.reset();
-  engine.held.clear();
 }
 
 std::vector<View> InterfaceTest::allViews() const {

@@ -56,7 +56,6 @@ class InterfaceTest : public testing::Test {
   std::shared_ptr<App> app;
 
  private:
-  static void forgetEngine();
   void close();
 };
 

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "bridge/program_engine.h"
+#include "detach_engine.h"
 #include "platform/fake/system/fake_system.h"
 #include "platform/fake/time/fake_time.h"
 
@@ -16,12 +16,7 @@ class SystemTest : public testing::Test {
 
  private:
   static void reset() {
-    engine.changed = nullptr;
-    engine.emit = [](int) {};
-    engine.permitted = [] { return true; };
-    engine.stopAll();
-    engine.tap.reset();
-    engine.held.clear();
+    detachEngine();
     engine.enabled = {true, true};
     engine.intervals = {0.05, 0.001};
     engine.keys = {50, 48};
