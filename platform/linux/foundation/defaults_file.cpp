@@ -33,17 +33,6 @@ std::string systemMessage() {
   return std::generic_category().message(errno);
 }
 
-/// What changes with every file put in this one's place, and with every edit of it.
-std::array<std::int64_t, 7> stateOf(const struct stat& status) {
-  return {static_cast<std::int64_t>(status.st_dev),
-          static_cast<std::int64_t>(status.st_ino),
-          status.st_size,
-          status.st_mtim.tv_sec,
-          status.st_mtim.tv_nsec,
-          status.st_ctim.tv_sec,
-          status.st_ctim.tv_nsec};
-}
-
 bool writeAll(const FileDescriptor& file, std::string_view text) {
   while (!text.empty()) {
     const ssize_t count = ::write(file.get(), text.data(), text.size());
@@ -121,23 +110,20 @@ Reading<bool> DefaultsFile::load(const path& file) {
     return {{}, systemMessage()};
   }
   if (isThere && !S_ISREG(status.st_mode)) return {{}, "not a regular file"};
-  if (isThere && state_ == stateOf(status)) return {true, {}};
-  state_.reset();
-  if (!isThere) domain_.clear();
-  if (!isThere) return {true, {}};
-  if (status.st_size > largestFile) return {false, {}};
+  const bool isTooLarge = status.st_size > largestFile;
   QFile stream;
-  if (!stream.open(opened.get(), QIODevice::ReadOnly)) return {{}, systemMessage()};
-  const std::string text = stream.readAll().toStdString();
-  if (stream.error() != QFile::NoError) return {{}, stream.errorString().toStdString()};
-  // What was stored last is only looked at, for it is known.
-  if (text != textOf(domain_)) {
-    domain_.clear();
-    auto domain = parsedDomain(text);
-    if (!domain) return {false, {}};
-    domain_ = *std::move(domain);
+  if (isThere && !isTooLarge && !stream.open(opened.get(), QIODevice::ReadOnly)) {
+    return {{}, systemMessage()};
   }
-  state_ = stateOf(status);
+  std::string text = stream.isOpen() ? stream.readAll().toStdString() : "";
+  if (stream.error() != QFile::NoError) return {{}, stream.errorString().toStdString()};
+  if (!isTooLarge && text == text_) return {true, {}};
+  text_.clear();
+  domain_.clear();
+  auto domain = isTooLarge ? std::nullopt : parsedDomain(text);
+  if (!domain) return {false, {}};
+  domain_ = *std::move(domain);
+  text_ = std::move(text);
   return {true, {}};
 }
 
@@ -149,11 +135,11 @@ StorageFailure DefaultsFile::merge(std::span<const std::pair<std::string, Defaul
   Domain changed = domain_;
   for (const auto& [key, value] : values) changed[key] = storedValue(value);
   if (changed == domain_) return {};
-  auto failure = replace(file, textOf(changed), lock.value);
-  if (!failure) domain_ = std::move(changed);
-  // Whatever came of it, what the file holds is read from the file.
-  state_.reset();
-  return failure;
+  std::string text = textOf(changed);
+  if (auto failure = replace(file, text, lock.value)) return failure;
+  domain_ = std::move(changed);
+  text_ = std::move(text);
+  return {};
 }
 
 StorageFailure DefaultsFile::setAside(const path& file) {

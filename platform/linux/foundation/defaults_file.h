@@ -1,7 +1,5 @@
 #pragma once
 
-#include <array>
-#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <span>
@@ -27,15 +25,11 @@ class DefaultsFile {
   std::optional<std::string> takeNotice() { return std::exchange(notice_, std::nullopt); }
 
  private:
-  /// What tells one state of a file from another.
-  using FileState = std::array<std::int64_t, 7>;
-
   /// Has `domain_` be what is stored.
   StorageFailure read();
   /// Renames what cannot be understood. Under the lock.
   StorageFailure loadOrSetAside(const std::filesystem::path& file);
-  /// Reads the file, unless it is as it was when it was last read; without a file the domain is
-  /// empty. False when it cannot be understood.
+  /// Reads the file; without one the domain is empty. False when it cannot be understood.
   Reading<bool> load(const std::filesystem::path& file);
   StorageFailure merge(std::span<const std::pair<std::string, DefaultsObject>> values);
   StorageFailure setAside(const std::filesystem::path& file);
@@ -43,7 +37,7 @@ class DefaultsFile {
 
   std::filesystem::path path_;
   Domain domain_;
-  std::optional<FileState> state_;  ///< of the file that `domain_` was read from
+  std::string text_;  ///< what `domain_` was read from
   std::optional<std::string> notice_;
 };
 

@@ -34,7 +34,7 @@ const char* installationNotice() {
 }
 
 /// What may be decided where the input helper does the work, and what the right means.
-void presentHelperPermission(helper::Backend& backend) {
+void presentHelperPermission(helper::Backend& backend, WindowWidget& window) {
   Alert alert;
   alert.messageText = "Who may use your keyboard";
   alert.informativeText =
@@ -48,12 +48,11 @@ void presentHelperPermission(helper::Backend& backend) {
       "each start of Vorrin. “Take Back” lets go at once and refuses from then on.\n\n"
       "Escape, Backspace and Enter held down together end the helper at any moment.";
   alert.informativeText += installationNotice();
-  constexpr int close = 0;
   constexpr int allow = 1;
   constexpr int ask = 2;
   constexpr int takeBack = 3;
   alert.buttons = {"Close", "Allow for Good", "Ask Every Time", "Take Back"};
-  presentSheet(alert, close, *windows().front(), [&backend](int answer) {
+  presentSheet(alert, window, [&backend](int answer) {
     if (answer == allow) backend.allowForGood();
     if (answer == ask) backend.askEveryTime();
     if (answer == takeBack) backend.takeBack();
@@ -63,8 +62,9 @@ void presentHelperPermission(helper::Backend& backend) {
 }  // namespace
 
 void openAccessibilitySettings() {
-  if (windows().empty()) return;
-  if (auto* const backend = helperBackend()) return presentHelperPermission(*backend);
+  WindowWidget* const window = firstWindow();
+  if (window == nullptr) return;
+  if (auto* const backend = helperBackend()) return presentHelperPermission(*backend, *window);
   Alert alert;
   alert.messageText = "No permission is needed in an X11 session";
   alert.informativeText =
@@ -74,7 +74,7 @@ void openAccessibilitySettings() {
       "connection”.\n\nClosing Vorrin takes everything back: nothing listens and no key or button "
       "stays pressed.";
   alert.buttons = {"Close"};
-  presentSheet(alert, 0, *windows().front(), [](int) {});
+  presentSheet(alert, *window, [](int) {});
 }
 
 }  // namespace vorrin

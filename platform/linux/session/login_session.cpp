@@ -4,7 +4,6 @@
 #include <QDBusObjectPath>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
-#include <QDBusServiceWatcher>
 #include <QDBusVariant>
 #include <utility>
 
@@ -47,10 +46,6 @@ LoginSession::LoginSession(SessionPresence& presence, Requests requests)
                SLOT(prepareForSleep(bool)));
   delaySleep();
   findSession();
-  // The manager may be started anew, with an update for instance, and knows of no delay then.
-  const auto* const arrivals =
-      new QDBusServiceWatcher(service, bus_, QDBusServiceWatcher::WatchForRegistration, this);
-  connect(arrivals, &QDBusServiceWatcher::serviceRegistered, this, [this] { delaySleep(); });
 }
 
 void LoginSession::delaySleep() {

@@ -1,7 +1,6 @@
 #include "platform/linux/session/screen_savers.h"
 
 #include <QDBusConnection>
-#include <QDBusServiceWatcher>
 
 namespace vorrin {
 
@@ -17,14 +16,7 @@ constexpr const char* screenSavers[] = {"org.freedesktop.ScreenSaver", "org.gnom
 ScreenSavers::ScreenSavers(SessionPresence& presence) : presence_(presence) {
   QDBusConnection bus = QDBusConnection::sessionBus();
   if (!bus.isConnected()) return;
-  // One that is killed cannot say any more that it has left the screen.
-  auto* const departures = new QDBusServiceWatcher(this);
-  departures->setConnection(bus);
-  departures->setWatchMode(QDBusServiceWatcher::WatchForUnregistration);
-  connect(departures, &QDBusServiceWatcher::serviceUnregistered, this,
-          [this](const QString& name) { presence_.setScreenSaver(name.toStdString(), false); });
   for (const char* const name : screenSavers) {
-    departures->addWatchedService(name);
     const QString anyPath;
     bus.connect(name, anyPath, name, "ActiveChanged", this,
                 SLOT(activeChanged(bool, QDBusMessage)));

@@ -14,10 +14,6 @@ constexpr auto path = "/org/vorrin/Vorrin";
 constexpr auto interface = "org.freedesktop.Application";
 constexpr int answerMilliseconds = 2000;
 
-/// How often a name may turn out to be somebody's who is gone before one of the two steps: each
-/// time another start has to end just then.
-constexpr int claimAttempts = 5;
-
 // The variable by which a launcher hands over the user's wish to see the program's window, and the
 // name under which the interface passes it on.
 constexpr auto tokenVariable = "XDG_ACTIVATION_TOKEN";
@@ -71,11 +67,7 @@ bool SingleInstance::claim() {
   if (!bus.isConnected()) return true;
   // Before taking the name: whoever has it can be asked at once.
   bus.registerObject(path, this, QDBusConnection::ExportAllSlots);
-  for (int attempt = 0; attempt < claimAttempts; ++attempt) {
-    if (takeName(bus)) return true;
-    if (callUpFirst(bus)) return false;
-  }
-  return true;
+  return takeName(bus) || !callUpFirst(bus);
 }
 
 void SingleInstance::Activate(const QVariantMap& platformData) {

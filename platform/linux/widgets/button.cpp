@@ -8,14 +8,6 @@ namespace vorrin {
 
 namespace {
 
-void showTitle(const Button& button, const std::string& title) {
-  if (auto* push = widgetAs<PushButtonWidget>(button)) {
-    push->setTitle(nativeText(title));
-  } else {
-    widgetOf<CheckBoxWidget>(button).setTitle(nativeText(title));
-  }
-}
-
 QPalette::ColorRole titleRole(const Button& button) {
   return button.kind() == ButtonKind::checkbox ? QPalette::WindowText : QPalette::ButtonText;
 }
@@ -46,12 +38,12 @@ std::string Button::title() const {
 }
 
 void Button::setTitle(const std::string& title) const {
-  showTitle(*this, title);
+  widgetOf<NativeButton>(*this).setTitle(nativeText(title));
 }
 
 void Button::setAttributedTitle(const std::string& title, const Font& font,
                                 const Color& color) const {
-  showTitle(*this, title);
+  setTitle(title);
   setFont(font);
   setPaletteColor(widgetOf(*this), titleRole(*this), color);
 }

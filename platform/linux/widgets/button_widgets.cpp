@@ -13,7 +13,7 @@ void NativeButton::perform(QWidget& self) const {
 template <class Base>
 TitledButton<Base>::TitledButton(ButtonKind buttonKind, const QString& title, Action buttonAction)
     : NativeButton(buttonKind, std::move(buttonAction)) {
-  setTitle(title);
+  TitledButton::setTitle(title);
   this->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
   this->setFocusPolicy(Qt::StrongFocus);
   QObject::connect(this, &QAbstractButton::clicked, this, [this] { perform(*this); });
@@ -21,9 +21,13 @@ TitledButton<Base>::TitledButton(ButtonKind buttonKind, const QString& title, Ac
 
 template <class Base>
 void TitledButton<Base>::setTitle(const QString& title) {
-  title_ = title;
   // An ampersand would underline the letter after it.
   this->setText(QString(title).replace(QLatin1Char('&'), QLatin1String("&&")));
+}
+
+template <class Base>
+QString TitledButton<Base>::shownText() const {
+  return this->text().replace(QLatin1String("&&"), QLatin1String("&"));
 }
 
 template <class Base>

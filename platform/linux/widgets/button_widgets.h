@@ -17,6 +17,9 @@ class NativeButton : public NativeView {
   /// Performs the action with `self`, the widget that this object is, as its sender.
   void perform(QWidget& self) const;
 
+  /// Of buttons that have one.
+  virtual void setTitle(const QString& /*title*/) {}
+
   const ButtonKind kind;
   const Action action;
   int tag = 0;
@@ -28,15 +31,12 @@ class TitledButton : public Base, public NativeButton {
  public:
   TitledButton(ButtonKind buttonKind, const QString& title, Action buttonAction);
 
-  void setTitle(const QString& title);
-  [[nodiscard]] QString shownText() const override { return title_; }
+  void setTitle(const QString& title) override;
+  [[nodiscard]] QString shownText() const override;
   [[nodiscard]] std::string_view kindName() const override;
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
-
- private:
-  QString title_;
 };
 
 using PushButtonWidget = TitledButton<QPushButton>;

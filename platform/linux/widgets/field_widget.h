@@ -12,7 +12,6 @@ class FieldWidget : public QLineEdit, public NativeView {
  public:
   explicit FieldWidget(const QString& text);
 
-  Color textColor;
   TextFieldDelegate delegate;
 
   /// Replaces the text. What does not fit is shown from its beginning, unless the user is editing.

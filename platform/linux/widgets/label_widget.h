@@ -20,8 +20,6 @@ class LabelWidget : public QLabel, public NativeView {
   /// 0 for as many as are needed.
   void setMaximumNumberOfLines(int lines);
 
-  Color textColor;
-
   /// The text as it is drawn in lines of this width. Where it needs more of them than may be shown,
   /// it gives up its middle, so that the end is seen.
   [[nodiscard]] QString fittedText(int width) const;

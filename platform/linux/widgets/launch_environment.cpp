@@ -1,11 +1,8 @@
 #include "platform/linux/widgets/launch_environment.h"
 
-#include <langinfo.h>
-
 #include <QByteArray>
 #include <QString>
 #include <QtGlobal>
-#include <clocale>
 #include <cstdio>
 #include <cstdlib>
 
@@ -27,19 +24,6 @@ void preset(const char* variable, const QByteArray& value) {
   if (!qEnvironmentVariableIsSet(variable)) qputenv(variable, value);
 }
 
-/// The library needs UTF-8 for names of files and the like. It changes to it by itself where the
-/// user's locale has another encoding, but complains.
-void useUtf8() {
-  std::setlocale(LC_CTYPE, "");
-  if (QByteArray(nl_langinfo(CODESET)) == "UTF-8") return;
-  // It overrides all others.
-  if (const QByteArray all = qgetenv("LC_ALL"); !all.isEmpty()) {
-    qunsetenv("LC_ALL");
-    qputenv("LANG", all);
-  }
-  qputenv("LC_CTYPE", "C.UTF-8");
-}
-
 bool isAnyDisplayNamed() {
   return !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
 }
@@ -59,10 +43,11 @@ bool isAnyDisplayNamed() {
 /// would be worth a core dump.
 /// What it says on the way there is either summed up by that one line or about a way not taken.
 void watchStart(QtMsgType type, const QMessageLogContext& context, const QString& message) {
+  const bool isAboutDisplay = QLatin1String(context.category).startsWith(QLatin1String("qt.qpa"));
   if (type == QtFatalMsg) endWithoutDisplay(message);
   if (type == QtDebugMsg) {
     nextHandler(type, context, message);
-  } else if (type == QtWarningMsg && displayComplaint().isEmpty()) {
+  } else if (type == QtWarningMsg && isAboutDisplay && displayComplaint().isEmpty()) {
     displayComplaint() = message;
   }
 }
@@ -79,7 +64,6 @@ LaunchEnvironment::LaunchEnvironment(bool needsDisplay) {
   // The library asks the bus who has a name without looking whether the bus is still there, and the
   // one below it ends the process for that unless told otherwise.
   preset("DBUS_FATAL_WARNINGS", "0");
-  useUtf8();
   leaveOutUnresponsiveBuses();
   if (!needsDisplay) preset("QT_QPA_PLATFORM", "offscreen");
   nextHandler = qInstallMessageHandler(watchStart);

@@ -6,7 +6,6 @@
 
 #include "platform/button.h"
 #include "platform/linux/foundation/native_text.h"
-#include "platform/linux/widgets/window_widget.h"
 
 namespace vorrin {
 
@@ -43,7 +42,6 @@ QList<QKeySequence> keySequences(const MenuItem& item) {
 
 void rememberMainMenu(const std::vector<Menu>& menus) {
   mainMenu() = menus;
-  for (WindowWidget* window : windows()) window->showMainMenu();
 }
 
 void addItems(QMenu& native, const Menu& menu) {

@@ -14,7 +14,7 @@ namespace vorrin {
 /// where an equivalent wants both, Command is the Meta key instead.
 QList<QKeySequence> keySequences(const MenuItem& item);
 
-/// Remembers the main menu for the windows there are and those to come.
+/// Remembers the main menu for the windows to come.
 void rememberMainMenu(const std::vector<Menu>& menus);
 
 /// Puts the main menu into `bar`.

@@ -15,7 +15,8 @@ const QColor& accent();
 QColor white(double alpha);
 bool has(const QStyleOption& option, QStyle::StateFlag flag);
 
-/// A plane with round corners whose edge line, or ring, lies inside `rect`.
+/// A plane with round corners whose edge line, or ring, lies wholly inside `rect`, so that it is as
+/// sharp as the pixels allow.
 void drawBezel(QPainter& painter, const QRect& rect, double radius, const QColor& fill,
                const QPen& edge);
 void drawCheckMark(QPainter& painter, const QRectF& box, const QColor& color);

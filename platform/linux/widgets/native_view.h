@@ -7,6 +7,7 @@
 #include <memory>
 #include <string_view>
 
+#include "platform/color.h"
 #include "platform/fatal_error.h"
 #include "platform/view.h"
 
@@ -45,6 +46,8 @@ class NativeView {
 
   /// Of controls: whether a font was chosen for it.
   bool hasFont = false;
+  /// Of texts: the colour that was chosen for it.
+  Color textColor;
 
  private:
   friend std::shared_ptr<View::Native> nativeOf(QWidget& widget);

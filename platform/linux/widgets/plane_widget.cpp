@@ -2,6 +2,8 @@
 
 #include <QPainter>
 
+#include "platform/linux/widgets/menu_drawing.h"
+
 namespace vorrin {
 
 void PlaneWidget::setLayer(const Layer& layer) {
@@ -16,14 +18,9 @@ void PlaneWidget::paintEvent(QPaintEvent*) {
     painter.fillRect(rect(), layer_.background);
     return;
   }
-  painter.setRenderHint(QPainter::Antialiasing);
-  // The line lies wholly inside the edge, so that it is as sharp as the pixels allow.
-  const double inset = layer_.borderWidth / 2;
-  const QRectF edge = QRectF(rect()).adjusted(inset, inset, -inset, -inset);
-  painter.setPen(layer_.borderWidth > 0 ? QPen(layer_.border, layer_.borderWidth)
-                                        : QPen(Qt::NoPen));
-  painter.setBrush(layer_.background);
-  painter.drawRoundedRect(edge, layer_.cornerRadius - inset, layer_.cornerRadius - inset);
+  const QPen edge(layer_.border, layer_.borderWidth);
+  drawBezel(painter, rect(), layer_.cornerRadius, layer_.background,
+            layer_.borderWidth > 0 ? edge : QPen(Qt::NoPen));
 }
 
 }  // namespace vorrin

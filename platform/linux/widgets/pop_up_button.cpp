@@ -41,13 +41,8 @@ void PopUpButton::selectItem(int index) const {
 
 void PopUpButton::selectItem(const std::string& title) const {
   auto& popUp = widgetOf<PopUpWidget>(*this);
-  const QString wanted = nativeText(title);
-  for (int i = 0; i < popUp.count(); ++i) {
-    if (popUp.itemText(i) == wanted) {
-      popUp.setCurrentIndex(i);
-      return;
-    }
-  }
+  const int index = popUp.findText(nativeText(title));
+  if (index >= 0) popUp.setCurrentIndex(index);
 }
 
 }  // namespace vorrin

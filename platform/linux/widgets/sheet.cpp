@@ -34,11 +34,9 @@ LabelWidget& wrappingLabel(const std::string& text, const Font& font, const Colo
 
 }  // namespace
 
-Sheet::Sheet(const Alert& alert, std::optional<int> escapeAnswer, WindowWidget& window,
-             std::function<void(int)> completion)
+Sheet::Sheet(const Alert& alert, WindowWidget& window, std::function<void(int)> completion)
     : ScrollView(&window),
       window_(window),
-      escapeAnswer_(escapeAnswer),
       completion_(std::move(completion)),
       accessory_(alert.accessory),
       panel_(new PlaneWidget("Sheet")),
@@ -103,6 +101,7 @@ void Sheet::addButtons(const Alert& alert) {
     }
     row->addWidget(button);
     if (i == 0) default_ = button;
+    if (alert.buttons[i] == "Cancel" || alert.buttons[i] == "Close") escape_ = button;
     connect(button, &QPushButton::clicked, this, [this, index] { answer(index); });
   }
   if (default_ != nullptr) default_->setDefault(true);
@@ -112,7 +111,7 @@ void Sheet::addButtons(const Alert& alert) {
 
 void Sheet::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_Escape) {
-    if (escapeAnswer_) answer(*escapeAnswer_);
+    if (escape_ != nullptr) escape_->click();
   } else if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter) {
     ScrollView::keyPressEvent(event);
   } else if (default_ != nullptr && !event->isAutoRepeat()) {
@@ -132,23 +131,19 @@ void Sheet::answer(int index) {
   completion(index);
 }
 
-void presentSheet(const Alert& alert, std::optional<int> escapeAnswer, WindowWidget& window,
-                  std::function<void(int)> completion) {
+void presentSheet(const Alert& alert, WindowWidget& window, std::function<void(int)> completion) {
   if (window.sheet) return;
   // The sheet dies with its window, so the window outlives every answer.
   auto answered = [&window, completion = std::move(completion)](int index) {
     window.sheet.clear();
     completion(index);
   };
-  window.sheet = new Sheet(alert, escapeAnswer, window, std::move(answered));
+  window.sheet = new Sheet(alert, window, std::move(answered));
   window.showOverContent(*window.sheet);
 }
 
 void beginSheet(const Alert& alert, const Window& window, std::function<void(int)> completion) {
-  const auto cancel = std::find(alert.buttons.begin(), alert.buttons.end(), "Cancel");
-  const auto index = static_cast<int>(cancel - alert.buttons.begin());
-  presentSheet(alert, cancel != alert.buttons.end() ? std::optional(index) : std::nullopt,
-               widgetOf(window), std::move(completion));
+  presentSheet(alert, widgetOf(window), std::move(completion));
 }
 
 }  // namespace vorrin

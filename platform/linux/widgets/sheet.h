@@ -18,9 +18,8 @@ class WindowWidget;
 /// The main menu stays at hand. It goes away with its window, and answers nothing then.
 class Sheet : public ScrollView {
  public:
-  /// `escapeAnswer`: index of the button that Escape stands for. Without one it does nothing.
-  Sheet(const Alert& alert, std::optional<int> escapeAnswer, WindowWidget& window,
-        std::function<void(int)> completion);
+  /// Escape stands for the button “Cancel” or “Close”. Without one it does nothing.
+  Sheet(const Alert& alert, WindowWidget& window, std::function<void(int)> completion);
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
@@ -34,18 +33,17 @@ class Sheet : public ScrollView {
   void answer(int index);
 
   WindowWidget& window_;
-  const std::optional<int> escapeAnswer_;
   std::function<void(int)> completion_;
   std::optional<TextField> accessory_;
   PlaneWidget* const panel_;
   QPushButton* default_ = nullptr;
+  QPushButton* escape_ = nullptr;
   /// What had the keyboard before.
   QPointer<QWidget> formerFocus_;
 };
 
 /// Shows a sheet on `window` and returns at once. A window has at most one; when it has, nothing
 /// happens and `completion` is never called.
-void presentSheet(const Alert& alert, std::optional<int> escapeAnswer, WindowWidget& window,
-                  std::function<void(int)> completion);
+void presentSheet(const Alert& alert, WindowWidget& window, std::function<void(int)> completion);
 
 }  // namespace vorrin

@@ -1,49 +1,30 @@
 #include "platform/linux/widgets/termination_signals.h"
 
-#include <fcntl.h>
-#include <unistd.h>
+#include <sys/eventfd.h>
 
-#include <array>
-#include <atomic>
 #include <cerrno>
 #include <csignal>
-
-#include "platform/fatal_error.h"
+#include <utility>
 
 namespace vorrin {
 
 namespace {
 
-constexpr std::array watchedSignals = {SIGTERM, SIGINT, SIGHUP};
-
-// A signal handler can reach nothing but globals. The pipe stays open for the rest of the process:
-// a handler may still be running on its way out.
-std::atomic<int> writeEnd = -1;
+/// A signal handler can reach nothing but globals. Open for the rest of the process, for a handler
+/// may still be running on its way out.
+const int wakeUps = ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
 
 void wakeMainLoop(int) {
   const int savedError = errno;
-  const char byte = 0;
-  [[maybe_unused]] const auto written = write(writeEnd, &byte, 1);
+  ::eventfd_write(wakeUps, 1);
   errno = savedError;
 }
 
-int openPipe() {
-  std::array<int, 2> ends{};
-  precondition(pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK) == 0, "a pipe can be made");
-  writeEnd = ends[1];
-  return ends[0];
-}
-
-int readEnd() {
-  static const int end = openPipe();
-  return end;
-}
-
-void setHandler(int signal, void (*handler)(int)) {
+void handle(int signal) {
   struct sigaction previous {};
   if (sigaction(signal, nullptr, &previous) == 0 && previous.sa_handler == SIG_IGN) return;
   struct sigaction action {};
-  action.sa_handler = handler;
+  action.sa_handler = wakeMainLoop;
   action.sa_flags = SA_RESTART | static_cast<int>(SA_RESETHAND);
   sigemptyset(&action.sa_mask);
   sigaction(signal, &action, nullptr);
@@ -52,19 +33,14 @@ void setHandler(int signal, void (*handler)(int)) {
 }  // namespace
 
 TerminationSignals::TerminationSignals(std::function<void()> terminate)
-    : notifier_(std::make_unique<QSocketNotifier>(readEnd(), QSocketNotifier::Read)) {
-  QObject::connect(notifier_.get(), &QSocketNotifier::activated, notifier_.get(),
+    : notifier_(wakeUps, QSocketNotifier::Read) {
+  QObject::connect(&notifier_, &QSocketNotifier::activated, &notifier_,
                    [terminate = std::move(terminate)] {
-                     std::array<char, 16> bytes{};
-                     while (read(readEnd(), bytes.data(), bytes.size()) > 0) {
-                     }
+                     eventfd_t count = 0;
+                     ::eventfd_read(wakeUps, &count);
                      terminate();
                    });
-  for (const int signal : watchedSignals) setHandler(signal, wakeMainLoop);
-}
-
-TerminationSignals::~TerminationSignals() {
-  for (const int signal : watchedSignals) setHandler(signal, SIG_DFL);
+  for (const int signal : {SIGTERM, SIGINT, SIGHUP}) handle(signal);
 }
 
 }  // namespace vorrin

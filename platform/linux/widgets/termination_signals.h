@@ -2,7 +2,6 @@
 
 #include <QSocketNotifier>
 #include <functional>
-#include <memory>
 
 namespace vorrin {
 
@@ -12,12 +11,9 @@ namespace vorrin {
 class TerminationSignals {
  public:
   explicit TerminationSignals(std::function<void()> terminate);
-  ~TerminationSignals();
-  TerminationSignals(const TerminationSignals&) = delete;
-  TerminationSignals& operator=(const TerminationSignals&) = delete;
 
  private:
-  std::unique_ptr<QSocketNotifier> notifier_;
+  QSocketNotifier notifier_;
 };
 
 }  // namespace vorrin

@@ -37,19 +37,12 @@ bool TextField::isEditable() const {
 }
 
 void TextField::setTextColor(const Color& color) const {
-  if (auto* label = widgetAs<LabelWidget>(*this)) {
-    label->textColor = color;
-    setPaletteColor(*label, QPalette::WindowText, color);
-  } else {
-    auto& field = widgetOf<FieldWidget>(*this);
-    field.textColor = color;
-    setPaletteColor(field, QPalette::Text, color);
-  }
+  widgetOf<NativeView>(*this).textColor = color;
+  setPaletteColor(widgetOf(*this), isEditable() ? QPalette::Text : QPalette::WindowText, color);
 }
 
 Color TextField::textColor() const {
-  const auto* label = widgetAs<LabelWidget>(*this);
-  return label != nullptr ? label->textColor : widgetOf<FieldWidget>(*this).textColor;
+  return widgetOf<NativeView>(*this).textColor;
 }
 
 void TextField::setMaximumNumberOfLines(int lines) const {

@@ -1,5 +1,6 @@
 #include "platform/linux/widgets/window_widget.h"
 
+#include <QApplication>
 #include <QEvent>
 #include <QGridLayout>
 #include <QMenu>
@@ -20,11 +21,6 @@
 namespace vorrin {
 
 namespace {
-
-std::vector<WindowWidget*>& livingWindows() {
-  static std::vector<WindowWidget*> living;
-  return living;
-}
 
 Qt::WindowFlags flags(std::uint32_t style) {
   Qt::WindowFlags flags = Qt::Window | Qt::CustomizeWindowHint | Qt::WindowSystemMenuHint;
@@ -59,20 +55,10 @@ WindowWidget::WindowWidget(QSize contentSize, std::uint32_t style)
   layout->addWidget(scrollView_, 0, 0);
   // Else the first button would have the keyboard from the start, and Space would press it.
   contentView->setFocus();
-  livingWindows().push_back(this);
-  showMainMenu();
-  setContentSize(contentSize);
-}
-
-WindowWidget::~WindowWidget() {
-  std::erase(livingWindows(), this);
-}
-
-void WindowWidget::showMainMenu() {
-  menuBar_->clear();
   addMainMenu(*menuBar_);
   menuBar_->setVisible(!menuBar_->actions().isEmpty());
   setContentMinSize(contentMinSize_);
+  setContentSize(contentSize);
 }
 
 void WindowWidget::setContentSize(QSize size) {
@@ -149,8 +135,11 @@ QSize WindowWidget::withMenuBar(QSize contentSize) const {
   return {contentSize.width(), contentSize.height() + std::max(bar, 0)};
 }
 
-const std::vector<WindowWidget*>& windows() {
-  return livingWindows();
+WindowWidget* firstWindow() {
+  for (QWidget* widget : QApplication::topLevelWidgets()) {
+    if (auto* const window = dynamic_cast<WindowWidget*>(widget)) return window;
+  }
+  return nullptr;
 }
 
 Window::Native::~Native() {

@@ -17,10 +17,7 @@ class Sheet;
 class WindowWidget : public QWidget {
  public:
   WindowWidget(QSize contentSize, std::uint32_t style);
-  ~WindowWidget() override;
 
-  /// Shows the application's main menu in the bar of this window, in place of what is there.
-  void showMainMenu();
   void setContentSize(QSize size);
   void setContentMinSize(QSize size);
   /// Puts the window into the middle of the room that the screen has for it; one that is larger
@@ -56,8 +53,8 @@ class WindowWidget : public QWidget {
   bool isFramed_ = false;
 };
 
-/// All windows there are.
-const std::vector<WindowWidget*>& windows();
+/// The first window there is; null without one.
+WindowWidget* firstWindow();
 
 struct Window::Native {
   explicit Native(WindowWidget& window) : widget(&window) {}
