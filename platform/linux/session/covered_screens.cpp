@@ -66,18 +66,16 @@ bool isManaged(xcb_connection_t* connection, xcb_window_t window, int depth = de
 
 }  // namespace
 
-CoveredScreens coveredScreens(xcb_connection_t* connection, xcb_window_t root) {
-  QRegion all;
-  for (const QScreen* screen : QGuiApplication::screens()) all += placeOf(*screen);
-  QRegion open = all;
+bool areScreensCovered(xcb_connection_t* connection, xcb_window_t root) {
+  QRegion open;
+  for (const QScreen* screen : QGuiApplication::screens()) open += placeOf(*screen);
   for (const xcb_window_t id : childrenOf(connection, root)) {
     const ServerWindow window(connection, id);
     if (!window.isShown() || window.attributes->override_redirect == 0) continue;
     const QRect place(window.place->x, window.place->y, window.place->width, window.place->height);
     if (open.intersects(place) && !isManaged(connection, id)) open -= place;
   }
-  if (open == all) return CoveredScreens::none;
-  return open.isEmpty() ? CoveredScreens::all : CoveredScreens::some;
+  return open.isEmpty();
 }
 
 bool coversAScreen(const QRect& place) {

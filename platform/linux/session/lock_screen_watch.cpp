@@ -82,10 +82,7 @@ bool LockScreenWatch::isReasonToLook(const xcb_generic_event_t& event) const {
 }
 
 void LockScreenWatch::look() {
-  const CoveredScreens covered = coveredScreens(connection_, root_);
-  // While monitors come and go, a locker may leave one of them open for a moment.
-  const bool isCovered =
-      isLocked_ ? covered != CoveredScreens::none : covered == CoveredScreens::all;
+  const bool isCovered = areScreensCovered(connection_, root_);
   const bool looksAgain = isCovered && pause_ <= longestPause;
   if (looksAgain) {
     lookAgain_.start(pause_);

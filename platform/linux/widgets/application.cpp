@@ -57,13 +57,9 @@ struct Application::Native {
   Native& operator=(const Native&) = delete;
 
   void lastWindowClosed() const;
-  void terminate();
-  void tellTermination();
   void finishLaunching();
   void reopen() const;
   void stopAll() const;
-
-  static Native* shared;
 
   /// Only the program's name: all other arguments are Vorrin's own, and the widget library ends
   /// the process on some that it knows.
@@ -77,20 +73,16 @@ struct Application::Native {
   SingleInstance instance;
   ApplicationDelegate delegate;
   bool isLaunched = false;
-  bool isTerminated = false;
 };
-
-Application::Native* Application::Native::shared = nullptr;
 
 Application::Native::Native(int count, char** arguments)
     : isInterfaceTest(holdsInterfaceTest(count, arguments)),
       launch(std::in_place, !isInterfaceTest),
       application(argumentCount, arguments),
       activationClicks(application),
-      terminationSignals([this] { terminate(); }),
+      terminationSignals(&Application::terminate),
       instance({.reopen = [this] { reopen(); }, .stopAll = [this] { stopAll(); }}) {
   launch.reset();
-  shared = this;
   useRealTime();
   leaveOutNewsOfOthers();
   QApplication::setApplicationName(identifier);
@@ -104,7 +96,9 @@ Application::Native::Native(int count, char** arguments)
   QApplication::setPalette(darkPalette());
   QApplication::setFont(nativeFont({12, FontWeight::regular, FontFamily::system}));
   QObject::connect(&application, &QApplication::lastWindowClosed, [this] { lastWindowClosed(); });
-  QObject::connect(&application, &QApplication::aboutToQuit, [this] { tellTermination(); });
+  QObject::connect(&application, &QApplication::aboutToQuit, [this] {
+    if (delegate.willTerminate) delegate.willTerminate();
+  });
 }
 
 Application::Native::~Native() {
@@ -113,22 +107,11 @@ Application::Native::~Native() {
   for (const QPointer<QWidget>& widget : QList<QPointer<QWidget>>(widgets.begin(), widgets.end())) {
     if (widget && widget->parent() == nullptr) delete widget;
   }
-  shared = nullptr;
 }
 
 void Application::Native::lastWindowClosed() const {
   const auto shouldTerminate = delegate.shouldTerminateAfterLastWindowClosed;
   if (shouldTerminate && shouldTerminate()) Application::terminate();
-}
-
-void Application::Native::terminate() {
-  tellTermination();
-  QApplication::exit();
-}
-
-void Application::Native::tellTermination() {
-  if (std::exchange(isTerminated, true)) return;
-  if (delegate.willTerminate) delegate.willTerminate();
 }
 
 void Application::Native::finishLaunching() {
@@ -163,11 +146,11 @@ void Application::setDelegate(ApplicationDelegate delegate) {
 int Application::run() {
   if (!native_->isInterfaceTest && !native_->instance.claim()) return 0;
   QTimer::singleShot(0, &native_->application, [this] { native_->finishLaunching(); });
-  return native_->isTerminated ? 0 : QApplication::exec();
+  return QApplication::exec();
 }
 
 void Application::terminate() {
-  if (Native::shared != nullptr) Native::shared->terminate();
+  QApplication::exit();
 }
 
 void Application::setMainMenu(const std::vector<Menu>& menus) {

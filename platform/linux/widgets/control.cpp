@@ -17,11 +17,10 @@ bool Control::isEnabled() const {
 
 void Control::setFont(const Font& font) const {
   widgetOf(*this).setFont(nativeFont(font));
-  widgetOf<NativeView>(*this).hasFont = true;
 }
 
 bool Control::hasFont() const {
-  return widgetOf<NativeView>(*this).hasFont;
+  return widgetOf(*this).testAttribute(Qt::WA_SetFont);
 }
 
 void Control::setAccessibilityLabel(const std::string& label) const {

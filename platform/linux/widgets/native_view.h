@@ -44,8 +44,6 @@ class NativeView {
   /// What the view says to the user, for diagnostics.
   [[nodiscard]] virtual QString shownText() const { return {}; }
 
-  /// Of controls: whether a font was chosen for it.
-  bool hasFont = false;
   /// Of texts: the colour that was chosen for it.
   Color textColor;
 
