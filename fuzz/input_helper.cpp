@@ -29,7 +29,6 @@ class Program {
     fake::resetTime();
     fake::resetSystem();
     engine.held.clear();
-    tap_.addToMainRunLoop();
     tap_.setEnabled(true);
   }
   Program(const Program&) = delete;
@@ -45,10 +44,9 @@ class Program {
   }
 
   void follow(const FromHelper& message) {
-    if (const auto* question = std::get_if<Question>(&message)) {
-      decide(*question);
-    } else if (const auto* moved = std::get_if<KeyMoved>(&message)) {
-      tap_.tell(*moved);
+    if (const auto* moved = std::get_if<KeyMoved>(&message)) {
+      const bool swallow = tap_.tell(*moved) == TapVerdict::swallow;
+      assertThat(!swallow || enabled_, "a disabled tap swallows nothing");
       const bool stops = moved->key == helper_protocol::escapeKey && moved->down != 0 && enabled_;
       assertThat(!stops || isQuiet(), "Escape stops both macros");
     } else if (std::holds_alternative<Disabled>(message)) {
@@ -66,23 +64,12 @@ class Program {
  private:
   static bool isQuiet() { return !engine.running[0] && !engine.running[1]; }
 
-  void decide(const Question& question) {
-    const bool modified = question.modifiers != 0;
-    const bool swallow = tap_.decide(question);
-    assertThat(!swallow || !modified, "modified presses pass");
-    assertThat(!swallow || enabled_, "a disabled tap swallows nothing");
-  }
-
   bool enabled_ = true;
   helper::Tap tap_{0xC00, keyboardTapCallback, nullptr, [](const Configure& configuration) {
                      assertThat(decodeToHelper(encode(ToHelper(configuration)).view()).has_value(),
                                 "the helper understands every message");
                    }};
 };
-
-Modifiers modifiers(FuzzedDataProvider& input) {
-  return input.ConsumeIntegralInRange<Modifiers>(0, shift | control | alternate | command);
-}
 
 std::uint16_t anyKey(FuzzedDataProvider& input) {
   return input.ConsumeBool() ? input.PickValueInArray(shortcutKeys) : helper_protocol::escapeKey;
@@ -95,11 +82,10 @@ void play(FuzzedDataProvider& input, Program& program) {
       return program.receive(input.ConsumeBytes<std::byte>(size));
     }
     case 1:
-      return program.follow(Question{input.ConsumeIntegral<std::uint32_t>(),
-                                     input.PickValueInArray(shortcutKeys), modifiers(input)});
+      return program.follow(KeyMoved{input.ConsumeIntegral<std::uint32_t>(),
+                                     input.PickValueInArray(shortcutKeys), 1, 0});
     case 2:
-      return program.follow(
-          KeyMoved{anyKey(input), modifiers(input), input.ConsumeBool(), input.ConsumeBool()});
+      return program.follow(KeyMoved{0, anyKey(input), input.ConsumeBool(), input.ConsumeBool()});
     case 3:
       return program.follow(Disabled{input.ConsumeIntegral<std::uint32_t>()});
     case 4:

@@ -40,7 +40,7 @@ void checkAuthorization(sd_bus* bus, const std::string& name, const char* action
                         name.c_str(), action, 0, mayAsk ? 1U : 0U, cancellation.c_str());
   callAsync(
       bus, call, [answered = std::move(answered)](sd_bus_message* reply) { answered(read(reply)); },
-      mayAsk ? Patience::endless : Patience::ordinary);
+      mayAsk ? UINT64_MAX : 0);
 }
 
 void cancelCheck(sd_bus* bus, const std::string& cancellation) {

@@ -32,10 +32,9 @@ Message makeCall(sd_bus* bus, const BusObject& object, const char* method) {
   return Message(call);
 }
 
-void callAsync(sd_bus* bus, const Message& call, Handler answered, Patience patience) {
+void callAsync(sd_bus* bus, const Message& call, Handler answered, std::uint64_t limit) {
   auto handler = std::make_unique<Handler>(std::move(answered));
   sd_bus_slot* slot = nullptr;
-  const auto limit = patience == Patience::endless ? UINT64_MAX : 0;
   if (!call || sd_bus_call_async(bus, &slot, call.get(), handle, handler.get(), limit) < 0) {
     (*handler)(nullptr);
     return;

@@ -2,6 +2,7 @@
 
 #include <systemd/sd-bus.h>
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -23,13 +24,10 @@ struct BusObject {
 /// A call to be filled with arguments; null when the path is none.
 Message makeCall(sd_bus* bus, const BusObject& object, const char* method);
 
-/// How long an answer may take.
-enum class Patience { ordinary, endless };
-
 /// Sends the call without waiting. `answered` gets the reply, or null when there is none.
+/// `limit`: how long the answer may take, in microseconds; 0 is what is usual on the bus.
 void callAsync(sd_bus* bus, const Message& call,
-               std::function<void(sd_bus_message* reply)> answered,
-               Patience patience = Patience::ordinary);
+               std::function<void(sd_bus_message* reply)> answered, std::uint64_t limit = 0);
 
 /// Hears the signals of a match rule for as long as the bus lasts.
 void hear(sd_bus* bus, const std::string& rule, std::function<void(sd_bus_message*)> heard);
@@ -37,15 +35,9 @@ void hear(sd_bus* bus, const std::string& rule, std::function<void(sd_bus_messag
 /// Hears of each name on the bus that changes hands, or goes.
 void hearOwners(sd_bus* bus, std::function<void(const std::string& name)> changed);
 
-/// Reads a dictionary a{sv}. `take` gets each key with the message at its value, and reads that by
-/// `readVariant` or leaves it. False when it is no such dictionary.
+/// Reads a dictionary a{sv}. `take` gets each key with the message at its value, and reads that or
+/// leaves it. False when it is no such dictionary.
 [[nodiscard]] bool readDictionary(sd_bus_message* message,
                                   const std::function<bool(const std::string& key)>& take);
-
-/// The value of a basic type that a variant holds, into `value`; false when it holds another.
-template <class Value>
-[[nodiscard]] bool readVariant(sd_bus_message* message, const char* type, Value& value) {
-  return sd_bus_message_read(message, "v", type, &value) >= 0;
-}
 
 }  // namespace vorrin::input_helper

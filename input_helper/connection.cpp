@@ -26,20 +26,6 @@ KeyboardId idOf(dev_t number) {
   return static_cast<KeyboardId>(minor(number));
 }
 
-const char* describe(EndReason reason) {
-  switch (reason) {
-    case EndReason::panicChord:
-      return "ended by Escape, Backspace and Enter together";
-    case EndReason::revoked:
-      return "its permission does not hold any more";
-    case EndReason::noDevices:
-      return "the system makes no input devices for it (/dev/uinput)";
-    case EndReason::replaced:
-      return "another session is in front";
-  }
-  return "";
-}
-
 }  // namespace
 
 Connection::Connection(sd_event* loop, FileDescriptor socket, Uinput& uinput,
@@ -116,7 +102,7 @@ void Connection::send(const FromHelper& message) {
 
 void Connection::setAtWork(bool isAtWork) {
   if (!isAtWork) letGo();
-  if (std::exchange(isAtWork_, isAtWork) == isAtWork || !isGreeted_ || hasEnded_) return;
+  if (std::exchange(isAtWork_, isAtWork) == isAtWork || hasEnded_) return;
   if (isAtWork) return openDevices();
   closeDevices();
   send(Availability{Listening::sessionAway});
@@ -126,9 +112,9 @@ void Connection::openDevices() {
   auto devices = MacroDevices::create(uinput_);
   if (!devices) return end(EndReason::noDevices);
   devices_.emplace(std::move(*devices));
-  notices_.emplace();
-  news_ = Awaited(loop_, notices_->number(), Priority::others,
-                  [this] { notices_->read([this](dev_t number) { follow(number); }); });
+  notices_ = watchEventDevices();
+  news_ = Awaited(loop_, notices_.get(), Priority::others,
+                  [this] { readNews(notices_, [this](dev_t number) { follow(number); }); });
   for (const auto& device : allEventDevices()) consider(device);
   log("it passes " + std::to_string(keyboards_.size()) + " keyboards on");
   filter_.announce(now());
@@ -162,7 +148,7 @@ void Connection::follow(dev_t number) {
 void Connection::closeDevices() {
   filter_.removeAll();
   news_ = {};
-  notices_.reset();
+  notices_ = {};
   while (!keyboards_.empty()) {
     beat();
     keyboards_.erase(keyboards_.begin());
@@ -177,11 +163,7 @@ void Connection::remove(KeyboardId id) {
 }
 
 void Connection::readKeyboard(KeyboardId id) {
-  const bool isPresent = keyboards_.at(id).keyboard.read({
-      .frame = [this, id](Frame frame,
-                          Moment made) { filter_.receive(id, std::move(frame), made, now()); },
-      .resynchronised = [this, id](const KeySet& keys) { filter_.resynchronise(id, keys, now()); },
-  });
+  const bool isPresent = keyboards_.at(id).keyboard.read(filter_, id);
   if (!isPresent && !hasEnded_) remove(id);
 }
 
@@ -192,34 +174,20 @@ void Connection::readPacket() {
   if (received == Received::nothing) return;
   if (received == Received::end) return endBecause("the main program is gone");
   const auto message = decodeToHelper(packet.view());
-  if (!message || !obey(*message)) endBecause("the main program said something without a meaning");
+  if (!message) return endBecause("the main program said something without a meaning");
+  obey(*message);
 }
 
-/// False for a message that has no place here.
-bool Connection::obey(const ToHelper& message) {
-  const auto* const hello = std::get_if<Hello>(&message);
-  if ((hello != nullptr) == isGreeted_) return false;
-  if (hello != nullptr) {
-    greet(*hello);
-  } else if (const auto* verdict = std::get_if<Verdict>(&message)) {
-    return filter_.answer(*verdict, now());
+void Connection::obey(const ToHelper& message) {
+  // What was meant for keyboards that are given back by now counts no more.
+  if (!devices_) return;
+  if (const auto* verdict = std::get_if<Verdict>(&message)) {
+    filter_.answer(*verdict, now());
   } else if (const auto* configuration = std::get_if<Configure>(&message)) {
-    // What was meant for keyboards that are given back by now counts no more.
-    if (devices_) filter_.configure(*configuration, now());
+    filter_.configure(*configuration, now());
   } else if (const auto* post = std::get_if<Post>(&message)) {
-    if (devices_) devices_->post(*post);
+    devices_->post(*post);
   }
-  return true;
-}
-
-void Connection::greet(const Hello& hello) {
-  isGreeted_ = true;
-  send(Hello{});
-  if (hello.version != helper_protocol::version) {
-    return endBecause("the main program is of another version");
-  }
-  if (isAtWork_) return openDevices();
-  send(Availability{Listening::sessionAway});
 }
 
 }  // namespace vorrin::input_helper

@@ -24,7 +24,8 @@ class Connection {
   Connection& operator=(const Connection&) = delete;
   ~Connection();
 
-  /// Whether the session is in front, unlocked and awake. Not before this is first called.
+  /// Whether the session is in front, unlocked and awake. The main program is told nothing before
+  /// this is first called.
   void setAtWork(bool isAtWork);
 
   /// Lets go of everything, then tells the main program why.
@@ -54,8 +55,7 @@ class Connection {
 
   void readKeyboard(KeyboardId id);
   void readPacket();
-  [[nodiscard]] bool obey(const helper_protocol::ToHelper& message);
-  void greet(const helper_protocol::Hello& hello);
+  void obey(const helper_protocol::ToHelper& message);
 
   sd_event* loop_;
   FileDescriptor socket_;
@@ -64,9 +64,8 @@ class Connection {
   Filter filter_;
   std::map<KeyboardId, Keyboard> keyboards_;
   std::optional<MacroDevices> devices_;
-  std::optional<DeviceNotices> notices_;
-  bool isGreeted_ = false;
-  bool isAtWork_ = false;
+  FileDescriptor notices_;
+  std::optional<bool> isAtWork_;
   bool hasEnded_ = false;
   Awaited packets_;
   Awaited news_;

@@ -21,6 +21,7 @@ namespace {
 /// udev puts a file in its place here whenever it is done with a device. Its messages do not reach
 /// a program that is closed off from the network.
 constexpr const char* udevData = "/run/udev/data";
+constexpr std::string_view madeByPrograms = "/sys/devices/virtual/input/";
 constexpr unsigned inputMajor = 13;
 constexpr std::string_view inputPrefix = "c13:";
 
@@ -43,7 +44,7 @@ std::optional<EventDevice> describe(sd_device* device) {
   const int named = sd_device_get_property_value(device, "ID_SEAT", &seat);
   if (named < 0 && named != -ENOENT) return std::nullopt;
   described.node = node;
-  described.place = place;
+  described.isMadeByProgram = std::string_view(place).starts_with(madeByPrograms);
   // What no seat is named for belongs to the first, as everybody takes it.
   described.seat = named < 0 ? firstSeat : seat;
   return described;
@@ -78,13 +79,15 @@ std::vector<EventDevice> allEventDevices() {
   return devices;
 }
 
-DeviceNotices::DeviceNotices() : notices_(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {
-  if (::inotify_add_watch(number(), udevData, IN_MOVED_TO) < 0) notices_ = {};
+FileDescriptor watchEventDevices() {
+  FileDescriptor watch(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
+  if (::inotify_add_watch(watch.get(), udevData, IN_MOVED_TO) < 0) return {};
+  return watch;
 }
 
-void DeviceNotices::read(const std::function<void(dev_t)>& changed) const {
+void readNews(const FileDescriptor& watch, const std::function<void(dev_t)>& changed) {
   alignas(inotify_event) std::array<char, 4096> buffer;
-  const auto size = ::read(number(), buffer.data(), buffer.size());
+  const auto size = ::read(watch.get(), buffer.data(), buffer.size());
   for (ssize_t at = 0; at < size;) {
     inotify_event notice{};
     std::memcpy(&notice, buffer.data() + at, sizeof notice);

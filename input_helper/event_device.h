@@ -17,14 +17,10 @@ inline constexpr const char* firstSeat = "seat0";
 /// An event device as udev knows it.
 struct EventDevice {
   dev_t number = 0;
-  std::string node;   ///< its path in /dev
-  std::string place;  ///< its path in /sys
+  std::string node;  ///< its path in /dev
   std::string seat;
-
-  /// Whether uinput made it. Bluetooth keyboards are virtual too, but have a parent of their own.
-  [[nodiscard]] bool isMadeByProgram() const {
-    return place.starts_with("/sys/devices/virtual/input/");
-  }
+  /// By uinput. Bluetooth keyboards are virtual too, but have a parent of their own.
+  bool isMadeByProgram = false;
 };
 
 /// The event device of this number. Nothing as long as udev is not done with it: until then nobody
@@ -34,17 +30,11 @@ std::optional<EventDevice> findEventDevice(dev_t number);
 /// All that udev is done with.
 std::vector<EventDevice> allEventDevices();
 
-/// Tells of input devices that udev got done with: new ones, and those that something changed for.
-class DeviceNotices {
- public:
-  DeviceNotices();
-  /// Readable when there is news; -1 without udev.
-  [[nodiscard]] int number() const { return notices_.get(); }
-  /// Hands all news to `changed`, each device by its number.
-  void read(const std::function<void(dev_t)>& changed) const;
+/// Becomes readable when udev got done with input devices: new ones, and those that something
+/// changed for. Closed without udev.
+FileDescriptor watchEventDevices();
 
- private:
-  FileDescriptor notices_;
-};
+/// Hands all news to `changed`, each device by its number.
+void readNews(const FileDescriptor& watch, const std::function<void(dev_t)>& changed);
 
 }  // namespace vorrin::input_helper

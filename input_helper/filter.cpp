@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <tuple>
 #include <utility>
 
 namespace vorrin::input_helper {
@@ -14,32 +13,26 @@ void Filter::addKeyboard(KeyboardId id, const KeySet& keysDown, Moment now) {
   keyboard.physical = keysDown;
   keyboard.processed = keysDown;
   keyboard.ready = now + startGap;
-  keyboard.lastEvent = now;
   keyboards_[id] = keyboard;
 }
 
 void Filter::removeKeyboard(KeyboardId id, Moment now) {
-  const auto found = keyboards_.find(id);
-  if (found == keyboards_.end()) return;
   const bool frontWaits = answerDue_ && queue_.front().keyboard == id;
   // Whoever holds a shortcut key of the lost keyboard must not hold it for ever.
-  releaseAsked(found->second);
+  releaseAsked(keyboards_.at(id));
   if (frontWaits) {
     const auto& front = queue_.front();
     tell(front.events[front.next].code, false);
     answerDue_.reset();
   }
   std::erase_if(queue_, [id](const PendingFrame& frame) { return frame.keyboard == id; });
-  keyboards_.erase(found);
+  keyboards_.erase(id);
   if (!answerDue_) process(now);
 }
 
 void Filter::receive(KeyboardId id, Frame frame, Moment made, Moment now) {
-  const auto found = keyboards_.find(id);
-  if (found == keyboards_.end()) return;
-  Keyboard& keyboard = found->second;
+  Keyboard& keyboard = keyboards_.at(id);
   followKeys(frame, keyboard.physical);
-  keyboard.lastEvent = made;
   if (holdsPanicChord(keyboard.physical)) {
     actions_.panic();
     return;
@@ -55,12 +48,9 @@ void Filter::receive(KeyboardId id, Frame frame, Moment made, Moment now) {
 }
 
 void Filter::resynchronise(KeyboardId id, const KeySet& keysDown, Moment now) {
-  const auto found = keyboards_.find(id);
-  if (found == keyboards_.end()) return;
-  Keyboard& keyboard = found->second;
+  Keyboard& keyboard = keyboards_.at(id);
   auto frame = difference(keyboard.physical, keysDown);
   keyboard.physical = keysDown;
-  keyboard.lastEvent = now;
   enqueue({id, std::move(frame), keyboard.grabbed, true, 0, {}}, now);
 }
 
@@ -95,9 +85,8 @@ bool Filter::processFront(Moment now) {
 
 bool Filter::processEvent(PendingFrame& frame, Keyboard& keyboard, const InputEvent& event,
                           Moment now) {
-  if (isOutput(event)) return true;
   if (!isKey(event)) {
-    keepEvent(frame.events, frame.next, frame.kept);
+    if (goesOn(event)) frame.kept.push_back(event);
     return true;
   }
   if (event.value == pressed) return processPress(frame, keyboard, event, now);
@@ -111,8 +100,8 @@ bool Filter::processEvent(PendingFrame& frame, Keyboard& keyboard, const InputEv
 
 bool Filter::processPress(PendingFrame& frame, Keyboard& keyboard, const InputEvent& event,
                           Moment now) {
-  const bool claimable =
-      frame.filtered && enabled_ && (swallowable_ & shortcutSet(event.code)) != 0;
+  const bool claimable = frame.filtered && enabled_ &&
+                         (swallowable_ & shortcutSet(event.code)) != 0 && !modifierIsDown();
   if (claimable && !frame.resynchronised && !verdict_) {
     ask(event.code, now);
     return false;
@@ -124,7 +113,7 @@ bool Filter::processPress(PendingFrame& frame, Keyboard& keyboard, const InputEv
   if (event.code == escapeKey) tell(event.code, true);
   if (frame.filtered && !swallow) {
     keyboard.passed.set(event.code);
-    keepEvent(frame.events, frame.next, frame.kept);
+    frame.kept.push_back(event);
   }
   return true;
 }
@@ -132,7 +121,7 @@ bool Filter::processPress(PendingFrame& frame, Keyboard& keyboard, const InputEv
 /// A repeat, too, goes where its press went.
 void Filter::processRepeat(PendingFrame& frame, const Keyboard& keyboard, const InputEvent& event) {
   if (keyboard.asked.test(event.code) || event.code == escapeKey) tell(event.code, true, true);
-  if (keyboard.passed.test(event.code)) keepEvent(frame.events, frame.next, frame.kept);
+  if (keyboard.passed.test(event.code)) frame.kept.push_back(event);
 }
 
 /// A release goes where its press went, whatever was decided since.
@@ -143,7 +132,7 @@ void Filter::processRelease(PendingFrame& frame, Keyboard& keyboard, const Input
   if (!keyboard.passed.test(event.code)) return;
   keyboard.passed.reset(event.code);
   if (frame.filtered) {
-    keepEvent(frame.events, frame.next, frame.kept);
+    frame.kept.push_back(event);
   } else {
     actions_.emit(frame.keyboard, {&event, 1});
   }
@@ -151,11 +140,11 @@ void Filter::processRelease(PendingFrame& frame, Keyboard& keyboard, const Input
 
 void Filter::ask(std::uint16_t key, Moment now) {
   answerDue_ = now + answerLimit;
-  actions_.send(Question{nextQuestion_++, key, modifiers()});
+  actions_.send(KeyMoved{nextQuestion_++, key, 1, 0});
 }
 
 void Filter::tell(std::uint16_t key, bool down, bool repeated) {
-  if (enabled_) actions_.send(KeyMoved{key, modifiers(), down, repeated});
+  if (enabled_) actions_.send(KeyMoved{0, key, down, repeated});
 }
 
 void Filter::releaseAsked(Keyboard& keyboard) {
@@ -165,21 +154,17 @@ void Filter::releaseAsked(Keyboard& keyboard) {
   keyboard.asked.reset();
 }
 
-bool Filter::answer(const Verdict& verdict, Moment now) {
-  if (verdict.question >= nextQuestion_) return false;
+void Filter::answer(const Verdict& verdict, Moment now) {
   // The answer to an earlier question comes too late to count.
-  if (!answerDue_ || verdict.question + 1 != nextQuestion_) return true;
+  if (!answerDue_ || verdict.question + 1 != nextQuestion_) return;
   answerDue_.reset();
   verdict_ = verdict.swallow != 0;
   process(now);
-  return true;
 }
 
 void Filter::configure(const Configure& configuration, Moment now) {
-  const bool wanted = wantsGrab();
   enabled_ = configuration.enabled != 0;
   swallowable_ = configuration.keys;
-  if (!wanted) wantedSince_ = now;
   updateGrabs(now);
 }
 
@@ -207,19 +192,12 @@ bool Filter::wantsGrab() const {
   return enabled_ && available_ && swallowable_ != 0;
 }
 
-/// The earliest moment at which an untouched keyboard may be taken: in a pause of the typing, so
-/// that no key lands between the keyboard's own way and the clone's.
-Moment Filter::grabDue(const Keyboard& keyboard) const {
-  const auto pause = std::min(keyboard.lastEvent + quietTime, wantedSince_ + longestWait);
-  return std::max({keyboard.ready, wantedSince_, pause});
-}
-
 void Filter::updateGrabs(Moment now) {
   if (!queue_.empty()) return;
   for (auto& [id, keyboard] : keyboards_) {
     if (keyboard.physical.any()) continue;
     if (keyboard.grabbed && !wantsGrab()) letGo(id, keyboard);
-    if (keyboard.grabbed || !wantsGrab() || now < grabDue(keyboard)) continue;
+    if (keyboard.grabbed || !wantsGrab() || now < keyboard.ready) continue;
     if (!tryGrab(id, keyboard)) {
       setAvailable(false, now);
       return;
@@ -250,7 +228,6 @@ void Filter::setAvailable(bool available, Moment now) {
   retryAt_ = now + retryTime;
   if (available == available_) return;
   available_ = available;
-  wantedSince_ = now;
   actions_.send(Availability{available ? Listening::possible : Listening::keyboardTaken});
   if (available) {
     updateGrabs(now);
@@ -277,26 +254,20 @@ std::optional<Moment> Filter::nextDeadline() const {
   if (!available_ && !keyboards_.empty()) consider(retryAt_);
   if (wantsGrab() && queue_.empty()) {
     for (const auto& [id, keyboard] : keyboards_) {
-      if (!keyboard.grabbed && keyboard.physical.none()) consider(grabDue(keyboard));
+      if (!keyboard.grabbed && keyboard.physical.none()) consider(keyboard.ready);
     }
   }
   return next;
 }
 
-Modifiers Filter::modifiers() const {
-  constexpr std::array<std::tuple<std::size_t, std::size_t, Modifiers>, 4> keys{{
-      {KEY_LEFTSHIFT, KEY_RIGHTSHIFT, shift},
-      {KEY_LEFTCTRL, KEY_RIGHTCTRL, control},
-      {KEY_LEFTALT, KEY_RIGHTALT, alternate},
-      {KEY_LEFTMETA, KEY_RIGHTMETA, command},
-  }};
-  unsigned held = 0;
-  for (const auto& [id, keyboard] : keyboards_) {
-    for (const auto& [left, right, bit] : keys) {
-      if (keyboard.processed.test(left) || keyboard.processed.test(right)) held |= bit;
-    }
-  }
-  return static_cast<Modifiers>(held);
+bool Filter::modifierIsDown() const {
+  constexpr std::array<std::size_t, 8> modifiers{KEY_LEFTSHIFT, KEY_RIGHTSHIFT, KEY_LEFTCTRL,
+                                                 KEY_RIGHTCTRL, KEY_LEFTALT,    KEY_RIGHTALT,
+                                                 KEY_LEFTMETA,  KEY_RIGHTMETA};
+  return std::ranges::any_of(keyboards_, [&](const auto& entry) {
+    return std::ranges::any_of(modifiers,
+                               [&](std::size_t key) { return entry.second.processed.test(key); });
+  });
 }
 
 }  // namespace vorrin::input_helper

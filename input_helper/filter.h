@@ -37,16 +37,14 @@ struct FilterActions {
 /// Decides what becomes of every event of the physical keyboards, without touching a device: events
 /// and time come in as data. Keyboards are grabbed only while a shortcut can be swallowed, and only
 /// while none of their keys is down; what arrives from a grabbed one goes on to its clone in the
-/// order in which it was made, except for the shortcut presses that the main program claims.
+/// order in which it was made, except for the shortcut presses that the main program claims. It is
+/// asked about those that are pressed without a modifier; locks are none.
 class Filter {
  public:
   /// How long the main program may take for a verdict before the key passes without one.
   static constexpr std::chrono::milliseconds answerLimit{250};
   /// What compositors get to open a new clone before its keyboard is taken from them.
   static constexpr std::chrono::milliseconds startGap{1000};
-  /// A keyboard is taken in a pause of the typing, or after `longestWait` between any two keys.
-  static constexpr std::chrono::milliseconds quietTime{30};
-  static constexpr std::chrono::milliseconds longestWait{1000};
   /// The time between two attempts at a keyboard that another program holds.
   static constexpr std::chrono::milliseconds retryTime{1000};
 
@@ -64,8 +62,7 @@ class Filter {
   void resynchronise(KeyboardId id, const KeySet& keysDown, Moment now);
 
   void configure(const helper_protocol::Configure& configuration, Moment now);
-  /// False for the answer to a question that was never asked.
-  [[nodiscard]] bool answer(const helper_protocol::Verdict& verdict, Moment now);
+  void answer(const helper_protocol::Verdict& verdict, Moment now);
   /// Forgets all keyboards, which were given back already, and that the tap was enabled.
   void removeAll();
 
@@ -84,7 +81,6 @@ class Filter {
     KeySet passed;     ///< down on the clone
     KeySet asked;      ///< down, and the main program was asked about it
     Moment ready;      ///< when the clone can be expected to be open everywhere
-    Moment lastEvent;
     bool grabbed = false;
     Moment grabbedAt;
     Moment ungrabbedAt;  ///< of the last time
@@ -115,8 +111,7 @@ class Filter {
   void probe(Moment now);
   void setAvailable(bool available, Moment now);
   [[nodiscard]] bool wantsGrab() const;
-  [[nodiscard]] Moment grabDue(const Keyboard& keyboard) const;
-  [[nodiscard]] helper_protocol::Modifiers modifiers() const;
+  [[nodiscard]] bool modifierIsDown() const;
 
   FilterActions actions_;
   std::map<KeyboardId, Keyboard> keyboards_;
@@ -125,7 +120,6 @@ class Filter {
   bool enabled_ = false;
   bool available_ = true;
   Moment retryAt_;
-  Moment wantedSince_;
   std::uint32_t nextQuestion_ = 1;
   std::optional<Moment> answerDue_;  ///< set while the front of the queue waits for its verdict
   std::optional<bool> verdict_;      ///< the verdict for the next press of the front frame

@@ -8,18 +8,15 @@ namespace {
 
 constexpr std::array panicChord = {KEY_ESC, KEY_BACKSPACE, KEY_ENTER};
 
-bool isScanCode(const InputEvent& event) {
-  return event.type == EV_MSC && event.code == MSC_SCAN;
-}
-
 }  // namespace
 
 bool isKey(const InputEvent& event) {
   return event.type == EV_KEY && event.code < KEY_CNT;
 }
 
-bool isOutput(const InputEvent& event) {
-  return event.type == EV_LED || event.type == EV_SND || event.type == EV_REP;
+bool goesOn(const InputEvent& event) {
+  return event.type != EV_LED && event.type != EV_SND && event.type != EV_REP &&
+         event.type != EV_MSC;
 }
 
 void followKeys(std::span<const InputEvent> frame, KeySet& keys) {
@@ -41,16 +38,6 @@ Frame difference(const KeySet& before, const KeySet& after) {
 
 bool holdsPanicChord(const KeySet& keys) {
   return std::ranges::all_of(panicChord, [&](int key) { return keys.test(std::size_t(key)); });
-}
-
-void keepEvent(const Frame& frame, std::size_t place, Frame& kept) {
-  const auto& event = frame[place];
-  if (event.type == EV_KEY && place > 0 && isScanCode(frame[place - 1])) {
-    kept.push_back(frame[place - 1]);
-  }
-  const bool isScanCodeOfKey =
-      isScanCode(event) && place + 1 < frame.size() && frame[place + 1].type == EV_KEY;
-  if (!isScanCodeOfKey) kept.push_back(event);
 }
 
 }  // namespace vorrin::input_helper

@@ -27,8 +27,9 @@ enum KeyValue : std::int32_t { released = 0, pressed = 1 };
 /// Whether it is a key or a button that a `KeySet` has a place for.
 bool isKey(const InputEvent& event);
 
-/// Whether it is an LED, a sound or a repeat rate: those travel towards the keyboard.
-bool isOutput(const InputEvent& event);
+/// Whether a clone passes it on. Not what travels towards the keyboard (LEDs, sounds, repeat
+/// rates), nor scan codes, which the kernel would hand back to this program.
+bool goesOn(const InputEvent& event);
 
 /// Has `keys` follow the presses and releases of `frame`.
 void followKeys(std::span<const InputEvent> frame, KeySet& keys);
@@ -38,9 +39,5 @@ Frame difference(const KeySet& before, const KeySet& after);
 
 /// Whether the keys are down that, pressed together, end the helper.
 bool holdsPanicChord(const KeySet& keys);
-
-/// Keeps the event at `place` of `frame` in `kept`. Keyboards tell a key's scan code just before
-/// it; that is kept with its key, or left out with it.
-void keepEvent(const Frame& frame, std::size_t place, Frame& kept);
 
 }  // namespace vorrin::input_helper

@@ -1,6 +1,6 @@
 #include "input_helper/macro_devices.h"
 
-#include <array>
+#include <initializer_list>
 #include <span>
 #include <utility>
 
@@ -9,37 +9,20 @@ namespace {
 
 constexpr int vendor = 0x5652;  // "VR"
 
-Evdev model(const char* name, int product) {
-  Evdev device(libevdev_new());
-  if (!device) return device;
-  libevdev_set_name(device.get(), name);
-  libevdev_set_id_bustype(device.get(), BUS_VIRTUAL);
-  libevdev_set_id_vendor(device.get(), vendor);
-  libevdev_set_id_product(device.get(), product);
-  libevdev_set_id_version(device.get(), 1);
-  return device;
-}
+using Codes = std::initializer_list<unsigned>;
 
-std::optional<MadeDevice> makeKeyboard(Uinput& uinput) {
-  const auto device = model("Vorrin keyboard", 1);
-  if (!device) return std::nullopt;
-  for (unsigned key = helper_protocol::firstDigitKey; key <= helper_protocol::lastDigitKey; ++key) {
-    libevdev_enable_event_code(device.get(), EV_KEY, key, nullptr);
-  }
-  return MadeDevice::create(device.get(), uinput);
-}
-
-/// Axes and further buttons are never used: without them some systems see no mouse here.
-std::optional<MadeDevice> makePointer(Uinput& uinput) {
-  const auto device = model("Vorrin pointer", 2);
-  if (!device) return std::nullopt;
-  for (const unsigned button : std::array<unsigned, 3>{BTN_LEFT, BTN_RIGHT, BTN_MIDDLE}) {
-    libevdev_enable_event_code(device.get(), EV_KEY, button, nullptr);
-  }
-  for (const unsigned axis : std::array<unsigned, 2>{REL_X, REL_Y}) {
-    libevdev_enable_event_code(device.get(), EV_REL, axis, nullptr);
-  }
-  return MadeDevice::create(device.get(), uinput);
+std::optional<MadeDevice> make(Uinput& uinput, const char* name, int product, Codes keys,
+                               Codes axes) {
+  const Evdev model(libevdev_new());
+  if (!model) return std::nullopt;
+  libevdev_set_name(model.get(), name);
+  libevdev_set_id_bustype(model.get(), BUS_VIRTUAL);
+  libevdev_set_id_vendor(model.get(), vendor);
+  libevdev_set_id_product(model.get(), product);
+  libevdev_set_id_version(model.get(), 1);
+  for (const auto key : keys) libevdev_enable_event_code(model.get(), EV_KEY, key, nullptr);
+  for (const auto axis : axes) libevdev_enable_event_code(model.get(), EV_REL, axis, nullptr);
+  return MadeDevice::create(model.get(), uinput);
 }
 
 }  // namespace
@@ -48,8 +31,11 @@ MacroDevices::MacroDevices(MadeDevice keyboard, MadeDevice pointer)
     : keyboard_(std::move(keyboard)), pointer_(std::move(pointer)) {}
 
 std::optional<MacroDevices> MacroDevices::create(Uinput& uinput) {
-  auto keyboard = makeKeyboard(uinput);
-  auto pointer = makePointer(uinput);
+  auto keyboard = make(uinput, "Vorrin keyboard", 1,
+                       {KEY_1, KEY_2, KEY_3, KEY_4, KEY_5, KEY_6, KEY_7, KEY_8, KEY_9, KEY_0}, {});
+  // Axes and further buttons are never used: without them some systems see no mouse here.
+  auto pointer =
+      make(uinput, "Vorrin pointer", 2, {BTN_LEFT, BTN_RIGHT, BTN_MIDDLE}, {REL_X, REL_Y});
   if (!keyboard || !pointer) return std::nullopt;
   return MacroDevices(std::move(*keyboard), std::move(*pointer));
 }

@@ -30,12 +30,13 @@ FileDescriptor openNode(const EventDevice& device) {
   return isIt ? std::move(opened) : FileDescriptor();
 }
 
-/// What the clone must not have: its repeats are the keyboard's own, passed on, and force feedback
-/// would have to be served.
+/// What the clone must not have: its repeats are the keyboard's own, passed on, scan codes are left
+/// out, and force feedback would have to be served.
 Evdev cloneModel(int device) {
   libevdev* model = nullptr;
   if (libevdev_new_from_fd(device, &model) != 0) return nullptr;
   libevdev_disable_event_type(model, EV_REP);
+  libevdev_disable_event_type(model, EV_MSC);
   libevdev_disable_event_type(model, EV_FF);
   return Evdev(model);
 }
@@ -51,7 +52,7 @@ PhysicalKeyboard::PhysicalKeyboard(FileDescriptor device, MadeDevice clone)
     : device_(std::move(device)), clone_(std::move(clone)) {}
 
 std::optional<PhysicalKeyboard> PhysicalKeyboard::open(const EventDevice& device, Uinput& uinput) {
-  if (device.isMadeByProgram()) return std::nullopt;
+  if (device.isMadeByProgram) return std::nullopt;
   auto opened = openNode(device);
   if (!opened.isOpen()) return std::nullopt;
   const Evdev model = cloneModel(opened.get());
@@ -63,7 +64,7 @@ std::optional<PhysicalKeyboard> PhysicalKeyboard::open(const EventDevice& device
   return PhysicalKeyboard(std::move(opened), std::move(*clone));
 }
 
-bool PhysicalKeyboard::read(const Reader& reader) {
+bool PhysicalKeyboard::read(Filter& filter, KeyboardId id) {
   std::array<input_event, 64> events;
   const auto size = ::read(device_.get(), events.data(), sizeof events);
   if (size <= 0) return size < 0 && (errno == EINTR || errno == EAGAIN);
@@ -71,21 +72,26 @@ bool PhysicalKeyboard::read(const Reader& reader) {
     const auto& event = events[i];
     if (event.type == EV_SYN && event.code == SYN_DROPPED) {
       // The frame so far is whole as far as it goes, and everybody else may have seen it.
-      if (!partial_.empty()) reader.frame(std::exchange(partial_, {}), momentOf(event));
+      finishFrame(filter, id, event);
       dropping_ = true;
     } else if (event.type == EV_SYN && event.code == SYN_REPORT) {
       if (std::exchange(dropping_, false)) {
         // Asking for the keys empties the queue of older key events, so nothing comes twice.
         partial_.clear();
-        reader.resynchronised(keysDown());
+        filter.resynchronise(id, keysDown(), std::chrono::steady_clock::now());
         break;
       }
-      if (!partial_.empty()) reader.frame(std::exchange(partial_, {}), momentOf(event));
+      finishFrame(filter, id, event);
     } else if (!dropping_) {
       partial_.push_back({event.type, event.code, event.value});
     }
   }
   return true;
+}
+
+void PhysicalKeyboard::finishFrame(Filter& filter, KeyboardId id, const input_event& last) {
+  if (partial_.empty()) return;
+  filter.receive(id, std::exchange(partial_, {}), momentOf(last), std::chrono::steady_clock::now());
 }
 
 GrabResult PhysicalKeyboard::grab() const {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <optional>
 
 #include "input_helper/device.h"
@@ -16,14 +15,9 @@ class PhysicalKeyboard {
   /// clone can be made.
   static std::optional<PhysicalKeyboard> open(const EventDevice& device, Uinput& uinput);
 
-  /// What reading brought.
-  struct Reader {
-    std::function<void(Frame, Moment)> frame;           ///< with the time the kernel gave it
-    std::function<void(const KeySet&)> resynchronised;  ///< events were lost; these keys are down
-  };
-  /// Reads what there is once; of a long queue something may be left. False when the keyboard is
-  /// gone.
-  [[nodiscard]] bool read(const Reader& reader);
+  /// Reads what there is once, for the filter, which knows the keyboard by `id`; of a long queue
+  /// something may be left. False when the keyboard is gone.
+  [[nodiscard]] bool read(Filter& filter, KeyboardId id);
 
   [[nodiscard]] GrabResult grab() const;
   /// Tells when it took effect, which the kernel makes it do at the beginning of the call.
@@ -39,6 +33,8 @@ class PhysicalKeyboard {
 
  private:
   PhysicalKeyboard(FileDescriptor device, MadeDevice clone);
+  /// Hands on what was read of a frame; `last` has its time.
+  void finishFrame(Filter& filter, KeyboardId id, const input_event& last);
 
   FileDescriptor device_;
   MadeDevice clone_;

@@ -1,6 +1,5 @@
 #include "input_helper/service.h"
 
-#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <utility>
@@ -23,10 +22,6 @@ int refuseCall(sd_bus_message* call, const char* words) {
   return sd_bus_reply_method_errorf(call, "org.vorrin.InputHelper.Error.Refused", "%s", words);
 }
 
-bool mayAsk(sd_bus_message* call) {
-  return sd_bus_message_get_allow_interactive_authorization(call) > 0;
-}
-
 }  // namespace
 
 Service::Service(sd_event* loop, sd_bus* bus, Uinput& uinput, const Grants& grants)
@@ -35,17 +30,12 @@ Service::Service(sd_event* loop, sd_bus* bus, Uinput& uinput, const Grants& gran
       uinput_(uinput),
       grants_(grants),
       tick_(Awaited::timer(loop, Priority::others, [this] { tick(); })) {
-  hearSessions(bus, {.changed = [this](const auto& path,
-                                       const auto& change) { changeSession(path, change); },
-                     .removed =
-                         [this](const auto& path) {
-                           changeSession(path, [](Session& session) { session = Session(); });
-                         },
-                     .sleep =
-                         [this](bool isAsleep) {
-                           isAsleep_ = isAsleep;
-                           followHolder();
-                         }});
+  hearSessions(
+      bus, [this](const auto& path, const auto& change) { changeSession(path, change); },
+      [this](bool isAsleep) {
+        isAsleep_ = isAsleep;
+        followHolder();
+      });
   hearAuthority(bus, [this] { checkAgain(); });
   hearOwners(bus, [this](const std::string& name) { followOwner(name); });
   tick();
@@ -78,9 +68,8 @@ int Service::take(sd_bus_message* call, Wish wish) {
     return refuseCall(call, "only a session in front at the first seat is served");
   }
   const bool isConnect = wish == Wish::connect;
-  if (isConnect && decisionOf(*caller) == Decision::refuse) {
-    return refuseCall(call, "its user took the permission back");
-  }
+  const auto decision = isConnect ? decisionOf(*caller) : Decision::ask;
+  if (decision == Decision::refuse) return refuseCall(call, "its user took the permission back");
   if (isConnect && connection_ && holder_.session->path == session->path) {
     return refuseCall(call, "another program of this session has it");
   }
@@ -90,39 +79,37 @@ int Service::take(sd_bus_message* call, Wish wish) {
   const auto request =
       std::make_shared<Request>(Request{Message(sd_bus_message_ref(call)), wish, *caller});
   requests_[caller->name] = request;
-  authorize(request, false);
+  // What was allowed for good is not asked about.
+  const bool mayAsk = sd_bus_message_get_allow_interactive_authorization(call) > 0;
+  if (mayAsk && decision != Decision::allow) {
+    request->question = "vorrin " + std::to_string(++questions_);
+  }
+  authorize(request);
   return 1;
 }
 
-void Service::authorize(const RequestPointer& request, bool asks) {
-  if (asks) request->question = "vorrin " + std::to_string(++questions_);
+void Service::authorize(const RequestPointer& request) {
   checkAuthorization(
       bus_, request->caller.name, request->wish == Wish::allow ? actions::allow : actions::connect,
       request->question,
-      [this, asks, weak = std::weak_ptr(request)](std::optional<Authorization> authorization) {
+      [this, weak = std::weak_ptr(request)](std::optional<Authorization> authorization) {
         const auto found = weak.lock();
         if (!found) return;
         found->question.clear();
         if (!authorization) return refuse(found, "polkit does not say whether it may");
-        decide(found, *authorization, asks);
+        decide(found, *authorization);
       });
 }
 
-void Service::decide(const RequestPointer& request, const Authorization& authorization,
-                     bool wasAsked) {
+void Service::decide(const RequestPointer& request, const Authorization& authorization) {
   const bool isConnect = request->wish == Wish::connect;
   const bool isAllowed = isConnect && decisionOf(request->caller) == Decision::allow;
-  if (authorization.isGiven || (authorization.wouldTakePassword && isAllowed)) {
-    if (isConnect) return connect(request, isAllowed || !authorization.isTemporary);
-    store(request->call.get(), request->caller, Decision::allow);
-    return forget(request);
+  if (!authorization.isGiven && !(authorization.wouldTakePassword && isAllowed)) {
+    return refuse(request, "the permission was not given");
   }
-  const bool couldAsk = authorization.wouldTakePassword && mayAsk(request->call.get());
-  if (wasAsked || !couldAsk) return refuse(request, "the permission was not given");
-  if (isAskedIn(*request->caller.session)) {
-    return refuse(request, "the user is being asked already");
-  }
-  authorize(request, true);
+  if (isConnect) return connect(request, isAllowed || !authorization.isTemporary);
+  store(request->call.get(), request->caller, Decision::allow);
+  forget(request);
 }
 
 void Service::connect(const RequestPointer& request, bool isStanding) {
@@ -133,9 +120,9 @@ void Service::connect(const RequestPointer& request, bool isStanding) {
                       [this] { tick_.setTime(std::chrono::steady_clock::now()); });
   holder_ = request->caller;
   isStanding_ = isStanding;
-  followHolder();
   sd_bus_reply_method_return(request->call.get(), "h", ends->first.get());
   forget(request);
+  followHolder();
 }
 
 void Service::takeBack(const Caller& caller) {
@@ -167,13 +154,6 @@ void Service::forget(const RequestPointer& request) {
 
 Decision Service::decisionOf(const Caller& caller) const {
   return grants_.of(caller.user, caller.session->userName);
-}
-
-bool Service::isAskedIn(const Session& session) const {
-  return std::ranges::any_of(requests_, [&](const auto& entry) {
-    const auto& [call, wish, caller, question] = *entry.second;
-    return !question.empty() && caller.session->path == session.path;
-  });
 }
 
 void Service::checkAgain() {
@@ -234,7 +214,8 @@ int takeCall(sd_bus_message* call, void* service, sd_bus_error*) {
 
 constexpr sd_bus_vtable methods[] = {
     SD_BUS_VTABLE_START(0),
-    SD_BUS_METHOD("Connect", "", "h", takeCall<Service::Wish::connect>, SD_BUS_VTABLE_UNPRIVILEGED),
+    SD_BUS_METHOD(helper_protocol::connectMethod, "", "h", takeCall<Service::Wish::connect>,
+                  SD_BUS_VTABLE_UNPRIVILEGED),
     SD_BUS_METHOD("AllowForGood", "", "", takeCall<Service::Wish::allow>,
                   SD_BUS_VTABLE_UNPRIVILEGED),
     SD_BUS_METHOD("AskEveryTime", "", "", takeCall<Service::Wish::askEveryTime>,

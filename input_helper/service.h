@@ -33,19 +33,18 @@ class Service {
     Message call;
     Wish wish;
     Caller caller;
-    std::string question{};  ///< the name of an open question to the user
+    std::string question{};  ///< the name of a check that may ask the user; empty for others
   };
   using RequestPointer = std::shared_ptr<Request>;
 
-  void authorize(const RequestPointer& request, bool asks);
-  void decide(const RequestPointer& request, const Authorization& authorization, bool wasAsked);
+  void authorize(const RequestPointer& request);
+  void decide(const RequestPointer& request, const Authorization& authorization);
   void connect(const RequestPointer& request, bool isStanding);
   void takeBack(const Caller& caller);
   int store(sd_bus_message* call, const Caller& caller, Decision decision);
   void refuse(const RequestPointer& request, const char* words);
   void forget(const RequestPointer& request);
   [[nodiscard]] Decision decisionOf(const Caller& caller) const;
-  [[nodiscard]] bool isAskedIn(const Session& session) const;
 
   void checkAgain();
   void changeSession(const std::string& path, const std::function<void(Session&)>& change);

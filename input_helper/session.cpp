@@ -44,14 +44,14 @@ std::string pathIn(const Message& reply) {
 
 bool readFlag(sd_bus_message* message, bool& flag) {
   int value = 0;
-  if (!readVariant(message, "b", value)) return false;
+  if (sd_bus_message_read(message, "v", "b", &value) < 0) return false;
   flag = value != 0;
   return true;
 }
 
 bool readText(sd_bus_message* message, std::string& text) {
   const char* value = nullptr;
-  if (!readVariant(message, "s", value)) return false;
+  if (sd_bus_message_read(message, "v", "s", &value) < 0) return false;
   text = value;
   return true;
 }
@@ -126,11 +126,12 @@ std::optional<Caller> findCaller(sd_bus_message* message) {
   return caller;
 }
 
-void hearSessions(sd_bus* bus, SessionNews news) {
+void hearSessions(sd_bus* bus,
+                  std::function<void(const std::string& path, const SessionChange& change)> changed,
+                  std::function<void(bool isAsleep)> sleep) {
   const std::string from = std::string("sender='") + loginManagerName + "',";
-  const auto ofSession = from + "interface='" + sessionInterface + "',member=";
   hear(bus, from + "interface='" + propertiesInterface + "',member='PropertiesChanged'",
-       [changed = news.changed](sd_bus_message* signal) {
+       [changed](sd_bus_message* signal) {
          changed(sd_bus_message_get_path(signal), [=](Session& session) {
            const char* interface = nullptr;
            sd_bus_message_rewind(signal, 1);
@@ -141,20 +142,19 @@ void hearSessions(sd_bus* bus, SessionNews news) {
            if (!session.read(signal)) session.isInFront = false;
          });
        });
-  hear(bus, ofSession + "'Lock'", [changed = news.changed](sd_bus_message* signal) {
+  hear(bus, from + "interface='" + sessionInterface + "'", [changed](sd_bus_message* signal) {
+    const bool isLock = sd_bus_message_is_signal(signal, nullptr, "Lock") > 0;
+    if (!isLock && sd_bus_message_is_signal(signal, nullptr, "Unlock") <= 0) return;
     changed(sd_bus_message_get_path(signal),
-            [](Session& session) { session.wasAskedToLock = true; });
+            [isLock](Session& session) { session.wasAskedToLock = isLock; });
   });
-  hear(bus, ofSession + "'Unlock'", [changed = news.changed](sd_bus_message* signal) {
-    changed(sd_bus_message_get_path(signal),
-            [](Session& session) { session.wasAskedToLock = false; });
-  });
-  hear(bus, from + "member='SessionRemoved'", [removed = news.removed](sd_bus_message* signal) {
+  hear(bus, from + "member='SessionRemoved'", [changed](sd_bus_message* signal) {
     const char* id = nullptr;
     const char* path = nullptr;
-    if (sd_bus_message_read(signal, "so", &id, &path) > 0) removed(path);
+    if (sd_bus_message_read(signal, "so", &id, &path) > 0)
+      changed(path, [](Session& session) { session = Session(); });
   });
-  hear(bus, from + "member='PrepareForSleep'", [sleep = news.sleep](sd_bus_message* signal) {
+  hear(bus, from + "member='PrepareForSleep'", [sleep = std::move(sleep)](sd_bus_message* signal) {
     int isAsleep = 0;
     if (sd_bus_message_read(signal, "b", &isAsleep) > 0) sleep(isAsleep != 0);
   });

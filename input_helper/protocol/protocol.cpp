@@ -11,11 +11,6 @@ namespace {
 using Place = std::uint16_t;
 
 constexpr ShortcutSet allShortcuts = (1U << shortcutKeys.size()) - 1;
-constexpr Modifiers allModifiers = shift | control | alternate | command;
-
-bool isSound(const Hello& hello) {
-  return hello.magicNumber == magic;
-}
 
 bool isSound(const Configure& configure) {
   return configure.enabled <= 1 && configure.keys <= allShortcuts;
@@ -30,32 +25,15 @@ bool isSound(const PostedKey& posted) {
 }
 
 bool isSound(const Post& post) {
-  if (post.count > maximumPosts) return false;
-  const auto rest = post.keys.begin() + post.count;
-  return std::all_of(post.keys.begin(), rest, [](const auto& key) { return isSound(key); }) &&
-         std::all_of(rest, post.keys.end(), [](const auto& key) { return key == PostedKey{}; });
+  return post.count <= maximumPosts &&
+         std::ranges::all_of(std::span(post.keys).first(post.count),
+                             [](const auto& key) { return isSound(key); });
 }
 
-bool isSound(const Availability& availability) {
-  return availability.listening >= Listening::possible &&
-         availability.listening <= Listening::sessionAway;
-}
-
-bool isSound(const Question& question) {
-  return isShortcutKey(question.key) && question.modifiers <= allModifiers;
-}
-
-bool isSound(const KeyMoved& moved) {
-  return (moved.key == escapeKey || isShortcutKey(moved.key)) && moved.modifiers <= allModifiers &&
-         moved.down <= 1 && moved.repeated <= 1;
-}
-
-bool isSound(const Disabled&) {
+/// What the helper says is believed: it may do more than whom it says it to.
+template <class Message>
+bool isSound(const Message&) {
   return true;
-}
-
-bool isSound(const Ending& ending) {
-  return ending.reason >= EndReason::panicChord && ending.reason <= EndReason::replaced;
 }
 
 template <class Messages>
@@ -116,6 +94,21 @@ bool isDigitKey(std::uint16_t key) {
 ShortcutSet shortcutSet(std::uint16_t key) {
   const auto place = std::ranges::find(shortcutKeys, key) - shortcutKeys.begin();
   return static_cast<ShortcutSet>(1U << place & allShortcuts);
+}
+
+const char* describe(EndReason reason) {
+  switch (reason) {
+    case EndReason::panicChord:
+      return "the input helper let go at Escape, Backspace and Enter; choose “Retry connection” to "
+             "have it back";
+    case EndReason::revoked:
+      return "the permission to use the keyboards does not hold any more";
+    case EndReason::noDevices:
+      return "the system makes no input devices: /dev/uinput is missing or closed";
+    case EndReason::replaced:
+      return "another user's session is in front";
+  }
+  return "";
 }
 
 Packet encode(const ToHelper& message) {

@@ -12,17 +12,18 @@
 /// one machine, so numbers are in its byte order.
 ///
 /// A packet is two bytes, the place of the message in `ToHelper` or `FromHelper`, and then the
-/// message itself, which has no padding. So a message has one form only. Anything else is a
-/// violation: the end that reads it closes the connection, and the helper gives every device back.
+/// message itself, which has no padding. So a message has one form only. Anything of another
+/// length, and to the helper any field out of its bounds, is a violation: the end that reads it
+/// closes the connection, and the helper gives every device back.
 ///
-/// The main program begins with `Hello`; the helper answers `Hello`, then `Availability`. Either
-/// end refuses a `version` other than its own, a second `Hello`, and any message before the first.
+/// The helper begins, with `Availability`. Whenever a message changes, `connectMethod` does, so
+/// that ends of different versions never meet.
 ///
 /// Keys have the kernel's numbers (input-event-codes.h). Flags are 0 or 1.
 namespace vorrin::helper_protocol {
 
-inline constexpr std::uint32_t magic = 0x4E525256;  // "VRRN"
-inline constexpr std::uint32_t version = 1;
+/// The method of the helper on the bus that hands back the main program's end of the socket.
+inline constexpr const char* connectMethod = "Connect";
 
 /// Backtick, Tab, F6 to F9: the only keys, Escape apart, that ever leave the helper.
 inline constexpr std::array<std::uint16_t, 6> shortcutKeys = {41, 15, 64, 65, 66, 67};
@@ -39,17 +40,6 @@ using ShortcutSet = std::uint8_t;
 /// The set of this key alone; empty when it is no shortcut key.
 ShortcutSet shortcutSet(std::uint16_t key);
 
-/// Bits of what was held down when a key moved.
-using Modifiers = std::uint16_t;
-enum : Modifiers { shift = 1, control = 2, alternate = 4, command = 8 };
-
-/// Both ways: the first message of either end.
-struct Hello {
-  std::uint32_t magicNumber = magic;
-  std::uint32_t version = helper_protocol::version;
-  bool operator==(const Hello&) const = default;
-};
-
 /// To the helper: whether the tap is enabled, and which keys may be swallowed.
 struct Configure {
   std::uint8_t enabled = 0;
@@ -57,7 +47,7 @@ struct Configure {
   bool operator==(const Configure&) const = default;
 };
 
-/// To the helper: the answer to the `Question` of the same number.
+/// To the helper: the answer to the question of the same number; any other is ignored.
 struct Verdict {
   std::uint32_t question = 0;
   std::uint32_t swallow = 0;
@@ -72,8 +62,7 @@ struct PostedKey {
 };
 inline constexpr std::size_t maximumPosts = 8;
 
-/// To the helper: the first `count` are made, in order, each in a frame of its own. The others stay
-/// zero.
+/// To the helper: the first `count` are made, in order, each in a frame of its own.
 struct Post {
   std::uint8_t count = 0;
   std::array<PostedKey, maximumPosts> keys{};
@@ -92,18 +81,11 @@ struct Availability {
   bool operator==(const Availability&) const = default;
 };
 
-/// From the helper: a shortcut key went down and waits for its verdict.
-struct Question {
-  std::uint32_t number = 0;
-  std::uint16_t key = 0;
-  Modifiers modifiers = 0;
-  bool operator==(const Question&) const = default;
-};
-
-/// From the helper: Escape moved, or a shortcut key that was asked about repeats or came up again.
+/// From the helper: Escape moved, or a shortcut key went down without a modifier and waits for its
+/// verdict, or one that was asked about repeats or came up again.
 struct KeyMoved {
+  std::uint32_t question = 0;  ///< the number that the verdict is to have; 0: none is needed
   std::uint16_t key = 0;
-  Modifiers modifiers = 0;
   std::uint8_t down = 0;
   std::uint8_t repeated = 0;  ///< the keyboard's own doing, while the key stays down
   bool operator==(const KeyMoved&) const = default;
@@ -122,6 +104,8 @@ enum class EndReason : std::uint8_t {
   noDevices = 3,   ///< the system makes no input devices
   replaced = 4,    ///< another session is in front and wants the keyboards
 };
+/// The reason in words, for a log.
+const char* describe(EndReason reason);
 
 /// From the helper: its last message.
 struct Ending {
@@ -129,8 +113,8 @@ struct Ending {
   bool operator==(const Ending&) const = default;
 };
 
-using ToHelper = std::variant<Hello, Configure, Verdict, Post>;
-using FromHelper = std::variant<Hello, Availability, Question, KeyMoved, Disabled, Ending>;
+using ToHelper = std::variant<Configure, Verdict, Post>;
+using FromHelper = std::variant<Availability, KeyMoved, Disabled, Ending>;
 
 /// One message in the form in which it travels. Never on the heap: posting must not allocate.
 struct Packet {

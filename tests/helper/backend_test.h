@@ -81,7 +81,7 @@ class BackendTest : public testing::Test {
   helper_protocol::ToHelper nextHeard() {
     std::vector<helper_protocol::ToHelper> heard;
     EXPECT_TRUE(until([&] { return !(heard = helper.heard()).empty(); }));
-    return heard.empty() ? helper_protocol::ToHelper(helper_protocol::Hello{}) : heard.back();
+    return heard.empty() ? helper_protocol::ToHelper() : heard.back();
   }
 
   /// Whether the helper is left, with this word in the log, and not started again by itself.

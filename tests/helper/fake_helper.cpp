@@ -8,41 +8,37 @@ namespace vorrin::helper {
 
 using namespace helper_protocol;
 
-HelperService FakeHelper::service() {
-  return {.connect =
-              [this](QObject&, bool mayAsk, std::function<void(Connected)> answered) {
-                calls_.emplace_back(mayAsk ? "ask" : "connect");
-                pending_ = [this, mayAsk, answered] { answered(connect(mayAsk)); };
-                if (!isSilent) answer();
-              },
-          .decide =
-              [this](QObject&, const char* wish, std::function<void(bool)> answered) {
-                calls_.emplace_back(wish);
-                answered(true);
-              }};
+CallHelper FakeHelper::service() {
+  return [this](QObject&, const std::string& method, bool mayAsk,
+                const std::function<void(Reply)>& answered) {
+    const bool isConnect = method == connectMethod;
+    calls_.push_back(!isConnect ? method : mayAsk ? "ask" : "connect");
+    if (!isConnect) return answered({});
+    pending_ = [this, mayAsk, answered] { answered(connect(mayAsk)); };
+    if (!isSilent) answer();
+  };
 }
 
-Connected FakeHelper::connect(bool mayAsk) {
-  if (!isAllowed) return {{}, mayAsk ? "asked in vain" : "not allowed"};
+Reply FakeHelper::connect(bool mayAsk) {
+  if (!isAllowed) return {mayAsk ? "asked in vain" : "not allowed", {}};
   auto ends = makeSocketPair();
   connection_ = isGone ? FileDescriptor() : std::move(ends->second);
-  return {std::move(ends->first), {}};
+  return {{}, std::move(ends->first)};
+}
+
+std::string bytesOf(const FromHelper& message) {
+  const auto packet = encode(message);
+  return {reinterpret_cast<const char*>(packet.bytes.data()), packet.size};
 }
 
 void FakeHelper::say(const FromHelper& message) {
-  const auto packet = encode(message);
-  sayBytes({reinterpret_cast<const char*>(packet.bytes.data()), packet.size});
+  sayBytes(bytesOf(message));
 }
 
 void FakeHelper::sayBytes(const std::string& bytes) {
   // An end that is closed already is what some tests wait for.
   [[maybe_unused]] const auto sent =
       ::send(connection_.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL);
-}
-
-void FakeHelper::serve(Listening listening) {
-  say(Hello{});
-  say(Availability{listening});
 }
 
 std::vector<ToHelper> FakeHelper::heard() {

@@ -9,6 +9,9 @@
 
 namespace vorrin::helper {
 
+/// The packet that the message travels as.
+std::string bytesOf(const helper_protocol::FromHelper& message);
+
 /// The other end of a backend's connection: a helper that does as a test says.
 class FakeHelper {
  public:
@@ -17,7 +20,7 @@ class FakeHelper {
   bool isGone = false;    ///< it ends before it serves
 
   /// What the backend reaches instead of the system bus.
-  HelperService service();
+  CallHelper service();
 
   /// A word for each call: "connect", "ask" (where a question may be asked), or the wish.
   [[nodiscard]] const std::vector<std::string>& calls() const { return calls_; }
@@ -25,8 +28,8 @@ class FakeHelper {
 
   void say(const helper_protocol::FromHelper& message);
   void sayBytes(const std::string& bytes);
-  /// Says hello and whether the keyboards can be held.
-  void serve(helper_protocol::Listening listening = helper_protocol::Listening::possible);
+  /// Says that the keyboards can be held.
+  void serve() { say(helper_protocol::Availability{}); }
   void hangUp() { connection_ = {}; }
 
   /// All that the backend said by now.
@@ -35,7 +38,7 @@ class FakeHelper {
   bool isLeft();
 
  private:
-  Connected connect(bool mayAsk);
+  Reply connect(bool mayAsk);
 
   FileDescriptor connection_;
   std::vector<std::string> calls_;

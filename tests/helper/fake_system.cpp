@@ -113,7 +113,10 @@ int check(sd_bus_message* call, void* system, sd_bus_error*) {
   if (!self(system).authorization) {
     return sd_bus_reply_method_errorf(call, "org.freedesktop.PolicyKit1.Error.Failed", "no");
   }
-  if (flags == 0) return replyAuthorization(call, *self(system).authorization);
+  const auto& authorization = *self(system).authorization;
+  if (flags == 0 || authorization.isGiven || !authorization.wouldTakePassword) {
+    return replyAuthorization(call, authorization);
+  }
   self(system).questions_.emplace_back(action);
   self(system).question = sd_bus_message_ref(call);
   return 1;

@@ -65,9 +65,9 @@ class FilterTest : public testing::Test {
   void press(int code, KeyboardId id = board) { receive({key(code, 1)}, id); }
   void release(int code, KeyboardId id = board) { receive({key(code, 0)}, id); }
 
-  bool answer(bool swallow) {
-    const auto question = std::get<helper_protocol::Question>(sent.back());
-    return filter.answer({question.number, swallow}, now);
+  void answer(bool swallow) {
+    const auto asked = std::get<helper_protocol::KeyMoved>(sent.back());
+    filter.answer({asked.question, swallow}, now);
   }
 
   void forget() {

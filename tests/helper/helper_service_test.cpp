@@ -53,7 +53,8 @@ TEST(HelperService, a_helper_that_ends_as_it_is_called_is_called_again_with_the_
   EndingHelper helper(address);
   QObject receiver;
   std::optional<bool> isDone;
-  helperOnSystemBus().decide(receiver, "TakeBack", [&](bool done) { isDone = done; });
+  callHelper(receiver, "TakeBack", true,
+             [&](const Reply& reply) { isDone = reply.refusal.empty(); });
   ASSERT_TRUE(until([&] { return isDone.has_value(); }));
   EXPECT_TRUE(*isDone);
   EXPECT_EQ(helper.mayAsk, std::vector({true, true}));

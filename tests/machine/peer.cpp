@@ -9,10 +9,6 @@ namespace vorrin::machine {
 
 using namespace helper_protocol;
 
-Peer::Peer(FileDescriptor connection, bool greet) : connection_(std::move(connection)) {
-  if (greet) say(Hello{});
-}
-
 void Peer::listen() {
   Packet packet;
   while (connection_.isOpen() && !isLeft_) {
@@ -23,9 +19,9 @@ void Peer::listen() {
     const auto message = decodeFromHelper(packet.view());
     if (!message) std::abort();
     said_.push_back(*message);
-    const auto* question = std::get_if<Question>(&*message);
-    if (question == nullptr) continue;
-    if (const auto swallow = verdict(*question)) say(Verdict{question->number, *swallow});
+    const auto* moved = std::get_if<KeyMoved>(&*message);
+    if (moved == nullptr || moved->question == 0) continue;
+    if (const auto swallow = verdict(*moved)) say(Verdict{moved->question, *swallow});
   }
 }
 

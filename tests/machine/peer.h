@@ -3,6 +3,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "input_helper/protocol/packet_socket.h"
@@ -12,12 +13,11 @@ namespace vorrin::machine {
 /// A main program's end of a connection to the helper, with the test as the main program.
 class Peer {
  public:
-  /// `greet` says hello as the main program does.
-  explicit Peer(FileDescriptor connection, bool greet = true);
+  explicit Peer(FileDescriptor connection) : connection_(std::move(connection)) {}
 
   /// What to answer a question with; nothing leaves it open.
-  std::function<std::optional<bool>(const helper_protocol::Question&)> verdict =
-      [](const helper_protocol::Question&) { return true; };
+  std::function<std::optional<bool>(const helper_protocol::KeyMoved&)> verdict =
+      [](const helper_protocol::KeyMoved&) { return true; };
 
   /// Reads what the helper said, answering questions.
   void listen();

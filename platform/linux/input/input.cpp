@@ -8,25 +8,21 @@
 #include "platform/linux/input/helper/backend.h"
 #include "platform/linux/input/input_backend.h"
 #include "platform/linux/input/input_way.h"
-#include "platform/linux/input/x11/backend.h"
+#include "platform/linux/input/x11/tap.h"
 
 namespace vorrin {
 
 namespace {
 
-using Backend = std::variant<x11::Backend, helper::Backend>;
-
-Backend& backend() {
-  static Backend backend = inputWay() == InputWay::x11
-                               ? Backend(std::in_place_type<x11::Backend>)
-                               : Backend(std::in_place_type<helper::Backend>);
-  return backend;
-}
+/// What is posted on an X server goes over the connection of the tap.
+std::weak_ptr<x11::Tap> x11Tap;
 
 }  // namespace
 
 helper::Backend* helperBackend() {
-  return std::get_if<helper::Backend>(&backend());
+  static const auto backend =
+      inputWay() == InputWay::helper ? std::make_unique<helper::Backend>() : nullptr;
+  return backend.get();
 }
 
 struct EventTap::Native {
@@ -37,13 +33,16 @@ EventTap::EventTap(std::shared_ptr<Native> native) : native_(std::move(native)) 
 
 std::optional<EventTap> EventTap::create(std::uint64_t mask, Callback callback,
                                          std::function<void()> invalidated) {
-  return std::visit(
-      [&](auto& way) -> std::optional<EventTap> {
-        auto tap = way.createTap(mask, callback, std::move(invalidated));
-        if (!tap) return std::nullopt;
-        return EventTap(std::shared_ptr<Native>(new Native{std::move(tap)}));
-      },
-      backend());
+  const auto made = [](auto tap) {
+    return tap ? std::optional(EventTap(std::shared_ptr<Native>(new Native{std::move(tap)})))
+               : std::nullopt;
+  };
+  if (auto* const helper = helperBackend()) {
+    return made(helper->createTap(mask, callback, std::move(invalidated)));
+  }
+  std::shared_ptr<x11::Tap> tap = x11::Tap::create(mask, callback, std::move(invalidated));
+  x11Tap = tap;
+  return made(std::move(tap));
 }
 
 void EventTap::addToMainRunLoop() const {
@@ -62,12 +61,14 @@ bool EventTap::canClaim(std::span<const std::uint16_t> keyCodes) const {
   return std::visit([=](const auto& tap) { return tap->canClaim(keyCodes); }, native_->tap);
 }
 
+/// Clicks happen at the pointer wherever it is, so the numbers stay 0.
 std::optional<PointerLocation> pointerLocation() {
-  return std::visit([](auto& way) { return way.pointerLocation(); }, backend());
+  return PointerLocation{};
 }
 
 void postEvents(std::span<const SyntheticEvent> events) {
-  std::visit([=](auto& way) { way.post(events); }, backend());
+  if (const auto* const helper = helperBackend()) return helper->post(events);
+  if (const auto tap = x11Tap.lock()) tap->post(events);
 }
 
 bool isProcessTrusted() {

@@ -12,22 +12,20 @@ std::string_view variable(const char* name) {
 }
 
 const InputChoice& presentChoice() {
-  static const InputChoice choice = chooseInput({.wish = variable("VORRIN_INPUT"),
-                                                 .sessionType = variable("XDG_SESSION_TYPE"),
-                                                 .wayland = variable("WAYLAND_DISPLAY"),
-                                                 .display = variable("DISPLAY")});
+  static const InputChoice choice = chooseInput();
   return choice;
 }
 
 }  // namespace
 
-InputChoice chooseInput(const InputEnvironment& environment) {
-  if (environment.wish == "x11") return {InputWay::x11, "VORRIN_INPUT says so"};
-  if (environment.wish == "helper") return {InputWay::helper, "VORRIN_INPUT says so"};
-  if (!environment.wayland.empty() || environment.sessionType == "wayland") {
+InputChoice chooseInput() {
+  const auto wish = variable("VORRIN_INPUT");
+  if (wish == "x11") return {InputWay::x11, "VORRIN_INPUT says so"};
+  if (wish == "helper") return {InputWay::helper, "VORRIN_INPUT says so"};
+  if (!variable("WAYLAND_DISPLAY").empty() || variable("XDG_SESSION_TYPE") == "wayland") {
     return {InputWay::helper, "this is a Wayland session"};
   }
-  if (!environment.display.empty()) return {InputWay::x11, "this is an X11 session"};
+  if (!variable("DISPLAY").empty()) return {InputWay::x11, "this is an X11 session"};
   return {InputWay::helper, "there is neither an X server nor a Wayland compositor"};
 }
 

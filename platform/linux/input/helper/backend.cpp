@@ -25,34 +25,13 @@ void log(const std::string& line) {
 }
 
 std::optional<PostedKey> postedKey(const SyntheticEvent& event) {
-  switch (event.type) {
-    case EventType::leftMouseDown:
-    case EventType::leftMouseUp:
-      return PostedKey{0, event.type == EventType::leftMouseDown};
-    case EventType::keyDown:
-    case EventType::keyUp: {
-      const auto key = evdevCode(event.keyCode);
-      if (!key || !isDigitKey(*key)) return std::nullopt;
-      return PostedKey{static_cast<std::uint8_t>(*key), event.type == EventType::keyDown};
-    }
-    default:
-      return std::nullopt;
-  }
-}
-
-const char* describe(EndReason reason) {
-  switch (reason) {
-    case EndReason::panicChord:
-      return "the input helper let go at Escape, Backspace and Enter; choose “Retry connection” to "
-             "have it back";
-    case EndReason::revoked:
-      return "the permission to use the keyboards does not hold any more";
-    case EndReason::noDevices:
-      return "the system makes no input devices: /dev/uinput is missing or closed";
-    case EndReason::replaced:
-      return "another user's session is in front";
-  }
-  return "";
+  const bool down = event.type == EventType::keyDown || event.type == EventType::leftMouseDown;
+  const bool isButton =
+      event.type == EventType::leftMouseUp || event.type == EventType::leftMouseDown;
+  if (isButton) return PostedKey{0, down};
+  const auto key = evdevCode(event.keyCode);
+  if (!key || !isDigitKey(*key)) return std::nullopt;
+  return PostedKey{static_cast<std::uint8_t>(*key), down};
 }
 
 /// Not deleted at once: it may be telling of the very message that ends the connection.
@@ -63,8 +42,7 @@ void deleteLater(QSocketNotifier* notifier) {
 
 }  // namespace
 
-Backend::Backend(HelperService service)
-    : service_(std::move(service)), notifier_(nullptr, deleteLater) {
+Backend::Backend(CallHelper call) : call_(std::move(call)), notifier_(nullptr, deleteLater) {
   QObject::connect(&everySecond_, &QTimer::timeout, &context_, [this] { lookAgain(); });
 }
 
@@ -94,14 +72,14 @@ void Backend::reach() {
   if (socket_.isOpen() || isReaching_) return;
   isReaching_ = true;
   const bool asks = std::exchange(mayAsk_, false);
-  service_.connect(context_, asks, [this](Connected connected) { take(std::move(connected)); });
+  call_(context_, connectMethod, asks, [this](Reply reply) { take(std::move(reply)); });
 }
 
-void Backend::take(Connected connected) {
+void Backend::take(Reply reply) {
   isReaching_ = false;
   if (!isWanted_) return;
-  if (!connected.socket.isOpen()) {
-    if (std::exchange(refusal_, connected.refusal) != connected.refusal) {
+  if (!reply.socket.isOpen()) {
+    if (std::exchange(refusal_, reply.refusal) != reply.refusal) {
       log("no input helper: " + refusal_);
     }
     // The user wished for it while it was being asked without a question.
@@ -109,10 +87,9 @@ void Backend::take(Connected connected) {
     return;
   }
   refusal_.clear();
-  socket_ = std::move(connected.socket);
+  socket_ = std::move(reply.socket);
   notifier_.reset(new QSocketNotifier(socket_.get(), QSocketNotifier::Read));
   QObject::connect(notifier_.get(), &QSocketNotifier::activated, &context_, [this] { read(); });
-  if (!send(Hello{})) lose();
 }
 
 void Backend::read() {
@@ -123,26 +100,24 @@ void Backend::read() {
     if (received == Received::nothing) return;
     if (received == Received::end) return lose();
     const auto message = decodeFromHelper(packet.view());
-    if (!message) return leave("said something that has no meaning");
+    if (!message) {
+      log("the input helper said something that has no meaning; the connection is closed");
+      // It will be the same the next time.
+      isWanted_ = false;
+      return lose();
+    }
     receive(*message);
   }
 }
 
 void Backend::receive(const FromHelper& message) {
-  const auto* const hello = std::get_if<Hello>(&message);
-  // The hello comes first, and once.
-  if ((hello != nullptr) == isGreeted_) return leave("said something that has no place");
-  if (hello != nullptr) {
-    isGreeted_ = true;
-    if (hello->version != helper_protocol::version) leave("is of another version");
-  } else if (const auto* availability = std::get_if<Availability>(&message)) {
+  if (const auto* availability = std::get_if<Availability>(&message)) {
     listen(availability->listening);
-  } else if (const auto* question = std::get_if<Question>(&message)) {
-    answer(*question);
+  } else if (const auto* moved = std::get_if<KeyMoved>(&message)) {
+    tell(*moved);
   } else if (const auto* ending = std::get_if<Ending>(&message)) {
     followEnd(ending->reason);
   } else if (const auto tap = tap_.lock()) {
-    if (const auto* moved = std::get_if<KeyMoved>(&message)) return tap->tell(*moved);
     log("a shortcut passed, because Vorrin did not answer in time; both macros are off");
     tap->tellDisabled();
   }
@@ -157,11 +132,12 @@ void Backend::listen(Listening listening) {
   if (const auto tap = tap_.lock()) tap->invalidate();
 }
 
-void Backend::answer(const Question& question) {
+void Backend::tell(const KeyMoved& moved) {
   const auto tap = tap_.lock();
-  const bool swallow = tap && tap->decide(question);
+  const bool swallow = tap && tap->tell(moved) == TapVerdict::swallow;
+  if (moved.question == 0) return;
   // The callback may have ended the connection.
-  if (socket_.isOpen() && !send(Verdict{question.number, swallow})) lose();
+  if (socket_.isOpen() && !send(Verdict{moved.question, swallow})) lose();
 }
 
 void Backend::followEnd(EndReason reason) {
@@ -171,36 +147,28 @@ void Backend::followEnd(EndReason reason) {
   lose();
 }
 
-/// A helper that cannot be talked to will be the same the next time.
-void Backend::leave(const char* why) {
-  log(std::string("the input helper ") + why + "; the connection is closed");
-  isWanted_ = false;
-  lose();
-}
-
 void Backend::lose() {
   notifier_.reset();
   socket_ = {};
-  isGreeted_ = false;
   listening_.reset();
   if (const auto tap = tap_.lock()) tap->invalidate();
 }
 
 void Backend::allowForGood() {
-  service_.decide(context_, "AllowForGood", [this](bool done) {
-    if (done) isTrustedWithPrompt();
+  call_(context_, "AllowForGood", true, [this](const Reply& reply) {
+    if (reply.refusal.empty()) isTrustedWithPrompt();
   });
 }
 
 void Backend::askEveryTime() {
-  service_.decide(context_, "AskEveryTime", [](bool) {});
+  call_(context_, "AskEveryTime", true, [](const Reply&) {});
 }
 
 void Backend::takeBack() {
   isWanted_ = false;
   lose();
-  service_.decide(context_, "TakeBack", [](bool done) {
-    if (!done) log("the permission could not be taken back");
+  call_(context_, "TakeBack", true, [](const Reply& reply) {
+    if (!reply.refusal.empty()) log("the permission could not be taken back");
   });
 }
 

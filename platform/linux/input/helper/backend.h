@@ -23,7 +23,7 @@ namespace vorrin::helper {
 /// waits.
 class Backend {
  public:
-  explicit Backend(HelperService service = helperOnSystemBus());
+  explicit Backend(CallHelper call = callHelper);
   Backend(const Backend&) = delete;
   Backend& operator=(const Backend&) = delete;
   ~Backend();
@@ -44,32 +44,27 @@ class Backend {
   std::shared_ptr<Tap> createTap(std::uint64_t mask, EventTap::Callback callback,
                                  std::function<void()> invalidated);
 
-  /// Clicks happen at the pointer wherever it is, so the numbers stay 0.
-  static std::optional<PointerLocation> pointerLocation() { return PointerLocation{}; }
-
   /// What the helper is too far behind to take is left out.
   void post(std::span<const SyntheticEvent> events) const;
 
  private:
   void lookAgain();
   void reach();
-  void take(Connected connected);
+  void take(Reply reply);
   void read();
   void receive(const helper_protocol::FromHelper& message);
   void listen(helper_protocol::Listening listening);
-  void answer(const helper_protocol::Question& question);
+  void tell(const helper_protocol::KeyMoved& moved);
   void followEnd(helper_protocol::EndReason reason);
   void configure(const helper_protocol::Configure& configuration);
   [[nodiscard]] bool send(const helper_protocol::ToHelper& message) const;
   void lose();
-  void leave(const char* why);
 
-  HelperService service_;
+  CallHelper call_;
   QObject context_;  ///< closures on it end with the backend
   FileDescriptor socket_;
   std::unique_ptr<QSocketNotifier, void (*)(QSocketNotifier*)> notifier_;
   std::weak_ptr<Tap> tap_;
-  bool isGreeted_ = false;
   std::optional<helper_protocol::Listening> listening_;  ///< set once the helper serves us
   bool isReaching_ = false;
   bool mayAsk_ = false;

@@ -2,7 +2,7 @@
 
 #include <sys/stat.h>
 
-#include <cstdlib>
+#include <QByteArray>
 #include <optional>
 #include <utility>
 
@@ -18,11 +18,6 @@ std::optional<Time> placed(const std::filesystem::path& file) {
   return Time(status.st_ctim.tv_sec, status.st_ctim.tv_nsec);
 }
 
-std::filesystem::path variable(const char* name) {
-  const char* const value = std::getenv(name);
-  return value == nullptr ? "" : value;
-}
-
 }  // namespace
 
 ClickRule clickRule(const std::filesystem::path& rule, const std::filesystem::path& desktop) {
@@ -33,8 +28,9 @@ ClickRule clickRule(const std::filesystem::path& rule, const std::filesystem::pa
 }
 
 ClickRule clickRule() {
+  const std::filesystem::path folder = qgetenv("XDG_RUNTIME_DIR").toStdString();
   return clickRule("/usr/share/libinput/60-vorrin.quirks",
-                   variable("XDG_RUNTIME_DIR") / variable("WAYLAND_DISPLAY"));
+                   folder / qgetenv("WAYLAND_DISPLAY").toStdString());
 }
 
 }  // namespace vorrin::helper

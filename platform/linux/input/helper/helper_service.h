@@ -8,24 +8,21 @@
 
 namespace vorrin::helper {
 
-/// What asking the helper for a connection brought.
-struct Connected {
-  FileDescriptor socket;  ///< closed when there is none
-  std::string refusal;    ///< why not, in words
+/// What a call of the helper brought.
+struct Reply {
+  std::string refusal;    ///< why it was refused, in words; empty when it was not
+  FileDescriptor socket;  ///< of a connection
 };
 
-/// How a program reaches the helper; tests put a helper of their own there. No call waits. What is
+/// How a program calls the helper; tests put a helper of their own there. No call waits. What is
 /// answered is answered on the main thread, unless `receiver` goes first.
-struct HelperService {
-  /// `mayAsk`: the user may be asked for the permission, and the answer takes as long.
-  std::function<void(QObject& receiver, bool mayAsk, std::function<void(Connected)> answered)>
-      connect;
-  /// `wish`: "AllowForGood", about which the user is asked, "AskEveryTime" or "TakeBack".
-  std::function<void(QObject& receiver, const char* wish, std::function<void(bool done)> answered)>
-      decide;
-};
+/// `method`: `connectMethod`, "AllowForGood", "AskEveryTime" or "TakeBack".
+/// `mayAsk`: the user may be asked for the permission, and the answer takes as long.
+using CallHelper = std::function<void(QObject& receiver, const char* method, bool mayAsk,
+                                      std::function<void(Reply)> answered)>;
 
-/// The helper on the system bus.
-HelperService helperOnSystemBus();
+/// Calls the helper on the system bus.
+void callHelper(QObject& receiver, const char* method, bool mayAsk,
+                std::function<void(Reply)> answered);
 
 }  // namespace vorrin::helper

@@ -19,15 +19,6 @@ ShortcutSet shortcutsAmong(std::span<const std::uint16_t> keyCodes) {
   return static_cast<ShortcutSet>(keys);
 }
 
-std::uint64_t flagsOf(Modifiers modifiers) {
-  std::uint64_t flags = 0;
-  if ((modifiers & shift) != 0) flags |= event_flags::maskShift;
-  if ((modifiers & control) != 0) flags |= event_flags::maskControl;
-  if ((modifiers & alternate) != 0) flags |= event_flags::maskAlternate;
-  if ((modifiers & command) != 0) flags |= event_flags::maskCommand;
-  return flags;
-}
-
 }  // namespace
 
 Tap::Tap(std::uint64_t mask, EventTap::Callback callback, std::function<void()> invalidated,
@@ -38,13 +29,7 @@ Tap::Tap(std::uint64_t mask, EventTap::Callback callback, std::function<void()> 
       configured_(std::move(configured)) {}
 
 Tap::~Tap() {
-  attached_ = false;
-  configure();
-}
-
-void Tap::addToMainRunLoop() {
-  attached_ = true;
-  configure();
+  setEnabled(false);
 }
 
 void Tap::setEnabled(bool enabled) {
@@ -63,37 +48,25 @@ bool Tap::canClaim(std::span<const std::uint16_t> /*keyCodes*/) const {
 }
 
 void Tap::configure() const {
-  if (configured_) configured_({attached_ && enabled_, keys_});
+  if (configured_) configured_({enabled_, keys_});
 }
 
-TapVerdict Tap::call(const KeyMoved& moved) const {
+TapVerdict Tap::tell(const KeyMoved& moved) const {
   const auto type = moved.down != 0 ? EventType::keyDown : EventType::keyUp;
   const auto virtualKey = virtualKeyOfEvdev(moved.key);
   const bool wanted = (mask_ >> static_cast<std::uint32_t>(type) & 1) != 0;
-  if (!attached_ || !enabled_ || !wanted || !virtualKey) return TapVerdict::pass;
-  return callback_({.type = type,
-                    .keyCode = *virtualKey,
-                    .autorepeat = moved.repeated,
-                    .flags = flagsOf(moved.modifiers)});
-}
-
-bool Tap::decide(const Question& question) const {
-  return call({question.key, question.modifiers, 1, 0}) == TapVerdict::swallow;
-}
-
-void Tap::tell(const KeyMoved& moved) const {
-  // A repeat and a release follow their press whatever the verdict, and Escape is never held back.
-  [[maybe_unused]] const auto verdict = call(moved);
+  if (!enabled_ || !wanted || !virtualKey) return TapVerdict::pass;
+  return callback_({.type = type, .keyCode = *virtualKey, .autorepeat = moved.repeated});
 }
 
 void Tap::tellDisabled() {
-  if (!attached_ || !std::exchange(enabled_, false)) return;
+  if (!std::exchange(enabled_, false)) return;
   callback_({.type = EventType::tapDisabledByTimeout});
 }
 
 void Tap::end() {
   configured_ = nullptr;
-  attached_ = false;
+  enabled_ = false;
 }
 
 void Tap::invalidate() {

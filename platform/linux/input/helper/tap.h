@@ -10,8 +10,8 @@
 
 namespace vorrin::helper {
 
-/// An event tap that the helper asks, as `EventTap` describes it. Only the six shortcut keys and
-/// Escape ever arrive.
+/// An event tap that the helper asks, as `EventTap` describes it. Only the six shortcut keys,
+/// pressed without a modifier, and Escape ever arrive.
 class Tap {
  public:
   using Configured = std::function<void(const helper_protocol::Configure&)>;
@@ -23,15 +23,16 @@ class Tap {
   Tap(const Tap&) = delete;
   Tap& operator=(const Tap&) = delete;
 
-  void addToMainRunLoop();
+  /// The connection to the helper is watched by the main run loop already.
+  static void addToMainRunLoop() {}
   void setEnabled(bool enabled);
   /// Keys are granted as long as the helper is there: it asks whoever listens, before anybody else.
   [[nodiscard]] bool claim(std::span<const std::uint16_t> keyCodes);
   [[nodiscard]] bool canClaim(std::span<const std::uint16_t> keyCodes) const;
 
-  /// Whether the key may be swallowed. The callback may make the tap go away.
-  [[nodiscard]] bool decide(const helper_protocol::Question& question) const;
-  void tell(const helper_protocol::KeyMoved& moved) const;
+  /// What the callback, which may make the tap go away, says of the key. It counts for a question;
+  /// a repeat and a release follow their press whatever the verdict.
+  TapVerdict tell(const helper_protocol::KeyMoved& moved) const;
   /// A question was answered too late.
   void tellDisabled();
   /// Ends the tap for good: nothing is told or configured any more.
@@ -40,7 +41,6 @@ class Tap {
   void invalidate();
 
  private:
-  [[nodiscard]] TapVerdict call(const helper_protocol::KeyMoved& moved) const;
   void configure() const;
 
   std::uint64_t mask_;
@@ -48,7 +48,6 @@ class Tap {
   EventTap::Callback callback_;
   std::function<void()> invalidated_;
   Configured configured_;
-  bool attached_ = false;
   bool enabled_ = false;
 };
 
