@@ -31,9 +31,6 @@ using vorrin::TapEvent;
 using vorrin::TapVerdict;
 
 constexpr std::uint64_t keyEvents = (1U << 10) | (1U << 11);
-constexpr std::uint64_t modifierFlags =
-    vorrin::event_flags::maskShift | vorrin::event_flags::maskControl |
-    vorrin::event_flags::maskAlternate | vorrin::event_flags::maskCommand;
 
 struct State {
   std::optional<EventTap> tap;
@@ -49,10 +46,9 @@ TapVerdict judge(const TapEvent& event) {
   std::printf("event %s %" PRId64 " %" PRId64 "\n",
               event.type == EventType::keyDown ? "down" : "up", event.keyCode, event.autorepeat);
   std::fflush(stdout);
-  const bool isAlone = (event.flags & modifierFlags) == 0;
   const bool isChosen =
       std::ranges::find(state().swallowed, event.keyCode) != state().swallowed.end();
-  return isAlone && isChosen && event.userData == 0 ? TapVerdict::swallow : TapVerdict::pass;
+  return isChosen && event.userData == 0 ? TapVerdict::swallow : TapVerdict::pass;
 }
 
 template <typename Number>

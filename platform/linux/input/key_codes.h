@@ -5,7 +5,6 @@
 #include <array>
 #include <cstdint>
 #include <optional>
-#include <string_view>
 
 namespace vorrin {
 
@@ -14,7 +13,7 @@ namespace vorrin {
 struct KeyNames {
   std::uint16_t virtualKey;  ///< macOS virtual key code
   std::uint16_t evdev;       ///< the kernel's code; X servers fed by the kernel add 8
-  std::string_view xkb;      ///< the name that XKB keymaps give the position
+  const char* xkb;           ///< the name that XKB keymaps give the position
 };
 
 /// Every key that Vorrin presses or listens to: the six that may be shortcuts, Escape, the digits.
@@ -42,14 +41,6 @@ constexpr std::optional<std::uint16_t> evdevCode(std::uint16_t virtualKey) {
 constexpr std::optional<std::uint16_t> virtualKeyOfEvdev(std::uint16_t evdev) {
   for (const KeyNames& key : keyTable) {
     if (key.evdev == evdev) return key.virtualKey;
-  }
-  return std::nullopt;
-}
-
-/// The macOS virtual key code of the position that XKB calls `name`; nothing outside `keyTable`.
-constexpr std::optional<std::uint16_t> virtualKeyOfXkbName(std::string_view name) {
-  for (const KeyNames& key : keyTable) {
-    if (key.xkb == name) return key.virtualKey;
   }
   return std::nullopt;
 }

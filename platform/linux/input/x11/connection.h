@@ -33,10 +33,6 @@ class Connection {
   /// The root windows of all screens.
   [[nodiscard]] std::vector<xcb_window_t> roots() const;
 
-  /// Whether the server stamps its events with the monotonic clock of this machine, in
-  /// milliseconds, as X.Org's servers do on Linux. Asks the server.
-  [[nodiscard]] bool sharesClock() const;
-
   /// Hands the server what was asked of it; `sync` also waits until that is done.
   void flush() const { xcb_flush(get()); }
   void sync() const;
@@ -44,7 +40,6 @@ class Connection {
  private:
   explicit Connection(xcb_connection_t* connection) : connection_(connection) {}
   [[nodiscard]] bool findExtensions();
-  [[nodiscard]] std::optional<std::uint32_t> serverTime() const;
 
   struct Disconnect {
     void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
@@ -54,8 +49,5 @@ class Connection {
   std::uint8_t inputExtension_ = 0;
   std::uint8_t xkbEvent_ = 0;
 };
-
-/// The monotonic clock of this machine in milliseconds, as long as the server's numbers.
-std::uint32_t monotonicTime();
 
 }  // namespace vorrin::x11

@@ -1,6 +1,8 @@
 #include "platform/linux/input/x11/key_flow.h"
 
 #include <algorithm>
+#include <chrono>
+#include <cstdlib>
 #include <utility>
 
 namespace vorrin::x11 {
@@ -11,12 +13,21 @@ namespace {
 // for a second presses again; taking up both presses after a stall would undo the user's wish.
 constexpr std::int32_t staleAfter = 1000;
 
+/// The servers of this machine stamp events with its monotonic clock, in milliseconds. The others,
+/// which need not, have a network name in DISPLAY, and nothing of theirs is too old.
+bool isStale(std::uint32_t time) {
+  const char* const display = std::getenv("DISPLAY");
+  const bool sharesClock = display != nullptr && *display == ':';
+  const std::chrono::milliseconds now = std::chrono::floor<std::chrono::milliseconds>(
+      std::chrono::steady_clock::now().time_since_epoch());
+  const auto age = static_cast<std::uint32_t>(now.count()) - time;
+  return sharesClock && static_cast<std::int32_t>(age) > staleAfter;
+}
+
 }  // namespace
 
-KeyFlow::KeyFlow(KeyGrabs& grabs, const KeyboardMap& map, Poster& poster, bool sharesClock, Ask ask)
-    : grabs_(grabs), map_(map), poster_(poster), sharesClock_(sharesClock), ask_(std::move(ask)) {
-  grabs_.setModifierStates(lockStates(map_.masks()));
-}
+KeyFlow::KeyFlow(KeyGrabs& grabs, const KeyboardMap& map, Poster& poster, Ask ask)
+    : grabs_(grabs), map_(map), poster_(poster), ask_(std::move(ask)) {}
 
 bool KeyFlow::claim(std::span<const std::uint16_t> virtualKeys) {
   if (std::ranges::equal(claimed_, virtualKeys)) return true;
@@ -25,7 +36,6 @@ bool KeyFlow::claim(std::span<const std::uint16_t> virtualKeys) {
 }
 
 bool KeyFlow::claimAgain() {
-  grabs_.setModifierStates(lockStates(map_.masks()));
   if (grabs_.hold(keycodesOf(claimed_))) return true;
   claimed_.clear();
   return false;
@@ -47,9 +57,10 @@ void KeyFlow::readRaw(const xcb_input_raw_key_press_event_t& event) {
   const auto code = static_cast<xcb_keycode_t>(event.detail);
   const bool down = event.event_type == XCB_INPUT_RAW_KEY_PRESS;
   const bool isEscape = map_.isEscape(code);
-  if (!isEscape && (down || caught_.empty())) return;
+  // The grab that this press starts tells of it again.
+  if (down && !isEscape && grabs_.holds(code)) return;
   if (poster_.isOwn(event.full_sequence, code, down)) return;
-  if (isEscape) hear({}, escapeKey, down, map_.modifiers());
+  if (isEscape) hear({}, escapeKey, down);
   if (down) return;
   if (const auto* key = find(event.deviceid, code)) release(*key);
 }
@@ -65,26 +76,26 @@ void KeyFlow::readCaught(const xcb_input_key_press_event_t& event) {
 
 void KeyFlow::readPress(const xcb_input_key_press_event_t& event) {
   const auto code = static_cast<xcb_keycode_t>(event.detail);
-  const unsigned modifiers = map_.modifiers() | event.mods.effective;
   if ((event.flags & XCB_INPUT_KEY_EVENT_FLAGS_KEY_REPEAT) != 0) {
     const auto* key = find(event.deviceid, code);
-    if (key != nullptr && key->shown) hear(*key, *key->shown, true, modifiers, true);
+    if (key != nullptr && key->shown) hear(*key, *key->shown, true, true);
     return;
   }
   auto& key = caught_.emplace_back(CaughtKey{event.deviceid, code});
   const auto shortcut = claimedKey(code);
   const bool isOwn = poster_.isOwn(event.full_sequence, code, true);
   const bool isEscape = map_.isEscape(code);
-  if (isEscape && !isOwn) hear({}, escapeKey, true, modifiers);
-  if (!shortcut || isOwn || isEscape) return sendPress(key);
+  const bool isAlone = ((map_.modifiers() | event.mods.effective) & ~map_.locks()) == 0;
+  if (isEscape && !isOwn) hear({}, escapeKey, true);
+  if (!shortcut || !isAlone || isOwn || isEscape) return sendPress(key);
   if (isStale(event.time)) return;
   key.shown = shortcut;
-  hear(key, *shortcut, true, modifiers);
+  hear(key, *shortcut, true);
 }
 
 void KeyFlow::release(const CaughtKey& key) {
   // After what the tap has not seen yet.
-  if (key.shown) return hear(key, *key.shown, false, map_.modifiers());
+  if (key.shown) return hear(key, *key.shown, false);
   if (key.sentOn) sendRelease(key.keycode);
   forget(key);
 }
@@ -112,14 +123,10 @@ bool KeyFlow::judgeNext() {
   return true;
 }
 
-bool KeyFlow::watches(xcb_keycode_t keycode) const {
-  return grabs_.holds(keycode) || map_.maybeEscape(keycode);
-}
-
-void KeyFlow::leave(Device device) {
+void KeyFlow::leaveLost() {
   const auto keys = caught_;
   for (const CaughtKey& key : keys) {
-    if (key.device == device) release(key);
+    if (std::ranges::count(grabs_.keyboards(), key.device) == 0) release(key);
   }
 }
 
@@ -129,12 +136,10 @@ void KeyFlow::leaveAll() {
   }
 }
 
-void KeyFlow::hear(const CaughtKey& key, std::uint16_t virtualKey, bool down, unsigned modifiers,
-                   bool repeated) {
+void KeyFlow::hear(const CaughtKey& key, std::uint16_t virtualKey, bool down, bool repeated) {
   heard_.push_back({.event = {.type = down ? EventType::keyDown : EventType::keyUp,
                               .keyCode = virtualKey,
-                              .autorepeat = repeated ? 1 : 0,
-                              .flags = eventFlags(modifiers, map_.masks())},
+                              .autorepeat = repeated ? 1 : 0},
                     .device = key.device,
                     .keycode = key.keycode});
 }
@@ -143,10 +148,6 @@ std::optional<std::uint16_t> KeyFlow::claimedKey(xcb_keycode_t keycode) const {
   const auto found = std::ranges::find(
       claimed_, keycode, [this](std::uint16_t virtualKey) { return map_.keycode(virtualKey); });
   return found == claimed_.end() ? std::nullopt : std::optional(*found);
-}
-
-bool KeyFlow::isStale(std::uint32_t time) const {
-  return sharesClock_ && static_cast<std::int32_t>(monotonicTime() - time) > staleAfter;
 }
 
 KeyFlow::CaughtKey* KeyFlow::find(Device device, xcb_keycode_t keycode) {
@@ -167,15 +168,15 @@ void KeyFlow::sendPress(CaughtKey& key) {
   const bool isTaken = grabs_.holds(key.keycode);
   grabs_.endGrabs();
   if (isTaken) grabs_.lift(key.keycode);
-  poster_.knownKey(key.keycode, false);
-  poster_.knownKey(key.keycode, true);
+  poster_.key(key.keycode, false);
+  poster_.key(key.keycode, true);
   if (isTaken) grabs_.restore(key.keycode);
   key.sentOn = true;
 }
 
 void KeyFlow::sendRelease(xcb_keycode_t keycode) {
   grabs_.endGrabs();
-  poster_.knownKey(keycode, false);
+  poster_.key(keycode, false);
 }
 
 }  // namespace vorrin::x11

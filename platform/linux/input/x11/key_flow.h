@@ -29,9 +29,8 @@ class KeyFlow {
  public:
   using Ask = std::function<TapVerdict(const TapEvent&)>;
 
-  /// `sharesClock`: whether events are stamped with `monotonicTime`. The rest belongs to the
-  /// caller.
-  KeyFlow(KeyGrabs& grabs, const KeyboardMap& map, Poster& poster, bool sharesClock, Ask ask);
+  /// All that it refers to belongs to the caller.
+  KeyFlow(KeyGrabs& grabs, const KeyboardMap& map, Poster& poster, Ask ask);
 
   /// As the operations of `EventTap`.
   [[nodiscard]] bool claim(std::span<const std::uint16_t> virtualKeys);
@@ -50,11 +49,8 @@ class KeyFlow {
   /// Has the tap judge one of the keys that were read; false when there is none.
   bool judgeNext();
 
-  /// Whether events of this key are looked at.
-  [[nodiscard]] bool watches(xcb_keycode_t keycode) const;
-
-  /// The keyboard is gone: what is down on it counts as released.
-  void leave(Device device);
+  /// What is down on keyboards that are gone counts as released.
+  void leaveLost();
   /// The same for all keyboards, without a word to the tap.
   void leaveAll();
 
@@ -77,11 +73,9 @@ class KeyFlow {
 
   void readPress(const xcb_input_key_press_event_t& event);
   void release(const CaughtKey& key);
-  void hear(const CaughtKey& key, std::uint16_t virtualKey, bool down, unsigned modifiers,
-            bool repeated = false);
+  void hear(const CaughtKey& key, std::uint16_t virtualKey, bool down, bool repeated = false);
   [[nodiscard]] KeySet keycodesOf(std::span<const std::uint16_t> virtualKeys) const;
   [[nodiscard]] std::optional<std::uint16_t> claimedKey(xcb_keycode_t keycode) const;
-  [[nodiscard]] bool isStale(std::uint32_t time) const;
   CaughtKey* find(Device device, xcb_keycode_t keycode);
   void forget(const CaughtKey& key);
   void sendPress(CaughtKey& key);
@@ -90,7 +84,6 @@ class KeyFlow {
   KeyGrabs& grabs_;
   const KeyboardMap& map_;
   Poster& poster_;
-  const bool sharesClock_;
   Ask ask_;
   std::vector<std::uint16_t> claimed_;
   std::vector<CaughtKey> caught_;

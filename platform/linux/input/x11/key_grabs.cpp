@@ -17,25 +17,21 @@ void selectEvents(const Connection& connection, xcb_window_t root, Device device
   xcb_input_xi_select_events(connection.get(), root, 1, &mask.head);
 }
 
-bool hasKeys(const xcb_input_xi_device_info_t& info) {
-  for (auto entry = xcb_input_xi_device_info_classes_iterator(&info); entry.rem > 0;
-       xcb_input_device_class_next(&entry)) {
-    if (entry.data->type == XCB_INPUT_DEVICE_CLASS_TYPE_KEY) return true;
-  }
-  return false;
-}
-
-// One that somebody grabs at the moment is attached to no master.
+// One that somebody grabs at the moment is attached to no master. A pointer in that state does no
+// harm: it has no keys to be taken.
 bool isSlaveKeyboard(const xcb_input_xi_device_info_t& info) {
   const bool isSlave = info.type == XCB_INPUT_DEVICE_TYPE_SLAVE_KEYBOARD ||
                        info.type == XCB_INPUT_DEVICE_TYPE_FLOATING_SLAVE;
-  return isSlave && info.enabled != 0 && hasKeys(info);
+  return isSlave && info.enabled != 0;
 }
 
 }  // namespace
 
-KeyGrabs::KeyGrabs(const Connection& connection)
-    : connection_(connection), roots_(connection.roots()) {
+KeyGrabs::KeyGrabs(const Connection& connection, const KeyboardMap& map)
+    : connection_(connection),
+      map_(map),
+      roots_(connection.roots()),
+      modifierStates_(lockStates(map.locks())) {
   selectEvents(connection_, roots_.front(), XCB_INPUT_DEVICE_ALL,
                XCB_INPUT_XI_EVENT_MASK_HIERARCHY);
   findKeyboards();
@@ -62,6 +58,10 @@ bool KeyGrabs::rescan() {
 }
 
 bool KeyGrabs::hold(const KeySet& keys) {
+  const auto states = lockStates(map_.locks());
+  // What was taken under other states is let go.
+  if (states != modifierStates_) ungrab(std::exchange(held_, {}));
+  modifierStates_ = states;
   ungrab(std::exchange(held_, held_ & keys) & ~keys);
   const bool granted = areGranted(requestGrabs(keys & ~held_));
   if (!granted) ungrab(keys);
@@ -78,12 +78,6 @@ bool KeyGrabs::canHold(const KeySet& keys) const {
   // server takes from one request to the next.
   ungrab(others);
   return areGranted(requests);
-}
-
-void KeyGrabs::setModifierStates(const std::vector<std::uint32_t>& states) {
-  if (states == modifierStates_) return;
-  ungrab(std::exchange(held_, {}));
-  modifierStates_ = states;
 }
 
 void KeyGrabs::endGrabs() const {

@@ -26,17 +26,15 @@ using Device = xcb_input_device_id_t;
 class KeyGrabs {
  public:
   /// Finds the keyboards and has the server tell of all their keys.
-  explicit KeyGrabs(const Connection& connection);
+  KeyGrabs(const Connection& connection, const KeyboardMap& map);
 
   /// Looks for the keyboards there are now, and takes the same keys from new ones. False when a
   /// key is refused.
   [[nodiscard]] bool rescan();
   [[nodiscard]] const std::vector<Device>& keyboards() const { return keyboards_; }
 
-  /// Under which modifier states a key is taken. What is taken is let go when they change.
-  void setModifierStates(const std::vector<std::uint32_t>& states);
-
-  /// Takes exactly `keys`. False when another client holds one of them: then none is taken.
+  /// Takes exactly `keys`, pressed with no modifier but the map's locks. False when another client
+  /// holds one of them: then none is taken.
   [[nodiscard]] bool hold(const KeySet& keys);
 
   /// Whether another client holds none of `keys`.
@@ -64,6 +62,7 @@ class KeyGrabs {
   }
 
   const Connection& connection_;
+  const KeyboardMap& map_;
   const std::vector<xcb_window_t> roots_;
   std::vector<Device> keyboards_;
   std::vector<std::uint32_t> modifierStates_;

@@ -5,7 +5,6 @@
 #include <span>
 #include <utility>
 
-#include "platform/event_tap.h"
 #include "platform/linux/foundation/xcb_reply.h"
 #include "platform/linux/foundation/xcb_xkb.h"
 #include "platform/linux/input/key_codes.h"
@@ -27,46 +26,9 @@ void forEachSymbol(xkb_keymap* map, xkb_keycode_t key, Use use) {
   }
 }
 
-void addMeaning(ModifierMasks& masks, xkb_keysym_t symbol, unsigned bit) {
-  switch (symbol) {
-    case XKB_KEY_Alt_L:
-    case XKB_KEY_Alt_R:
-    case XKB_KEY_Meta_L:
-    case XKB_KEY_Meta_R:
-    case XKB_KEY_ISO_Level3_Shift:
-    case XKB_KEY_Mode_switch:
-      masks.alternate |= bit;
-      break;
-    case XKB_KEY_Super_L:
-    case XKB_KEY_Super_R:
-      masks.command |= bit;
-      break;
-    case XKB_KEY_Num_Lock:
-      masks.numLock |= bit;
-      break;
-    case XKB_KEY_Scroll_Lock:
-      masks.scrollLock |= bit;
-      break;
-    default:
-      break;
-  }
-}
-
 }  // namespace
 
-std::uint64_t eventFlags(unsigned modifiers, const ModifierMasks& masks) {
-  std::uint64_t flags = 0;
-  if ((modifiers & XCB_MOD_MASK_LOCK) != 0) flags |= event_flags::maskAlphaShift;
-  if ((modifiers & XCB_MOD_MASK_SHIFT) != 0) flags |= event_flags::maskShift;
-  if ((modifiers & XCB_MOD_MASK_CONTROL) != 0) flags |= event_flags::maskControl;
-  if ((modifiers & masks.alternate) != 0) flags |= event_flags::maskAlternate;
-  if ((modifiers & masks.command) != 0) flags |= event_flags::maskCommand;
-  return flags;
-}
-
-std::vector<std::uint32_t> lockStates(const ModifierMasks& masks) {
-  const unsigned held = XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_CONTROL | masks.alternate | masks.command;
-  const unsigned locks = (XCB_MOD_MASK_LOCK | masks.numLock | masks.scrollLock) & ~held;
+std::vector<std::uint32_t> lockStates(unsigned locks) {
   std::vector<std::uint32_t> states;
   // Counts down through the subsets of `locks`, which are its bits after a borrow masked out.
   for (unsigned subset = locks; subset != 0; subset = (subset - 1) & locks) {
@@ -135,7 +97,7 @@ void KeyboardMap::read() {
   state_ = std::move(state);
   findKeys();
   findEscapes();
-  findModifiers();
+  findLocks();
 }
 
 xcb_keycode_t KeyboardMap::keycode(std::uint16_t virtualKey) const {
@@ -149,16 +111,15 @@ bool KeyboardMap::isEscape(xcb_keycode_t keycode) const {
 }
 
 unsigned KeyboardMap::modifiers() const {
-  return xkb_state_serialize_mods(state_.get(), XKB_STATE_MODS_EFFECTIVE);
+  constexpr unsigned real = 0xFF;
+  return xkb_state_serialize_mods(state_.get(), XKB_STATE_MODS_EFFECTIVE) & real;
 }
 
 void KeyboardMap::findKeys() {
-  keycodes_.fill(0);
-  for (auto code = xkb_keymap_min_keycode(map_.get()); code <= xkb_keymap_max_keycode(map_.get());
-       ++code) {
-    const char* const name = xkb_keymap_key_get_name(map_.get(), code);
-    const auto key = name == nullptr ? std::nullopt : virtualKeyOfXkbName(name);
-    if (key && keycodes_.at(*key) == 0) keycodes_.at(*key) = static_cast<xcb_keycode_t>(code);
+  for (const KeyNames& key : keyTable) {
+    const auto code = xkb_keymap_key_by_name(map_.get(), key.xkb);
+    keycodes_.at(key.virtualKey) =
+        code == XKB_KEYCODE_INVALID ? xcb_keycode_t{0} : static_cast<xcb_keycode_t>(code);
   }
 }
 
@@ -172,17 +133,19 @@ void KeyboardMap::findEscapes() {
   if (const auto position = keycode(escapeKey)) escapes_.set(position);
 }
 
-void KeyboardMap::findModifiers() {
+void KeyboardMap::findLocks() {
   const auto request = xcb_get_modifier_mapping(connection_.get());
   const auto reply = ownReply(xcb_get_modifier_mapping_reply(connection_.get(), request, nullptr));
   if (!reply) return;
-  masks_ = {};
+  locks_ = XCB_MOD_MASK_LOCK;
   const std::size_t width = reply->keycodes_per_modifier;
   const std::span keys(xcb_get_modifier_mapping_keycodes(reply.get()), 8 * width);
   for (std::size_t modifier = XCB_MAP_INDEX_1; modifier <= XCB_MAP_INDEX_5; ++modifier) {
     for (const auto key : keys.subspan(modifier * width, width)) {
-      forEachSymbol(map_.get(), key,
-                    [&](xkb_keysym_t symbol) { addMeaning(masks_, symbol, 1U << modifier); });
+      forEachSymbol(map_.get(), key, [&](xkb_keysym_t symbol) {
+        const bool isLock = symbol == XKB_KEY_Num_Lock || symbol == XKB_KEY_Scroll_Lock;
+        if (isLock) locks_ |= 1U << modifier;
+      });
     }
   }
 }

@@ -19,23 +19,9 @@ inline constexpr std::uint16_t escapeKey = 53;
 /// One bit a key code of the server's.
 using KeySet = std::bitset<256>;
 
-/// Which bit of the X modifier state stands for which modifier key. Shift, Lock and Control are
-/// fixed by the protocol, the other five bits are the map's to give out; 0 means that no key has
-/// the meaning.
-struct ModifierMasks {
-  unsigned alternate = 0;  ///< Alt, Meta and the third-level chooser (AltGr)
-  unsigned command = 0;    ///< Super
-  unsigned numLock = 0;
-  unsigned scrollLock = 0;
-};
-
-/// The bits of `event_flags` that the modifier state `modifiers` amounts to. Caps Lock shows as
-/// `maskAlphaShift`; Num Lock and Scroll Lock have no flag.
-std::uint64_t eventFlags(unsigned modifiers, const ModifierMasks& masks);
-
-/// Every modifier state in which none but lock keys are on: the states in which a shortcut counts
-/// as pressed alone.
-std::vector<std::uint32_t> lockStates(const ModifierMasks& masks);
+/// Every modifier state in which none but `locks` are on: the states in which a shortcut counts as
+/// pressed alone.
+std::vector<std::uint32_t> lockStates(unsigned locks);
 
 /// What the core keyboard's map says of the keys that Vorrin tells apart. They are found by their
 /// XKB names, which are positions and so stay where they are under every layout; key codes differ
@@ -60,18 +46,16 @@ class KeyboardMap {
   /// Whether a press of the key is one of Escape at this moment.
   [[nodiscard]] bool isEscape(xcb_keycode_t keycode) const;
 
-  /// Whether it is under some layout or modifier.
-  [[nodiscard]] bool maybeEscape(xcb_keycode_t keycode) const { return escapes_[keycode]; }
-
   /// The modifiers that are on, as the server counts them.
   [[nodiscard]] unsigned modifiers() const;
-  [[nodiscard]] const ModifierMasks& masks() const { return masks_; }
+  /// Those of them that are Caps Lock, Num Lock and Scroll Lock.
+  [[nodiscard]] unsigned locks() const { return locks_; }
 
  private:
   void selectEvents() const;
   void findKeys();
   void findEscapes();
-  void findModifiers();
+  void findLocks();
 
   struct Unreference {
     void operator()(xkb_context* context) const { xkb_context_unref(context); }
@@ -86,8 +70,8 @@ class KeyboardMap {
   Reference<xkb_keymap> map_;
   Reference<xkb_state> state_;
   std::array<xcb_keycode_t, 128> keycodes_{};  // by virtual key code
-  KeySet escapes_;
-  ModifierMasks masks_;
+  KeySet escapes_;                             ///< under some layout or modifier
+  unsigned locks_ = XCB_MOD_MASK_LOCK;
 };
 
 }  // namespace vorrin::x11

@@ -1,44 +1,44 @@
 #pragma once
 
 #include <xcb/xcb.h>
-#include <xcb/xtest.h>
+
+#include <cstdint>
+#include <vector>
 
 #include "platform/linux/input/x11/connection.h"
-#include "platform/linux/input/x11/post_ledger.h"
 
 namespace vorrin::x11 {
 
 /// Makes events through XTEST. They are queued until the connection is flushed; nothing is waited
 /// for.
+///
+/// Key events of all XTEST clients come from one device, so nothing in an event names its maker.
+/// But the server makes the event while it serves the request, and so reports it to this connection
+/// under the sequence number of that request. Another client's event can carry the same number only
+/// if it was made later, when ours has been recognised.
 class Poster {
  public:
   explicit Poster(const Connection& connection) : connection_(connection) {}
 
-  void key(xcb_keycode_t keycode, bool down) {
-    post(down ? XCB_KEY_PRESS : XCB_KEY_RELEASE, keycode);
-  }
+  void key(xcb_keycode_t keycode, bool down);
+  void leftButton(bool down);
 
-  /// The same for a key whose events are looked at: `isOwn` tells it from others'.
-  void knownKey(xcb_keycode_t keycode, bool down) {
-    ledger_.add(post(down ? XCB_KEY_PRESS : XCB_KEY_RELEASE, keycode), keycode, down);
-  }
-  [[nodiscard]] bool isOwn(std::uint32_t sequence, xcb_keycode_t keycode, bool down) {
-    return ledger_.take(sequence, keycode, down);
-  }
-
-  void leftButton(bool down) {
-    post(down ? XCB_BUTTON_PRESS : XCB_BUTTON_RELEASE, XCB_BUTTON_INDEX_1);
-  }
+  /// Whether a key event just read was made by `key`; each is recognised once. Events must be given
+  /// in the order they were read.
+  [[nodiscard]] bool isOwn(std::uint32_t sequence, xcb_keycode_t keycode, bool down);
 
  private:
-  std::uint32_t post(std::uint8_t type, std::uint8_t detail) {
-    // With a time to come the server would hold up all other requests of this connection.
-    constexpr std::uint32_t atOnce = XCB_CURRENT_TIME;
-    return xcb_test_fake_input(connection_.get(), type, detail, atOnce, XCB_NONE, 0, 0, 0).sequence;
-  }
+  struct Posted {
+    std::uint32_t sequence = 0;
+    xcb_keycode_t keycode = 0;
+    bool down = false;
+    bool operator==(const Posted&) const = default;
+  };
+  /// Returns the request's sequence number.
+  std::uint32_t post(std::uint8_t type, std::uint8_t detail);
 
   const Connection& connection_;
-  PostLedger ledger_;
+  std::vector<Posted> posted_;  ///< whose events were not read yet
 };
 
 }  // namespace vorrin::x11

@@ -1,8 +1,10 @@
 #include "platform/linux/input/x11/tap.h"
 
-#include <algorithm>
+#include <QAbstractEventDispatcher>
+#include <QSocketNotifier>
 #include <utility>
 
+#include "platform/fatal_error.h"
 #include "platform/linux/foundation/xcb_reply.h"
 
 namespace vorrin::x11 {
@@ -32,8 +34,8 @@ Tap::Tap(Connection connection, std::uint64_t mask, EventTap::Callback callback,
       invalidated_(std::move(invalidated)),
       map_(connection_),
       poster_(connection_),
-      grabs_(connection_),
-      flow_(grabs_, map_, poster_, connection_.sharesClock(), [this](const TapEvent& event) {
+      grabs_(connection_, map_),
+      flow_(grabs_, map_, poster_, [this](const TapEvent& event) {
         return wants(event.type) ? callback_(event) : TapVerdict::pass;
       }) {}
 
@@ -51,8 +53,24 @@ Tap::~Tap() {
   connection_.sync();
 }
 
+void Tap::EndWatch::operator()(QSocketNotifier* watch) const {
+  watch->setEnabled(false);
+  const auto* const loop = QAbstractEventDispatcher::instance();
+  if (loop != nullptr) QObject::disconnect(loop, nullptr, watch, nullptr);
+  watch->deleteLater();
+}
+
 void Tap::addToMainRunLoop() {
-  if (!watch_) watch_.emplace(connection_.get(), std::bind_front(&Tap::serve, this));
+  const auto* const loop = QAbstractEventDispatcher::instance();
+  precondition(loop != nullptr, "the main loop exists");
+  const auto socket = xcb_get_file_descriptor(connection_.get());
+  watch_.reset(new QSocketNotifier(socket, QSocketNotifier::Read));
+  QObject::connect(watch_.get(), &QSocketNotifier::activated, watch_.get(),
+                   [this] { serve(&xcb_poll_for_event); });
+  // A reply takes along the events before it, and a flush may: they are in memory then, and the
+  // socket stays silent.
+  QObject::connect(loop, &QAbstractEventDispatcher::aboutToBlock, watch_.get(),
+                   [this] { serve(&xcb_poll_for_queued_event); });
 }
 
 bool Tap::claim(std::span<const std::uint16_t> virtualKeys) {
@@ -65,14 +83,12 @@ bool Tap::canClaim(std::span<const std::uint16_t> virtualKeys) const {
 
 void Tap::post(std::span<const SyntheticEvent> events) {
   for (const SyntheticEvent& event : events) {
-    const bool isKey = event.type == EventType::keyDown || event.type == EventType::keyUp;
-    const bool isButton =
-        event.type == EventType::leftMouseDown || event.type == EventType::leftMouseUp;
-    if (isButton) poster_.leftButton(event.type == EventType::leftMouseDown);
-    const auto code = isKey ? map_.keycode(event.keyCode) : xcb_keycode_t{0};
-    if (code == 0) continue;
-    const bool down = event.type == EventType::keyDown;
-    flow_.watches(code) ? poster_.knownKey(code, down) : poster_.key(code, down);
+    const bool down = event.type == EventType::keyDown || event.type == EventType::leftMouseDown;
+    if (event.type == EventType::leftMouseDown || event.type == EventType::leftMouseUp) {
+      poster_.leftButton(down);
+    } else if (const auto code = map_.keycode(event.keyCode)) {
+      poster_.key(code, down);
+    }
   }
   connection_.flush();
 }
@@ -124,22 +140,16 @@ void Tap::followChanges() {
     map_.read();
     refused_ = !flow_.claimAgain() || refused_;
   }
-  if (std::exchange(keyboardsChanged_, false)) followKeyboards();
-}
-
-void Tap::followKeyboards() {
-  const auto former = grabs_.keyboards();
+  if (!std::exchange(keyboardsChanged_, false)) return;
   refused_ = !grabs_.rescan() || refused_;
-  for (const Device device : former) {
-    const bool isGone = std::ranges::count(grabs_.keyboards(), device) == 0;
-    if (isGone) flow_.leave(device);
-  }
+  flow_.leaveLost();
   connection_.flush();
 }
 
 void Tap::endIfUseless() {
   if (!connection_.lost() && !refused_) return;
-  if (watch_) watch_->closeSocket();
+  // The socket would be readable for ever after its end.
+  watch_.reset();
   // The call may make the tap go away.
   const auto invalidated = std::exchange(invalidated_, nullptr);
   if (invalidated) invalidated();

@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <optional>
 #include <span>
 
 #include "platform/event_post.h"
@@ -14,8 +13,9 @@
 #include "platform/linux/input/x11/key_flow.h"
 #include "platform/linux/input/x11/key_grabs.h"
 #include "platform/linux/input/x11/keyboard_map.h"
-#include "platform/linux/input/x11/main_loop_watch.h"
 #include "platform/linux/input/x11/poster.h"
+
+class QSocketNotifier;
 
 namespace vorrin::x11 {
 
@@ -44,12 +44,14 @@ class Tap {
   void post(std::span<const SyntheticEvent> events);
 
  private:
+  /// How events are taken: what has been read from the socket, or what can be read as well.
+  using NextEvent = xcb_generic_event_t* (*)(xcb_connection_t*);
+
   void serve(NextEvent next);
   /// Whether there was anything.
   bool readAll(NextEvent next);
   void read(const xcb_generic_event_t& event);
   void followChanges();
-  void followKeyboards();
   void endIfUseless();
   [[nodiscard]] bool wants(EventType type) const;
 
@@ -65,7 +67,11 @@ class Tap {
   bool mapChanged_ = false;
   bool keyboardsChanged_ = false;
   bool refused_ = false;  ///< one of the claimed keys is another program's by now
-  std::optional<MainLoopWatch> watch_;
+  /// Not deleted at once: it may be the one that is calling.
+  struct EndWatch {
+    void operator()(QSocketNotifier* watch) const;
+  };
+  std::unique_ptr<QSocketNotifier, EndWatch> watch_;
 };
 
 }  // namespace vorrin::x11
