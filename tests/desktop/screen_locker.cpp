@@ -3,9 +3,12 @@
 // button: kind, code. By an argument it is another:
 //   grabs-first  takes the keyboard and the pointer before it covers the screen
 //   again        covers the screen, leaves it, and covers it again
+//   dialog       shows a small window of the ordinary kind too
 //   keyboard     no locker: takes nothing but the keyboard
 //   cover        no locker: only covers the screen
+//   game         an old game that fills the screen: its ordinary window is as large, and below
 #include <X11/Xlib.h>
+#include <X11/Xutil.h>
 #include <poll.h>
 
 #include <cstdio>
@@ -19,13 +22,26 @@ struct Size {
   unsigned height = 1;
 };
 
-/// Shows or hides a window, and returns when the server has done so.
+/// Shows or hides a window, and returns when the server or the window manager has done so.
 void setShown(Display* display, Window window, bool shown) {
   shown ? XMapRaised(display, window) : XUnmapWindow(display, window);
   XEvent seen;
   do {
     XWindowEvent(display, window, StructureNotifyMask, &seen);
   } while (seen.type != (shown ? MapNotify : UnmapNotify));
+}
+
+/// Shows a window of a fixed size as programs do.
+void showOrdinaryWindow(Display* display, Size size) {
+  const Window window = XCreateSimpleWindow(display, DefaultRootWindow(display), 0, 0, size.width,
+                                            size.height, 0, 0, 0);
+  XSizeHints hints{};
+  hints.flags = PMinSize | PMaxSize;
+  hints.min_width = hints.max_width = static_cast<int>(size.width);
+  hints.min_height = hints.max_height = static_cast<int>(size.height);
+  XSetWMNormalHints(display, window, &hints);
+  XSelectInput(display, window, StructureNotifyMask);
+  setShown(display, window, true);
 }
 
 Window makeCover(Display* display, Size size) {
@@ -51,6 +67,8 @@ void take(Display* display, Window window, bool pointerToo) {
 void become(std::string_view kind, Display* display) {
   const Screen* const screen = DefaultScreenOfDisplay(display);
   const Size all{static_cast<unsigned>(screen->width), static_cast<unsigned>(screen->height)};
+  if (kind == "dialog") showOrdinaryWindow(display, {300, 200});
+  if (kind == "game") showOrdinaryWindow(display, all);
   const Window window = makeCover(display, kind == "keyboard" ? Size() : all);
   if (kind == "grabs-first") take(display, DefaultRootWindow(display), true);
   setShown(display, window, true);

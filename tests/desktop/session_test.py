@@ -166,7 +166,7 @@ class SilentLockers(SessionTest):
     def test_each_kind_gets_every_key_and_ends_the_macros_until_it_is_gone(self):
         with Desktop() as desktop:
             client = self.at_work(desktop)
-            for kind in ("plain", "grabs-first", "again", "killed"):
+            for kind in ("plain", "grabs-first", "again", "dialog", "killed"):
                 with self.subTest(kind):
                     locker = Locker(desktop, kind)
                     # What the macros did until they were stopped is on its way.
@@ -190,6 +190,18 @@ class SilentLockers(SessionTest):
             # For some seconds the cover alone would be enough.
             while time.monotonic() < seen + 4:
                 self.assert_all_arrives(desktop, locker)
+
+    def test_a_game_that_covers_the_screen_as_they_do_is_none(self):
+        with Desktop() as desktop:
+            self.at_work(desktop)
+            game = Locker(desktop, "game")
+            wait_until(lambda: game.clicks() > 100 and DIGIT_1 in game.pressed(), "clicks and digits")
+            desktop.type("Escape")
+            desktop.settle()
+            desktop.type("Tab", "x")
+            clicks = game.clicks()
+            wait_until(lambda: game.clicks() > clicks + 100, "clicks")
+            self.assertNotIn(TAB, game.pressed())
 
     def test_a_program_that_only_covers_the_screen_or_only_takes_the_keyboard_is_none(self):
         with Desktop() as desktop:

@@ -21,4 +21,8 @@ std::vector<std::uint32_t> xcbProperty(xcb_connection_t* connection, xcb_window_
   return {first, first + reply->value_len};
 }
 
+bool areOfOneClient(xcb_connection_t* connection, xcb_window_t one, xcb_window_t other) {
+  return ((one ^ other) & ~xcb_get_setup(connection)->resource_id_mask) == 0;
+}
+
 }  // namespace vorrin

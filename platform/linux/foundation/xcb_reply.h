@@ -31,4 +31,7 @@ xcb_atom_t xcbAtom(xcb_connection_t* connection, std::string_view name);
 std::vector<std::uint32_t> xcbProperty(xcb_connection_t* connection, xcb_window_t window,
                                        std::string_view name);
 
+/// Whether one program has made both windows.
+bool areOfOneClient(xcb_connection_t* connection, xcb_window_t one, xcb_window_t other);
+
 }  // namespace vorrin
