@@ -1,6 +1,5 @@
 #include "input_helper/bus.h"
 
-#include <cstdint>
 #include <tuple>
 #include <utility>
 

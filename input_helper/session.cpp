@@ -126,9 +126,7 @@ std::optional<Caller> findCaller(sd_bus_message* message) {
   return caller;
 }
 
-void hearSessions(sd_bus* bus,
-                  std::function<void(const std::string& path, const SessionChange& change)> changed,
-                  std::function<void(bool isAsleep)> sleep) {
+void hearSessions(sd_bus* bus, const ChangeSession& changed, std::function<void(bool)> sleep) {
   const std::string from = std::string("sender='") + loginManagerName + "',";
   hear(bus, from + "interface='" + propertiesInterface + "',member='PropertiesChanged'",
        [changed](sd_bus_message* signal) {

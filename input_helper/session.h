@@ -42,10 +42,9 @@ struct Caller {
 /// for long.
 std::optional<Caller> findCaller(sd_bus_message* message);
 
+using ChangeSession =
+    std::function<void(const std::string& path, const std::function<void(Session&)>& change)>;
 /// Hears what the login manager tells later. A session that is gone is made an empty one.
-using SessionChange = std::function<void(Session&)>;
-void hearSessions(sd_bus* bus,
-                  std::function<void(const std::string& path, const SessionChange& change)> changed,
-                  std::function<void(bool isAsleep)> sleep);
+void hearSessions(sd_bus* bus, const ChangeSession& changed, std::function<void(bool)> sleep);
 
 }  // namespace vorrin::input_helper
