@@ -69,7 +69,7 @@ void HelperWorld::look() {
   for (const auto& event : watch_.seen()) {
     if (event.type != EV_KEY) continue;
     if (event.code == probeKey) {
-      probesSeen_ += event.value == 0 ? 1 : 0;
+      if (event.value == 0) probeCameFrom_ = event.place;
     } else {
       events_.push_back(clientEvent(event));
     }
@@ -77,28 +77,27 @@ void HelperWorld::look() {
   watch_.forget();
 }
 
-void HelperWorld::probe() {
-  const int before = probesSeen_;
-  probeKeyboard_->tap(static_cast<int>(probeKey));
-  const bool arrived = waitUntil([&] {
+bool HelperWorld::probe(machine::UhidKeyboard& keyboard) {
+  probeCameFrom_.reset();
+  keyboard.tap(static_cast<int>(probeKey));
+  const bool arrived = waitUntil([this] {
     look();
-    return probesSeen_ > before;
+    return probeCameFrom_.has_value();
   });
   if (!arrived) throw std::runtime_error("keys do not come through");
+  return probeCameFrom_ == helperPlace;
 }
 
 void HelperWorld::settle() {
-  probe();
-  probe();
+  probe(*probeKeyboard_);
+  probe(*probeKeyboard_);
 }
 
 void HelperWorld::waitForGrab() {
   if (!grabWanted) return;
-  const bool taken = waitUntil([this] {
-    look();
-    // A keyboard is taken only while no key is down.
-    return !watch_.isFree(probePlace, probeName) && (!down_.empty() || !watch_.isFree(place, name));
-  });
+  // A keyboard is taken only while no key is down.
+  const bool taken =
+      waitUntil([this] { return probe(*probeKeyboard_) && (!down_.empty() || probe(*keyboard_)); });
   if (!taken) throw std::runtime_error("the keyboard is not held");
 }
 

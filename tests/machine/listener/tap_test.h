@@ -46,7 +46,8 @@ class HelperWorld {
 
  private:
   void look();
-  void probe();
+  /// Types a key without a meaning and waits for it. Whether it came by way of the helper.
+  bool probe(machine::UhidKeyboard& keyboard);
 
   static inline std::optional<machine::UhidKeyboard> keyboard_;
   /// One of its own, for a key pressed on the first would end the repeating of another there.
@@ -54,7 +55,7 @@ class HelperWorld {
   machine::EventWatch watch_;
   std::set<unsigned> down_;
   std::vector<ClientEvent> events_;
-  int probesSeen_ = 0;
+  std::optional<std::string> probeCameFrom_;  ///< place of the device that told of its release
 };
 
 class HelperUser {
