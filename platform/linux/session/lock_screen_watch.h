@@ -2,10 +2,11 @@
 
 #include <xcb/xcb.h>
 
-#include <QAbstractNativeEventFilter>
+#include <QSocketNotifier>
 #include <QTimer>
 #include <chrono>
 #include <functional>
+#include <memory>
 
 namespace vorrin {
 
@@ -13,7 +14,7 @@ namespace vorrin {
 /// that no window manager knows, and keep the keyboard from all other programs. The server tells of
 /// windows as they come and go, and is asked for the rest when one of that kind comes: at once, and
 /// some more times within three seconds, for a locker may take the keyboard a little later.
-class LockScreenWatch : private QAbstractNativeEventFilter {
+class LockScreenWatch {
  public:
   /// Called from the main loop, also when nothing has changed.
   struct Findings {
@@ -21,23 +22,30 @@ class LockScreenWatch : private QAbstractNativeEventFilter {
     std::function<void(bool is)> locked;
   };
 
-  /// Looks once as soon as the main loop runs: Vorrin may be started behind a lock screen.
-  /// `connection` is the toolkit's.
-  LockScreenWatch(xcb_connection_t* connection, Findings findings);
+  /// Connects to the server that DISPLAY names; without one nothing is ever found. By a connection
+  /// of its own: who hears of the root's children also gets what is said to the window manager, and
+  /// the toolkit takes a wish to activate its window for the window's being active.
+  explicit LockScreenWatch(Findings findings);
 
  private:
+  struct Disconnect {
+    void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
+  };
+
   static constexpr std::chrono::milliseconds firstPause{20};
 
-  // The signature and its type are the widget library's.
-  bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
-  [[nodiscard]] bool isReasonToLook(const xcb_generic_event_t& event) const;
+  void connect();
+  void followEvents();
+  [[nodiscard]] bool takeEvents();
+  [[nodiscard]] bool isReasonToLook(const xcb_generic_event_t& event);
   void look();
   [[nodiscard]] bool isKeyboardHeld() const;
 
-  xcb_connection_t* const connection_;
-  const Findings findings_;
-  const xcb_window_t root_;
-  const xcb_window_t unmapped_;
+  Findings findings_;
+  std::unique_ptr<xcb_connection_t, Disconnect> connection_;
+  std::unique_ptr<QSocketNotifier> notifier_;
+  xcb_window_t root_ = XCB_WINDOW_NONE;
+  xcb_window_t unmapped_ = XCB_WINDOW_NONE;
   QTimer lookAgain_;
   std::chrono::milliseconds pause_ = firstPause;  ///< up to the next look, doubled with each
   bool isLocked_ = false;

@@ -10,7 +10,6 @@
 #include "platform/linux/session/login_session.h"
 #include "platform/linux/session/screen_savers.h"
 #include "platform/linux/session/session_presence.h"
-#include "platform/linux/widgets/toolkit_connection.h"
 
 namespace vorrin {
 
@@ -53,12 +52,10 @@ class WorkspaceObserver {
                        if (state == Qt::ApplicationActive) presence_.userWasSeen();
                      });
     // The X server of a Wayland session is told nothing of its lock screen.
-    if (toolkitConnection() == nullptr || inputWay() != InputWay::x11) return;
-    lockScreens_.emplace(
-        toolkitConnection(),
-        LockScreenWatch::Findings{
-            .covered = [this](bool is) { presence_.setScreenSaver("X server", is); },
-            .locked = [this](bool is) { presence_.setLocked("X server", is); }});
+    if (QGuiApplication::platformName() != "xcb" || inputWay() != InputWay::x11) return;
+    lockScreens_.emplace(LockScreenWatch::Findings{
+        .covered = [this](bool is) { presence_.setScreenSaver("X server", is); },
+        .locked = [this](bool is) { presence_.setLocked("X server", is); }});
   }
 
   WorkspaceNotifications notifications_;

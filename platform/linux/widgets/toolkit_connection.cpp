@@ -19,6 +19,16 @@ void leaveOutPointerButtons(xcb_connection_t* connection) {
                             0, 0, 0, &details);
 }
 
+void leaveOutProperties(xcb_connection_t* connection, xcb_window_t window) {
+  const auto request = xcb_get_window_attributes(connection, window);
+  const auto reply = ownReply(xcb_get_window_attributes_reply(connection, request, nullptr));
+  if (!reply) return;
+  const std::uint32_t events =
+      reply->your_event_mask & ~std::uint32_t{XCB_EVENT_MASK_PROPERTY_CHANGE};
+  xcb_change_window_attributes(connection, window, XCB_CW_EVENT_MASK, &events);
+  xcb_flush(connection);
+}
+
 void tellOfKeyboardMaps(xcb_connection_t* connection, bool isTold) {
   constexpr std::uint16_t events =
       XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY;
@@ -53,20 +63,10 @@ xcb_window_t rootWindow(xcb_connection_t* connection) {
   return xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
 }
 
-void changeRootEvents(xcb_connection_t* connection, std::uint32_t wanted, std::uint32_t unwanted) {
-  const xcb_window_t root = rootWindow(connection);
-  const auto request = xcb_get_window_attributes(connection, root);
-  const auto reply = ownReply(xcb_get_window_attributes_reply(connection, request, nullptr));
-  if (!reply) return;
-  const std::uint32_t events = (reply->your_event_mask | wanted) & ~unwanted;
-  xcb_change_window_attributes(connection, root, XCB_CW_EVENT_MASK, &events);
-  xcb_flush(connection);
-}
-
 void leaveOutNewsOfOthers() {
   auto* const connection = toolkitConnection();
   if (connection == nullptr) return;
-  changeRootEvents(connection, 0, XCB_EVENT_MASK_PROPERTY_CHANGE);
+  leaveOutProperties(connection, rootWindow(connection));
   const auto* const keyboards = xcb_get_extension_data(connection, &xcb_xkb_id);
   if (keyboards == nullptr || keyboards->present == 0) return;
   leaveOutPointerButtons(connection);

@@ -2,17 +2,12 @@
 
 #include <xcb/xcb.h>
 
-#include <cstdint>
-
 namespace vorrin {
 
 /// The toolkit's own connection to the X server; null on other systems of windows.
 xcb_connection_t* toolkitConnection();
 
 xcb_window_t rootWindow(xcb_connection_t* connection);
-
-/// Has the server tell `connection` of these events of the root window, and no more of those.
-void changeRootEvents(xcb_connection_t* connection, std::uint32_t wanted, std::uint32_t unwanted);
 
 /// Has the server tell the toolkit's connection, where there is one, only what concerns this
 /// program.
