@@ -7,6 +7,7 @@ namespace vorrin {
 /// The toolkit's own connection to the X server; null on other systems of windows.
 xcb_connection_t* toolkitConnection();
 
+/// The root window of the first screen, the only one of every current server.
 xcb_window_t rootWindow(xcb_connection_t* connection);
 
 /// Has the server tell the toolkit's connection, where there is one, only what concerns this
