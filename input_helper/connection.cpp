@@ -66,11 +66,10 @@ FilterActions Connection::filterActions() {
   };
 }
 
-/// The kernel gives the keyboards back at once; only taking the clones away takes it a while.
+/// The kernel gives the keyboards back at once; only taking the devices away, which releases what
+/// is held on them, takes it a while.
 void Connection::letGo() {
   for (const auto& [id, entry] : keyboards_) std::ignore = entry.keyboard.ungrab();
-  for (auto& [id, entry] : keyboards_) entry.keyboard.releaseClone();
-  if (devices_) devices_->release();
 }
 
 void Connection::end(EndReason reason) {
@@ -162,9 +161,11 @@ void Connection::remove(KeyboardId id) {
   keyboards_.erase(id);
 }
 
+/// One that lost events is taken up anew, with what is down on it by then.
 void Connection::readKeyboard(KeyboardId id) {
-  const bool isPresent = keyboards_.at(id).keyboard.read(filter_, id);
-  if (!isPresent && !hasEnded_) remove(id);
+  if (keyboards_.at(id).keyboard.read(filter_, id) || hasEnded_) return;
+  remove(id);
+  follow(makedev(inputMajor, static_cast<unsigned>(id)));
 }
 
 /// One at a time: between two packets the keyboards come first.

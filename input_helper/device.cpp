@@ -31,15 +31,6 @@ std::optional<MadeDevice> MadeDevice::create(const libevdev* model, Uinput& uinp
   return std::nullopt;
 }
 
-void MadeDevice::write(std::span<const InputEvent> frame) {
-  followKeys(frame, down_);
-  writeFrame(number(), frame);
-}
-
-void MadeDevice::release() {
-  if (down_.any()) write(difference(down_, {}));
-}
-
 void writeFrame(int descriptor, std::span<const InputEvent> frame) {
   std::vector<input_event> events(frame.size() + 1);  // the last stays zero: SYN_REPORT
   for (std::size_t i = 0; i < frame.size(); ++i) {

@@ -21,6 +21,9 @@ struct EvdevDeleter {
 };
 using Evdev = std::unique_ptr<libevdev, EvdevDeleter>;
 
+/// Writes one frame and its end to an evdev or uinput descriptor. Errors show at the next read.
+void writeFrame(int descriptor, std::span<const InputEvent> frame);
+
 /// A device that this program made. The kernel releases what is held on it and takes it away when
 /// the value goes.
 class MadeDevice {
@@ -33,10 +36,7 @@ class MadeDevice {
   ~MadeDevice();
 
   /// Writes one frame and its end in one step, so that no other reader sees a part.
-  void write(std::span<const InputEvent> frame);
-  /// Releases what is held on it. The kernel's own release comes with the end of the device, which
-  /// not every reader then reads on.
-  void release();
+  void write(std::span<const InputEvent> frame) const { writeFrame(number(), frame); }
 
   /// For waiting and reading: what others write to the device, such as its LEDs.
   [[nodiscard]] int number() const { return descriptor_.get(); }
@@ -50,10 +50,6 @@ class MadeDevice {
   Uinput* uinput_;
   FileDescriptor descriptor_;
   std::unique_ptr<libevdev_uinput, Deleter> device_;
-  KeySet down_;
 };
-
-/// Writes one frame and its end to an evdev or uinput descriptor. Errors show at the next read.
-void writeFrame(int descriptor, std::span<const InputEvent> frame);
 
 }  // namespace vorrin::input_helper

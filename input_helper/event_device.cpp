@@ -22,7 +22,6 @@ namespace {
 /// a program that is closed off from the network.
 constexpr const char* udevData = "/run/udev/data";
 constexpr std::string_view madeByPrograms = "/sys/devices/virtual/input/";
-constexpr unsigned inputMajor = 13;
 constexpr std::string_view inputPrefix = "c13:";
 
 struct Unref {

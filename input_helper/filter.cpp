@@ -44,14 +44,8 @@ void Filter::receive(KeyboardId id, Frame frame, Moment made, Moment now) {
     // Everybody saw this press; a release that only this program sees would leave the key down.
     letGo(id, keyboard);
   }
-  enqueue({id, std::move(frame), !seenByAll, false, 0, {}}, now);
-}
-
-void Filter::resynchronise(KeyboardId id, const KeySet& keysDown, Moment now) {
-  Keyboard& keyboard = keyboards_.at(id);
-  auto frame = difference(keyboard.physical, keysDown);
-  keyboard.physical = keysDown;
-  enqueue({id, std::move(frame), keyboard.grabbed, true, 0, {}}, now);
+  queue_.push_back({id, std::move(frame), !seenByAll, 0, {}});
+  if (!answerDue_) process(now);
 }
 
 void Filter::removeAll() {
@@ -60,11 +54,6 @@ void Filter::removeAll() {
   answerDue_.reset();
   verdict_.reset();
   keyboards_.clear();
-}
-
-void Filter::enqueue(PendingFrame frame, Moment now) {
-  queue_.push_back(std::move(frame));
-  if (!answerDue_) process(now);
 }
 
 void Filter::process(Moment now) {
@@ -102,11 +91,11 @@ bool Filter::processPress(PendingFrame& frame, Keyboard& keyboard, const InputEv
                           Moment now) {
   const bool claimable = frame.filtered && enabled_ &&
                          (swallowable_ & shortcutSet(event.code)) != 0 && !modifierIsDown();
-  if (claimable && !frame.resynchronised && !verdict_) {
+  if (claimable && !verdict_) {
     ask(event.code, now);
     return false;
   }
-  const bool swallow = claimable && (frame.resynchronised || *verdict_);
+  const bool swallow = claimable && *verdict_;
   if (verdict_) keyboard.asked.set(event.code);
   verdict_.reset();
   keyboard.processed.set(event.code);

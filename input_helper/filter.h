@@ -57,9 +57,6 @@ class Filter {
 
   /// A frame of keyboard `id` that the kernel stamped with `made`.
   void receive(KeyboardId id, Frame frame, Moment made, Moment now);
-  /// Events of keyboard `id` were lost; `keysDown` is what is held on it now. Shortcut presses that
-  /// come to light only here toggle nothing.
-  void resynchronise(KeyboardId id, const KeySet& keysDown, Moment now);
 
   void configure(const helper_protocol::Configure& configuration, Moment now);
   void answer(const helper_protocol::Verdict& verdict, Moment now);
@@ -88,13 +85,11 @@ class Filter {
   struct PendingFrame {
     KeyboardId keyboard = 0;
     Frame events;
-    bool filtered = false;        ///< only this program saw it
-    bool resynchronised = false;  ///< made up from a difference of states
-    std::size_t next = 0;         ///< the first event not dealt with
+    bool filtered = false;  ///< only this program saw it
+    std::size_t next = 0;   ///< the first event not dealt with
     Frame kept;
   };
 
-  void enqueue(PendingFrame frame, Moment now);
   void process(Moment now);
   bool processFront(Moment now);
   bool processEvent(PendingFrame& frame, Keyboard& keyboard, const InputEvent& event, Moment now);

@@ -47,9 +47,4 @@ void MacroDevices::post(const helper_protocol::Post& post) {
   }
 }
 
-void MacroDevices::release() {
-  keyboard_.release();
-  pointer_.release();
-}
-
 }  // namespace vorrin::input_helper

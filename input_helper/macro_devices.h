@@ -17,8 +17,6 @@ class MacroDevices {
 
   /// Makes every press and release in a frame of its own.
   void post(const helper_protocol::Post& post);
-  /// Releases what is held.
-  void release();
 
  private:
   MacroDevices(MadeDevice keyboard, MadeDevice pointer);

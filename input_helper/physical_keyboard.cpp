@@ -70,28 +70,16 @@ bool PhysicalKeyboard::read(Filter& filter, KeyboardId id) {
   if (size <= 0) return size < 0 && (errno == EINTR || errno == EAGAIN);
   for (std::size_t i = 0; i < static_cast<std::size_t>(size) / sizeof(input_event); ++i) {
     const auto& event = events[i];
-    if (event.type == EV_SYN && event.code == SYN_DROPPED) {
-      // The frame so far is whole as far as it goes, and everybody else may have seen it.
-      finishFrame(filter, id, event);
-      dropping_ = true;
-    } else if (event.type == EV_SYN && event.code == SYN_REPORT) {
-      if (std::exchange(dropping_, false)) {
-        // Asking for the keys empties the queue of older key events, so nothing comes twice.
-        partial_.clear();
-        filter.resynchronise(id, keysDown(), std::chrono::steady_clock::now());
-        break;
-      }
-      finishFrame(filter, id, event);
-    } else if (!dropping_) {
+    if (event.type != EV_SYN) {
       partial_.push_back({event.type, event.code, event.value});
+    } else if (event.code == SYN_DROPPED) {
+      return false;
+    } else if (event.code == SYN_REPORT && !partial_.empty()) {
+      filter.receive(id, std::exchange(partial_, {}), momentOf(event),
+                     std::chrono::steady_clock::now());
     }
   }
   return true;
-}
-
-void PhysicalKeyboard::finishFrame(Filter& filter, KeyboardId id, const input_event& last) {
-  if (partial_.empty()) return;
-  filter.receive(id, std::exchange(partial_, {}), momentOf(last), std::chrono::steady_clock::now());
 }
 
 GrabResult PhysicalKeyboard::grab() const {

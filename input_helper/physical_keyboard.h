@@ -16,14 +16,13 @@ class PhysicalKeyboard {
   static std::optional<PhysicalKeyboard> open(const EventDevice& device, Uinput& uinput);
 
   /// Reads what there is once, for the filter, which knows the keyboard by `id`; of a long queue
-  /// something may be left. False when the keyboard is gone.
+  /// something may be left. False when the keyboard is gone, or some of its events are.
   [[nodiscard]] bool read(Filter& filter, KeyboardId id);
 
   [[nodiscard]] GrabResult grab() const;
   /// Tells when it took effect, which the kernel makes it do at the beginning of the call.
   [[nodiscard]] Moment ungrab() const;
   void emit(std::span<const InputEvent> frame) { clone_.write(frame); }
-  void releaseClone() { clone_.release(); }
   /// Lights on the keyboard what others lit on its clone. Like `read`, reads once.
   void copyLights() const;
 
@@ -33,13 +32,10 @@ class PhysicalKeyboard {
 
  private:
   PhysicalKeyboard(FileDescriptor device, MadeDevice clone);
-  /// Hands on what was read of a frame; `last` has its time.
-  void finishFrame(Filter& filter, KeyboardId id, const input_event& last);
 
   FileDescriptor device_;
   MadeDevice clone_;
   Frame partial_;
-  bool dropping_ = false;  ///< events were lost; what comes up to the next SYN_REPORT counts not
 };
 
 }  // namespace vorrin::input_helper

@@ -52,9 +52,6 @@ const Scenario scenarios[] = {
     {"unplugging tells a release", "+tab swallow unplug", "?tab -tab", ""},
     {"unplugging ends a question", "+tab +a' unplug late", "?tab -tab", "+a"},
     {"unplugging forgets modifiers", "+shift' unplug' +tab", "?tab", "+shift"},
-    {"lost events are made up for", "+ctrl lost:shift", "", "+ctrl -ctrl,+shift"},
-    {"a shortcut found down toggles nothing", "lost:tab -tab", "", ""},
-    {"a shortcut found up is told", "+tab swallow lost:", "?tab -tab", ""},
     {"two keys are no panic chord", "+tab +esc +back", "?tab", ""},
     {"the chord is read during a question", "+tab +esc +back +enter", "?tab panic", ""},
     {"and of a keyboard not grabbed", "ungrab +enter +back +esc", "panic", ""},
@@ -96,12 +93,6 @@ struct PassingFilter : GrabbedFilter, testing::WithParamInterface<Scenario> {
     forget();
   }
 
-  static KeySet keysDown(const std::string& name) {
-    KeySet keys;
-    if (!name.empty()) keys.set(static_cast<std::size_t>(keyCodes.at(name)));
-    return keys;
-  }
-
   void move(std::string word) {
     const KeyboardId id = word.ends_with("'") ? otherBoard : board;
     if (word.ends_with("'")) word.pop_back();
@@ -111,7 +102,6 @@ struct PassingFilter : GrabbedFilter, testing::WithParamInterface<Scenario> {
     if (word == "unplug") return filter.removeKeyboard(id, now);
     if (word == "ungrab") return configure({});
     if (word == "disable") return configure({KEY_TAB}, false);
-    if (word.starts_with("lost:")) return filter.resynchronise(id, keysDown(word.substr(5)), now);
     if (word != "enable") {
       const auto value = static_cast<int>(std::string("-+r").find(word[0]));
       return receive({key(keyCodes.at(word.substr(1)), value)}, id);

@@ -69,22 +69,18 @@ TEST_F(GrabbedKeyboard, media_keys_and_pointer_parts_arrive) {
   }));
 }
 
-TEST_F(GrabbedKeyboard, a_flood_of_lost_events_leaves_nothing_stuck_and_toggles_nothing) {
+TEST_F(GrabbedKeyboard, one_that_lost_events_is_taken_up_anew_with_nothing_stuck_or_toggled) {
   keyboard->press(KEY_LEFTCTRL);
   ASSERT_TRUE(untilSeen(down(KEY_LEFTCTRL)));
   // Not for long, or it is taken for one that hangs.
   const pid_t process = service();
   ASSERT_EQ(::kill(process, SIGSTOP), 0);
   for (int i = 0; i < 100; ++i) keyboard->tap(KEY_A);
-  keyboard->press(KEY_TAB);
+  keyboard->tap(KEY_TAB);
   keyboard->release(KEY_LEFTCTRL);
-  keyboard->press(KEY_LEFTSHIFT);
   ASSERT_EQ(::kill(process, SIGCONT), 0);
-  ASSERT_TRUE(untilSeen(down(KEY_LEFTSHIFT)));
-  keyboard->release(KEY_TAB);
-  keyboard->release(KEY_LEFTSHIFT);
-  ASSERT_TRUE(untilSeen(up(KEY_LEFTSHIFT)));
-  EXPECT_THAT(watch.keys(), Contains(up(KEY_LEFTCTRL)));
+  ASSERT_TRUE(until([this] { return keyboardIsFree(); }));
+  ASSERT_TRUE(until([this] { return !keyboardIsFree(); }));
   EXPECT_THAT(watch.held(), IsEmpty());
   EXPECT_THAT(peer->said(), IsEmpty());
 }
