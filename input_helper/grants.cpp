@@ -1,37 +1,16 @@
 #include "input_helper/grants.h"
 
-#include <pwd.h>
-
 #include <fstream>
-#include <sstream>
 #include <system_error>
-#include <utility>
 
 namespace vorrin::input_helper {
 namespace {
-
-bool isOfSomebody(const std::filesystem::path& file) {
-  std::istringstream parts(file.filename().string());
-  std::string decision;
-  uid_t user = 0;
-  std::string name;
-  if (!(parts >> decision >> user >> name)) return false;
-  const passwd* entry = ::getpwuid(user);
-  return entry != nullptr && name == entry->pw_name;
-}
 
 std::string beginning(Decision decision, uid_t user) {
   return (decision == Decision::allow ? "allow " : "refuse ") + std::to_string(user) + " ";
 }
 
 }  // namespace
-
-Grants::Grants(std::filesystem::path folder) : folder_(std::move(folder)) {
-  std::error_code failure;
-  for (const auto& entry : std::filesystem::directory_iterator(folder_, failure)) {
-    if (!isOfSomebody(entry.path())) std::filesystem::remove(entry.path(), failure);
-  }
-}
 
 std::filesystem::path Grants::file(Decision decision, uid_t user, const std::string& name) const {
   return folder_ / (beginning(decision, user) + name);

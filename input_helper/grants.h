@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <string>
+#include <utility>
 
 namespace vorrin::input_helper {
 
@@ -14,9 +15,7 @@ enum class Decision { ask, allow, refuse };
 /// number and name: a number that is somebody else's by now decides nothing.
 class Grants {
  public:
-  /// Forgets what users decided that are gone, or have another name. May wait for whoever knows the
-  /// users, so it is made before anything is held.
-  explicit Grants(std::filesystem::path folder);
+  explicit Grants(std::filesystem::path folder) : folder_(std::move(folder)) {}
 
   [[nodiscard]] Decision of(uid_t user, const std::string& name) const;
   /// In place of what the user of this number decided before. `name` may be empty where the user is

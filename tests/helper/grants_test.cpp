@@ -5,7 +5,6 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 
 namespace vorrin::input_helper {
 namespace {
@@ -36,18 +35,6 @@ TEST_F(GrantsTest, what_was_decided_can_be_taken_back_by_the_number_alone) {
   EXPECT_TRUE(grants.store(1, "", Decision::ask));
   EXPECT_EQ(grants.of(1, "one"), Decision::ask);
   EXPECT_EQ(grants.of(11, "eleven"), Decision::allow);
-}
-
-TEST_F(GrantsTest, what_users_decided_that_are_gone_is_forgotten) {
-  ASSERT_TRUE(Grants(folder).store(0, "root", Decision::allow));
-  ASSERT_TRUE(Grants(folder).store(1, "formerly", Decision::allow));
-  EXPECT_EQ(Grants(folder).of(1, "formerly"), Decision::ask);
-  ASSERT_TRUE(Grants(folder).store(4'000'000'000, "gone", Decision::refuse));
-  std::ofstream(folder / "nonsense");
-  const Grants grants(folder);
-  EXPECT_EQ(grants.of(0, "root"), Decision::allow);
-  EXPECT_EQ(grants.of(4'000'000'000, "gone"), Decision::ask);
-  EXPECT_FALSE(std::filesystem::exists(folder / "nonsense"));
 }
 
 TEST_F(GrantsTest, without_a_place_nothing_is_decided) {

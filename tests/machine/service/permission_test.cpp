@@ -82,20 +82,6 @@ TEST_F(ServicePermission, taking_back_needs_no_password_and_lets_go_at_once) {
   EXPECT_THAT(caller->call("Connect").error, HasSubstr("not given"));
 }
 
-TEST_F(ServicePermission, what_was_allowed_is_forgotten_with_the_account) {
-  allow(visitor);
-  ASSERT_TRUE(succeeds("cp /etc/passwd /tmp/passwd && sed -i /^visitor:/d /etc/passwd"));
-  ASSERT_TRUE(succeeds("systemctl restart vorrin-input-helper.service"));
-  EXPECT_TRUE(std::filesystem::is_empty(decisions));
-  allow({"formerly", visitor.number});
-  ASSERT_TRUE(succeeds("cp /tmp/passwd /etc/passwd"));
-  const Login other(visitor, 2);
-  ASSERT_TRUE(succeeds("busybox chvt 2"));
-  const Caller theirs(other);
-  EXPECT_TRUE(until([&] { return theirs.call("Connect").error.ends_with("not given"); }));
-  ASSERT_TRUE(succeeds("busybox chvt 1"));
-}
-
 /// polkit's own dialogue for terminals, for the questions about one program.
 class Dialogue {
  public:
