@@ -19,23 +19,12 @@ constexpr int answerMilliseconds = 2000;
 constexpr auto tokenVariable = "XDG_ACTIVATION_TOKEN";
 constexpr auto tokenKey = "activation-token";
 
-/// What launchers hand over is a few dozen bytes, with names of programs and machines some hundred.
-constexpr qsizetype longestToken = 1024;
-
 QVariantMap ownPlatformData() {
   QVariantMap data;
   if (qEnvironmentVariableIsSet(tokenVariable)) {
     data[tokenKey] = qEnvironmentVariable(tokenVariable);
   }
   return data;
-}
-
-/// The token among what a caller sent, which may be anything; empty where there is none to be used.
-QByteArray tokenIn(const QVariantMap& platformData) {
-  const QVariant value = platformData.value(tokenKey);
-  if (value.typeId() != QMetaType::QString) return {};
-  const QByteArray token = value.toString().toUtf8();
-  return token.size() <= longestToken ? token : QByteArray();
 }
 
 bool takeName(const QDBusConnection& bus) {
@@ -72,9 +61,8 @@ bool SingleInstance::claim() {
 
 void SingleInstance::Activate(const QVariantMap& platformData) {
   // The widget library takes the token from here when it next raises a window.
-  if (const QByteArray token = tokenIn(platformData); !token.isEmpty()) {
-    qputenv(tokenVariable, token);
-  }
+  const QByteArray token = platformData.value(tokenKey).toString().toUtf8();
+  if (!token.isEmpty()) qputenv(tokenVariable, token);
   requests_.reopen();
 }
 
