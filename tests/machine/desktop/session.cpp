@@ -22,7 +22,8 @@ constexpr const char* westonConfiguration = "/tmp/weston.ini";
 std::vector<std::string> prepareSway() {
   std::ofstream(swayConfiguration)
       << "xwayland disable\n"
-         "output HEADLESS-1 resolution 1280x800\n"
+         // Emulated, it has no time to draw more often.
+         "output HEADLESS-1 mode --custom 1280x800@20Hz\n"
          "focus_follows_mouse no\n"
          "default_border none\n"
          "for_window [app_id=\".*\"] floating enable\n"

@@ -65,7 +65,7 @@ bool MachineService::until(const std::function<bool()>& condition,
     watch.look();
     if (peer) peer->listen();
     if (condition()) return true;
-    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    std::this_thread::sleep_for(std::chrono::milliseconds(4));
   }
   return false;
 }
