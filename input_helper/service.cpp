@@ -77,7 +77,7 @@ int Service::take(sd_bus_message* call, Wish wish) {
     return refuseCall(call, "an earlier call is not answered yet");
   }
   const auto request =
-      std::make_shared<Request>(Request{Message(sd_bus_message_ref(call)), wish, *caller});
+      std::make_shared<Request>(Request{Message(sd_bus_message_ref(call)), wish, *caller, {}});
   requests_[caller->name] = request;
   // What was allowed for good is not asked about.
   const bool mayAsk = sd_bus_message_get_allow_interactive_authorization(call) > 0;

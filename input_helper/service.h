@@ -33,7 +33,7 @@ class Service {
     Message call;
     Wish wish;
     Caller caller;
-    std::string question{};  ///< the name of a check that may ask the user; empty for others
+    std::string question;  ///< the name of a check that may ask the user; empty for others
   };
   using RequestPointer = std::shared_ptr<Request>;
 
