@@ -26,7 +26,7 @@ using StorageFailure = std::optional<std::string>;
 template <class T>
 struct [[nodiscard]] Reading {
   T value{};
-  StorageFailure failure{};
+  StorageFailure failure;
 };
 
 /// A domain of small persistent values under text keys. Copies refer to the same domain. What one
