@@ -14,7 +14,7 @@ namespace vorrin::input_helper {
 /// The only seat that is served: what uinput makes belongs to it.
 inline constexpr const char* firstSeat = "seat0";
 
-/// The number of their driver, a part of the number of each.
+/// The kernel's major number of all input devices.
 inline constexpr unsigned inputMajor = 13;
 
 /// An event device as udev knows it.

@@ -169,7 +169,7 @@ void Filter::giveUpQuestion(Moment now) {
 
 void Filter::letGo(KeyboardId id, Keyboard& keyboard) {
   if (!keyboard.grabbed) return;
-  if (const auto releases = difference(keyboard.passed, {}); !releases.empty()) {
+  if (const auto releases = releasesOf(keyboard.passed); !releases.empty()) {
     actions_.emit(id, releases);
   }
   keyboard.passed.reset();

@@ -25,13 +25,10 @@ void followKeys(std::span<const InputEvent> frame, KeySet& keys) {
   }
 }
 
-Frame difference(const KeySet& before, const KeySet& after) {
+Frame releasesOf(const KeySet& keys) {
   Frame frame;
-  for (const bool down : {false, true}) {
-    for (std::size_t key = 0; key < KEY_CNT; ++key) {
-      if (before.test(key) == after.test(key) || after.test(key) != down) continue;
-      frame.push_back({EV_KEY, static_cast<std::uint16_t>(key), down ? pressed : released});
-    }
+  for (std::size_t key = 0; key < KEY_CNT; ++key) {
+    if (keys.test(key)) frame.push_back({EV_KEY, static_cast<std::uint16_t>(key), released});
   }
   return frame;
 }

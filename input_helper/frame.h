@@ -34,8 +34,8 @@ bool goesOn(const InputEvent& event);
 /// Has `keys` follow the presses and releases of `frame`.
 void followKeys(std::span<const InputEvent> frame, KeySet& keys);
 
-/// The events that lead from the keys held in `before` to those in `after`, releases first.
-Frame difference(const KeySet& before, const KeySet& after);
+/// The releases of all `keys`.
+Frame releasesOf(const KeySet& keys);
 
 /// Whether the keys are down that, pressed together, end the helper.
 bool holdsPanicChord(const KeySet& keys);

@@ -53,7 +53,7 @@ StorageFailure replace(const path& file, std::string_view text, const FileDescri
                           ::fsync(successor.get()) == 0 &&
                           ::rename(name.c_str(), file.c_str()) == 0;
   if (!isReplaced) {
-    const std::string reason = systemMessage();
+    std::string reason = systemMessage();
     ::unlink(name.c_str());
     return reason;
   }
